@@ -1,0 +1,36 @@
+# SPDX-License-Identifier: MIT
+# What `cmake --install` puts in place, for find_package(Varda) and for pkg-config. Both find
+# the rest from where they lie themselves, so an installed tree may be moved.
+
+include(CMakePackageConfigHelpers)
+
+set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Varda")
+
+install(TARGETS Varda EXPORT VardaTargets
+    RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
+    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/varda" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+    FILES_MATCHING PATTERN "*.h")
+install(EXPORT VardaTargets NAMESPACE Varda:: DESTINATION "${package_dir}")
+
+configure_package_config_file(
+    "${CMAKE_CURRENT_LIST_DIR}/VardaConfig.cmake.in" "${PROJECT_BINARY_DIR}/VardaConfig.cmake"
+    INSTALL_DESTINATION "${package_dir}")
+# Below 1.0 a new minor version may break what was built against the one before.
+write_basic_package_version_file(
+    "${PROJECT_BINARY_DIR}/VardaConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
+install(FILES
+    "${PROJECT_BINARY_DIR}/VardaConfig.cmake"
+    "${PROJECT_BINARY_DIR}/VardaConfigVersion.cmake"
+    DESTINATION "${package_dir}")
+
+# libdir may be deeper than one folder (lib/x86_64-linux-gnu), and either may be absolute.
+file(RELATIVE_PATH VARDA_PC_PREFIX
+    "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
+cmake_path(APPEND VARDA_PC_LIBDIR "\${prefix}" "${CMAKE_INSTALL_LIBDIR}")
+cmake_path(APPEND VARDA_PC_INCLUDEDIR "\${prefix}" "${CMAKE_INSTALL_INCLUDEDIR}")
+configure_file(
+    "${CMAKE_CURRENT_LIST_DIR}/varda.pc.in" "${PROJECT_BINARY_DIR}/varda.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/varda.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")

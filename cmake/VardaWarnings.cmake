@@ -1,0 +1,12 @@
+# SPDX-License-Identifier: MIT
+# The warnings every target of ours is built with; they stop the build where
+# VARDA_WARNINGS_AS_ERRORS is on (development), never in somebody else's build.
+
+function(varda_set_warnings target)
+    target_compile_options(${target} PRIVATE
+        -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
+        -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast -Wundef)
+    if(VARDA_WARNINGS_AS_ERRORS)
+        target_compile_options(${target} PRIVATE -Werror)
+    endif()
+endfunction()
