@@ -1,0 +1,150 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Rules of the house that no compiler knows: check.py arrows|licence|umbrella|links [LIBRARY]"""
+
+import os
+import re
+import subprocess
+import sys
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[2]
+
+# What each room of src/ may include besides itself and the shared records.
+ROOMS = {
+    "transport": set(),
+    "decoding": set(),
+    "protocol": {"transport"},
+    "session": {"protocol", "transport", "decoding"},
+    "conversion": {"session", "protocol", "transport", "decoding"},
+}
+# The public headers that belong to a room; all others are records and enumerations for
+# every room, and include nothing but each other.
+PUBLIC = {
+    "transport": {"bledevice.h", "bledeviceinfo.h", "blescanner.h"},
+    "protocol": {"vardableprotocol.h"},
+    "session": {"vardasession.h"},
+    "decoding": {"bufferreader.h", "vardadata.h"},
+    "conversion": {"tidemardiveconverter.h"},
+}
+# Outside the library: what includes <varda/...> only, and what not even that.
+GUESTS = ("formats", "qml", "tools", "apps")
+STRANGERS = ("simulator",)
+
+SOURCE = {".cpp", ".h", ".py", ".sh", ".cmake", ".qml", ".in"}
+SCRIPTS = {"dev", ".ci/run", ".clang-format", ".clang-tidy"}
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
+
+
+def files(*folders):
+    for folder in folders or ("",):
+        for path, names, found in os.walk(ROOT / folder):
+            if Path(path) == ROOT:
+                names[:] = [n for n in names if n not in (".git", "build")]
+            yield from (Path(path) / name for name in sorted(found))
+
+
+def includes(path):
+    return INCLUDE.findall(path.read_text(encoding="utf-8"))
+
+
+def room_of(path):
+    """The room of a file of the library, None for what all rooms share."""
+    inside = path.relative_to(ROOT)
+    if inside.parts[0] == "include":
+        return next((room for room, own in PUBLIC.items() if inside.name in own), None)
+    return inside.parts[1] if len(inside.parts) > 2 else None
+
+
+def target_of(path, quote, name):
+    """The file of this repository that an include means, None for the system's."""
+    places = [ROOT / "include", ROOT / "src"]
+    if quote == '"':
+        places.insert(0, path.parent)
+    for place in places:
+        if (place / name).is_file():
+            return (place / name).resolve()
+    return None
+
+
+def arrows():
+    for path in files("src", "include"):
+        if path.suffix not in (".cpp", ".h"):
+            continue
+        room = room_of(path)
+        # The umbrella includes all, by its purpose.
+        if path.name == "varda.h":
+            continue
+        allowed = ROOMS[room] | {room, None} if room else {None}
+        for quote, name in includes(path):
+            target = target_of(path, quote, name)
+            if name == "varda/varda.h":
+                yield path, f"includes {name}, which is for applications"
+            elif target is None:
+                if quote == '"' and not name.startswith("moc_") and not name.endswith(".moc"):
+                    yield path, f'"{name}" is not in this repository'
+            elif not {"src", "include"} & {target.relative_to(ROOT).parts[0]}:
+                yield path, f"{name} is outside the library"
+            elif room_of(target) not in allowed:
+                yield path, f"{room or 'shared'} must not include {name} ({room_of(target)})"
+    for path in files(*GUESTS, *STRANGERS):
+        if path.suffix not in (".cpp", ".h"):
+            continue
+        top = path.relative_to(ROOT).parts[0]
+        for quote, name in includes(path):
+            target = target_of(path, quote, name)
+            if name.startswith("varda/"):
+                if top in STRANGERS:
+                    yield path, f"{top} must not know the library, includes {name}"
+                elif target is None:
+                    yield path, f"there is no public header {name}"
+            elif target and target.relative_to(ROOT).parts[0] != top:
+                yield path, f"{top} must not include {name}"
+
+
+def licence():
+    for path in files():
+        inside = str(path.relative_to(ROOT))
+        if path.suffix in SOURCE or path.name == "CMakeLists.txt" or inside in SCRIPTS:
+            with path.open(encoding="utf-8") as text:
+                head = [text.readline() for _ in range(2)]
+            if head[0].startswith("#!"):
+                head = head[1:]
+            if "SPDX-License-Identifier: MIT" not in head[0]:
+                yield path, "the first line is not the SPDX line"
+
+
+def umbrella():
+    folder = ROOT / "include/varda"
+    named = {name for _, name in includes(folder / "varda.h")}
+    for header in sorted(folder.glob("*.h")):
+        if header.name not in ("varda.h", "vardaexport.h") and f"varda/{header.name}" not in named:
+            yield folder / "varda.h", f"does not include {header.name}"
+
+
+def links(library):
+    dynamic = subprocess.run(
+        ["readelf", "-d", library], check=True, capture_output=True, text=True
+    ).stdout
+    needed = set(re.findall(r"\(NEEDED\).*\[(.*)\]", dynamic))
+    allowed = r"libQt6(Core|Bluetooth)\.|libstdc\+\+\.|libc\+\+|lib[cm]\.so|libgcc_s\.|ld-linux"
+    allowed += r"|lib(a|ub)san\."
+    for name in sorted(needed):
+        if not re.match(allowed, name):
+            yield Path(library), f"needs {name}"
+
+
+def main():
+    check, *arguments = sys.argv[1:]
+    found = [
+        f"{path.relative_to(ROOT) if path.is_relative_to(ROOT) else path}: {what}"
+        for path, what in {
+            "arrows": arrows, "licence": licence, "umbrella": umbrella, "links": links
+        }[check](*arguments)
+    ]
+    print("\n".join(found) if found else f"{check}: ok")
+    return 1 if found else 0
+
+
+sys.exit(main())

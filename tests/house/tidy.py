@@ -1,0 +1,75 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""tidy.py BUILD CACHE: clang-tidy over the sources of a configured build, in parallel.
+
+A file whose preprocessed text passed once under the same checks is not looked at again;
+the markers lie in CACHE, which may be removed at any time.
+"""
+
+import hashlib
+import json
+import os
+import shlex
+import subprocess
+import sys
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[2]
+TIDY = "clang-tidy-19"
+
+
+def preprocessed(entry):
+    """What the compiler sees, with the comments, since NOLINT is one."""
+    command = shlex.split(entry["command"])
+    if Path(command[0]).name == "ccache":
+        del command[0]
+    # An object file is not wanted, nor its dependencies.
+    for flag, values in (("-o", 1), ("-c", 0), ("-MD", 0), ("-MF", 1), ("-MT", 1)):
+        if flag in command:
+            at = command.index(flag)
+            del command[at : at + 1 + values]
+    return subprocess.run(
+        command + ["-E", "-C"], cwd=entry["directory"], check=True, capture_output=True
+    ).stdout
+
+
+def tidy(entry, build, cache, salt):
+    """The complaints about one source, empty when there are none."""
+    try:
+        marker = cache / hashlib.sha256(salt + preprocessed(entry)).hexdigest()
+    except subprocess.CalledProcessError as error:
+        return error.stderr.decode(errors="replace")
+    if marker.exists():
+        return ""
+    run = subprocess.run(
+        [TIDY, "--quiet", "-p", build, entry["file"]],
+        stdin=subprocess.DEVNULL, capture_output=True, text=True,
+    )
+    if run.returncode:
+        return run.stdout + run.stderr
+    marker.touch()
+    return ""
+
+
+def main():
+    build, cache = Path(sys.argv[1]).resolve(), Path(sys.argv[2])
+    cache.mkdir(parents=True, exist_ok=True)
+    version = subprocess.run([TIDY, "--version"], check=True, capture_output=True).stdout
+    salt = version + (ROOT / ".clang-tidy").read_bytes()
+    entries = {
+        entry["file"]: entry
+        for entry in json.loads((build / "compile_commands.json").read_text())
+        if not Path(entry["file"]).is_relative_to(ROOT / "build")
+        and Path(entry["file"]).is_relative_to(ROOT)
+    }
+    with ThreadPoolExecutor(os.cpu_count()) as pool:
+        complaints = list(
+            filter(None, pool.map(lambda e: tidy(e, build, cache, salt), entries.values()))
+        )
+    print("\n".join(complaints), end="")
+    print(f"clang-tidy: {len(entries)} files, {len(complaints)} with complaints")
+    return 1 if complaints else 0
+
+
+sys.exit(main())
