@@ -29,6 +29,7 @@ install(FILES
 # libdir may be deeper than one folder (lib/x86_64-linux-gnu), and either may be absolute.
 file(RELATIVE_PATH VARDA_PC_PREFIX
     "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
+string(REGEX REPLACE "/$" "" VARDA_PC_PREFIX "${VARDA_PC_PREFIX}")
 cmake_path(APPEND VARDA_PC_LIBDIR "\${prefix}" "${CMAKE_INSTALL_LIBDIR}")
 cmake_path(APPEND VARDA_PC_INCLUDEDIR "\${prefix}" "${CMAKE_INSTALL_INCLUDEDIR}")
 configure_file(

@@ -9,6 +9,7 @@ the markers lie in CACHE, which may be removed at any time.
 import hashlib
 import json
 import os
+import re
 import shlex
 import subprocess
 import sys
@@ -47,7 +48,8 @@ def tidy(entry, build, cache, salt):
         stdin=subprocess.DEVNULL, capture_output=True, text=True,
     )
     if run.returncode:
-        return run.stdout + run.stderr
+        noise = re.compile(r"^\d+ warnings?.* generated\.$\n?", re.MULTILINE)
+        return run.stdout + noise.sub("", run.stderr)
     marker.touch()
     return ""
 
