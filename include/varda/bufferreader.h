@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <type_traits>
+
+#include <varda/vardaexport.h>
+
+/**
+ * A forward cursor over one response buffer: 512 bytes, byte 0 the command's code, the payload
+ * from byte 1 on, little-endian.
+ *
+ * It may be moved anywhere; what lies outside the buffer reads as zeros.
+ */
+class VARDA_EXPORT BufferReader
+{
+public:
+    /** @p payload is not copied: it must outlive the reader. Reading starts at byte 1. */
+    explicit BufferReader(const std::array<std::uint8_t, 512> &payload);
+
+    /** Copies the next @p n bytes to @p dst and moves on by @p n; nothing when n is below 1. */
+    void read(void *dst, int n);
+    /** Moves by @p n bytes, forward or back. */
+    void jump(int n);
+
+    /** The next integer or float of type T. */
+    template <typename T> [[nodiscard]] T take()
+    {
+        static_assert(std::is_arithmetic_v<T>, "little-endian numbers only");
+        T value{};
+        readNumber(&value, int(sizeof(T)));
+        return value;
+    }
+
+private:
+    void readNumber(void *dst, int n);
+
+    const std::uint8_t *m_data;
+    std::int32_t m_size = 512;
+    std::int32_t m_pos = 1;
+};

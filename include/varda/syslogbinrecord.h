@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/qstring.h>
+
+#include <cstdint>
+
+#include <varda/vardaexport.h>
+
+/** One entry of the binary system log. */
+struct SyslogBinRecord {
+    std::int64_t time = 0; ///< seconds since 1970-01-01 00:00:00 UTC
+    std::uint8_t type = 0; ///< 0 to 72; selects the text
+    std::int32_t arg1 = 0; ///< meaning depends on the type
+    std::int32_t arg2 = 0; ///< meaning depends on the type
+};
+
+/**
+ * The English text of one log entry, without a line break.
+ *
+ * @param noTimestamp  false puts the date and time in UTC before the text. The month is printed
+ *                     from 0: a record of 5 March begins "2024-02-05".
+ */
+[[nodiscard]] VARDA_EXPORT QString convertSyslogRecord(const SyslogBinRecord &record,
+                                                       bool noTimestamp);

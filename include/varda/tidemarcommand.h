@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/qobject.h>
+
+#include <varda/vardaexport.h>
+
+/** The commands a computer understands. A value's low 8 bits are the code on the wire; an
+ *  answer's code is widened back unchecked, so values without a name travel through signals. */
+namespace TidemarCommand {
+Q_NAMESPACE_EXPORT(VARDA_EXPORT)
+
+enum TidemarCommandIn : int {
+    Sync = 0,
+    Identification = 1,
+    Syslog = 2,
+    Serialnumber = 3,
+    Set_serialnumber = 4,
+    Computer = 5,
+    Set_computer = 6,
+    Time = 7,
+    Set_time = 8,
+    Sensors = 9,
+    Set_sensors = 10,
+    Dive = 11,
+    Samples = 12,
+    Begin_program = 13,
+    Program = 14,
+    End_program = 15,
+    Factoryreset = 16,
+    Diver = 17,
+    Set_diver = 18,
+    Logbook = 19,
+    Fullsamples = 20,
+    Owner = 22,
+    Set_owner = 23,
+    Computer_new = 24,
+    DeleteLastDive = 25,
+    EraseDives = 26,
+    EraseDivesFlash = 27,
+    SimulParams = 28,
+    SyslogBin = 29,
+    BeginUpdate = 30,
+    ProgramUpdate = 31,
+    EndUpdate = 32,
+    BootloaderVersion = 33,
+    GetGases = 34,
+    MarloSet = 35,
+    LayoutList = 36,
+    LayoutGet = 37,
+    LayoutAdd = 38,
+    LayoutRemove = 39,
+    LayoutRemoveAll = 40,
+    LayoutActiveGet = 41,
+    LayoutActiveSet = 42,
+    BatteryInformationClear = 237,
+    BatteryInformation = 238,
+    SuperUserMode = 252,
+    CleanNvram = 253,
+    Reset = 254,
+    Close = 255,
+};
+Q_ENUM_NS(TidemarCommandIn)
+} // namespace TidemarCommand

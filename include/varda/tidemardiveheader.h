@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <varda/diveheaderblock.h>
+
+/** One dive of the logbook, as the computer lists it. Fields that no answer fills keep their
+ *  defaults. */
+struct TidemarDiveHeader : DiveHeaderBlock {
+    std::uint8_t headerByte7 = 0;
+    std::uint16_t headerWord13 = 1;
+    std::uint16_t headerWord14 = 900;
+};

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtBluetooth/qbluetoothdevicediscoveryagent.h>
+#include <QtBluetooth/qlowenergycontroller.h>
+#include <QtBluetooth/qlowenergyservice.h>
+#include <QtCore/qbytearray.h>
+#include <QtCore/qobject.h>
+#include <QtCore/qstring.h>
+
+#include <memory>
+
+#include <varda/blecommand.h>
+#include <varda/blemode.h>
+#include <varda/exchangeerror.h>
+#include <varda/tidemarcommand.h>
+#include <varda/vardaexport.h>
+
+class BleDevice;
+
+/**
+ * Commands out, whole frames in, over one BleDevice.
+ *
+ * A frame is 0xDC 0xDC, the body's length L (16 bits), the body's CRC-16, two bytes that nobody
+ * reads, and the body: the command's code and its payload; all little-endian. One command is in
+ * flight at a time: a new one takes over the buffer and the time-out of the one before.
+ */
+class VARDA_EXPORT VardaBleProtocol : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** @param device  the link to talk through; not owned, may go first */
+    explicit VardaBleProtocol(BleDevice *device, BleMode mode, QObject *parent = nullptr);
+    ~VardaBleProtocol() override;
+
+    /** Tells the link the service and characteristic of the mode; returns the link's answer. */
+    bool setupCharacteristics();
+    /**
+     * Sends one command as one write without response, whatever its length.
+     *
+     * @return whether the link took the write; the answer, or receiveTimeout(), follows
+     */
+    bool sendCommand(const BleCommand &command);
+    /**
+     * Bytes of payload that fill a write: (MTU - 12) rounded toward zero to a multiple of 8, or
+     * 128 while the MTU is not known. Can be 0 or less for an MTU below 20.
+     */
+    [[nodiscard]] int frameSize() const;
+
+    /** English text of a controller error; "Unknown Error" for every other value. */
+    [[nodiscard]] static QString controllerErrorString(QLowEnergyController::Error error);
+    /** English text of a service error; "Unknown Error" for every other value. */
+    [[nodiscard]] static QString serviceErrorString(QLowEnergyService::ServiceError error);
+    /** English text of a discovery error; "Unknown Error" for every other value. */
+    [[nodiscard]] static QString scanErrorString(QBluetoothDeviceDiscoveryAgent::Error error);
+    /** English text of an exchange error; "Unknown Error" for every other value. */
+    [[nodiscard]] static QString exchangeErrorString(ExchangeError::ExchangeErrorIn error);
+
+Q_SIGNALS:
+    /**
+     * One good frame.
+     *
+     * @param payload        the body without the command's code
+     * @param payloadLength  the frame's L, which counts the code: payload.size() + 1
+     */
+    void responseReceived(TidemarCommand::TidemarCommandIn command, QByteArray payload,
+                          unsigned short payloadLength);
+    /** A frame whose CRC does not match; all that was received with it is dropped. */
+    void protocolError(TidemarCommand::TidemarCommandIn command,
+                       ExchangeError::ExchangeErrorIn error);
+    /** No answer within 5 s of the command or of the last notification. */
+    void receiveTimeout(TidemarCommand::TidemarCommandIn command);
+    /** The link can be used; 500 ms after it reported itself connected. */
+    void ready();
+
+private Q_SLOTS:
+    void onNotificationReceived(QByteArray chunk);
+    void onTimerReceiveTimeout();
+    void onCommandTimeout();
+    void onBleConnected();
+
+private:
+    void processBuffer();
+    void resetBuffer();
+
+    class Private;
+    std::unique_ptr<Private> d;
+};
