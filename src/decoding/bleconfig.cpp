@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include <varda/blecomputer.h>
+#include <varda/bleconfig.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr float kStandardGravity = 9.80665F; // m/s2
+constexpr float kMillibarPerBar = 1000.0F;
+
+} // namespace
+
+float BleConfig::getDensity() const
+{
+    switch (waterType) {
+    case 0:
+        return 1.03F;
+    case 2:
+        return 1.02F;
+    default:
+        return 1.0F;
+    }
+}
+
+float BleConfig::pressureAtDepth(float depthMetres) const
+{
+    return getDensity() * kStandardGravity * depthMetres / 100.0F
+           + float(surfacePressure) / kMillibarPerBar;
+}
+
+float BleConfig::depthAtPressure(float pressureBar) const
+{
+    // Bar against millibar, as the computers themselves compare: their displays depend on it.
+    if (!(pressureBar > float(surfacePressure)))
+        return 0.0F;
+    return (pressureBar - float(surfacePressure) / kMillibarPerBar) * 100.0F
+           / (getDensity() * kStandardGravity);
+}
+
+QString BleComputer::getBatteryStr() const
+{
+    switch (batteryType) {
+    case 0:
+        return u"Alcaline"_s;
+    case 1:
+        return u"NiMH"_s;
+    case 2:
+        return u"Lion36"_s;
+    default:
+        return u"Unknown"_s;
+    }
+}
