@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/QMap>
+#include <QtCore/QStringList>
+#include <QtCore/QVariantMap>
+#include <QtDBus/QDBusConnection>
+#include <QtDBus/QDBusMessage>
+#include <QtDBus/QDBusObjectPath>
+
+namespace simulator {
+
+using Interfaces = QMap<QString, QVariantMap>;
+using ManagedObjects = QMap<QDBusObjectPath, Interfaces>;
+
+// The objects that the daemon shows on the bus, with their properties. Every change goes out as
+// the signal that belongs to it.
+class ObjectTree
+{
+public:
+    explicit ObjectTree(const QDBusConnection &bus);
+
+    void add(const QString &path, const QString &interface, const QVariantMap &properties);
+    void remove(const QString &path);
+    // The object and everything below it, the deepest first.
+    void removeAll(const QString &path);
+    bool contains(const QString &path) const { return m_objects.contains(path); }
+
+    QVariant property(const QString &path, const QString &interface, const QString &name) const;
+    void change(const QString &path, const QString &interface, const QVariantMap &changes,
+                const QStringList &invalidated = {});
+
+    ManagedObjects all() const;
+    // Answers org.freedesktop.DBus.Properties.Get and GetAll.
+    QDBusMessage answerProperties(const QDBusMessage &call) const;
+    QString introspect(const QString &path) const;
+
+private:
+    QDBusConnection m_bus;
+    QMap<QString, Interfaces> m_objects;
+};
+
+} // namespace simulator
+
+Q_DECLARE_METATYPE(simulator::Interfaces)
+Q_DECLARE_METATYPE(simulator::ManagedObjects)

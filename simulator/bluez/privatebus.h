@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/QObject>
+#include <QtCore/QProcess>
+#include <QtCore/QTemporaryDir>
+
+namespace simulator {
+
+// A message bus of our own, that lives as long as this object.
+class PrivateBus : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit PrivateBus(QObject *parent = nullptr);
+    ~PrivateBus() override;
+
+    bool start(QString *error);
+    QString address() const;
+
+Q_SIGNALS:
+    void died();
+
+private:
+    bool writeConfiguration(QString *error) const;
+
+    QTemporaryDir m_folder;
+    QProcess m_daemon;
+};
+
+} // namespace simulator

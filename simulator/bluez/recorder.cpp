@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#include "bluez/recorder.h"
+
+#include <QtCore/QJsonDocument>
+
+using namespace Qt::StringLiterals;
+
+namespace simulator {
+
+Recorder::Recorder(QObject *parent)
+    : QObject(parent)
+{
+    m_time.start();
+}
+
+bool Recorder::openFile(const QString &name, QString *error)
+{
+    m_file.setFileName(name);
+    if (m_file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return true;
+    *error = m_file.errorString();
+    return false;
+}
+
+void Recorder::add(const QString &event, QJsonObject details)
+{
+    details.insert(u"event"_s, event);
+    details.insert(u"t"_s, m_time.elapsed());
+    m_events.append(details);
+    if (m_file.isOpen()) {
+        m_file.write(QJsonDocument(details).toJson(QJsonDocument::Compact) + '\n');
+        m_file.flush();
+    }
+    Q_EMIT recorded(details);
+}
+
+void Recorder::restart()
+{
+    clear();
+    m_time.restart();
+}
+
+} // namespace simulator

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QFile>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonObject>
+#include <QtCore/QObject>
+
+namespace simulator {
+
+// Everything that a test may want to know of what the host did, in order.
+class Recorder : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Recorder(QObject *parent = nullptr);
+
+    // Events go to this file as well, one a line, as they happen.
+    bool openFile(const QString &name, QString *error);
+
+    void add(const QString &event, QJsonObject details = {});
+    const QJsonArray &events() const { return m_events; }
+    void clear() { m_events = {}; }
+    // Times count from here.
+    void restart();
+
+Q_SIGNALS:
+    void recorded(const QJsonObject &event);
+
+private:
+    QJsonArray m_events;
+    QElapsedTimer m_time;
+    QFile m_file;
+};
+
+} // namespace simulator

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/QList>
+
+namespace simulator {
+
+struct BatteryWords;
+
+// A history that has one record of every kind, and an empty slot between them.
+QList<BatteryWords> plausibleBatteryHistory();
+
+} // namespace simulator

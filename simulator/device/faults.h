@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QJsonValue>
+#include <QtCore/QList>
+#include <QtCore/QString>
+
+#include <optional>
+
+namespace simulator {
+
+// Where on the way from a connection to an answer something goes wrong.
+enum class Step {
+    Connect, // Device1.Connect
+    Discover, // between the link and its services
+    Details, // reading a descriptor or a characteristic
+    Subscribe, // StartNotify
+    Write, // WriteValue
+    Answer, // what the computer says to a request
+    Notification, // one notification
+    Disconnect, // Device1.Disconnect
+};
+
+enum class FaultKind {
+    Refuse,
+    Silent,
+    Late,
+    Drop,
+    Lost,
+    Empty,
+    WrongCrc,
+    WrongStart,
+    WrongCommand,
+    Garbage,
+    Truncate,
+    Duplicate,
+};
+
+struct Fault
+{
+    Step step = Step::Connect;
+    FaultKind kind = FaultKind::Refuse;
+    std::optional<quint8> command;
+    int nth = 1;
+    int times = 0; // 0: from the nth on, always
+    int ms = 0;
+    int frame = 1;
+    int keep = -1;
+    QByteArray bytes;
+    QString errorName;
+    QString errorMessage;
+};
+
+Fault readFault(const QJsonValue &value, const QString &path);
+
+// The faults of one computer and how often each step was taken.
+class FaultPlan
+{
+public:
+    FaultPlan() = default;
+    explicit FaultPlan(const QList<Fault> &faults);
+
+    // The step is taken now, for this command if it has one: what goes wrong with it, if anything.
+    std::optional<Fault> next(Step step, std::optional<quint8> command = std::nullopt);
+
+private:
+    struct Counted
+    {
+        Fault fault;
+        int seen = 0;
+    };
+    QList<Counted> m_faults;
+};
+
+} // namespace simulator

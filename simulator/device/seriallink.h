@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "device/computer.h"
+#include "device/faults.h"
+#include "device/frame.h"
+#include "device/scenario.h"
+
+#include <QtCore/QObject>
+#include <QtCore/QQueue>
+#include <QtCore/QTimer>
+
+#include <functional>
+
+namespace simulator {
+
+// The radio module between the computer and the air: bytes written by the host become requests,
+// answers become notifications, and whatever a scenario wants to go wrong with them goes wrong.
+class SerialLink : public QObject
+{
+    Q_OBJECT
+
+public:
+    SerialLink(const DeviceScenario &scenario, FaultPlan &faults, QObject *parent = nullptr);
+
+    void written(const QByteArray &bytes);
+    void creditsGranted(const QByteArray &bytes);
+    // The link is new or gone: nothing that was under way is sent any more.
+    void reset();
+
+    const Computer &computer() const { return m_computer; }
+
+Q_SIGNALS:
+    void notification(const QByteArray &bytes);
+    void linkDropped();
+    void credits(const QString &event, int granted, qsizetype waiting);
+
+private:
+    struct Chunk
+    {
+        QByteArray bytes;
+        quint8 command = 0;
+        bool heldBack = false; // its turn came before, its fault is spent
+    };
+
+    void handle(const Frame &request);
+    QList<QByteArray> answerTo(const Frame &request, const std::optional<Fault> &fault);
+    QList<QByteArray> cut(const QList<QByteArray> &frames) const;
+    void send(quint8 command, const QList<QByteArray> &notifications);
+    void pump();
+    bool sendFirst();
+    void later(int ms, const std::function<void()> &what);
+
+    const DeviceScenario m_scenario;
+    FaultPlan &m_faults;
+    Computer m_computer;
+    FrameAssembler m_assembler;
+    QQueue<Chunk> m_queue;
+    QTimer m_pause;
+    int m_sentInPace = 0;
+    int m_credits = 0;
+    bool m_toldExhausted = false;
+    quint64 m_generation = 0;
+};
+
+} // namespace simulator

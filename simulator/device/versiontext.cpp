@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#include "device/versiontext.h"
+
+#include <QtCore/QRegularExpression>
+
+namespace simulator {
+
+std::optional<quint32> packVersion(const QString &text)
+{
+    static const QRegularExpression pattern(QStringLiteral("^(\\d{1,3})\\.(\\d{1,3})\\.(\\d{1,3})\\.(.)$"));
+    const QRegularExpressionMatch match = pattern.match(text);
+    if (!match.hasMatch())
+        return std::nullopt;
+
+    quint32 packed = 0;
+    for (int i = 1; i <= 3; ++i) {
+        const uint part = match.captured(i).toUInt();
+        if (part > 255)
+            return std::nullopt;
+        packed = packed << 8 | part;
+    }
+    const char16_t last = match.captured(4).front().unicode();
+    if (last > 255)
+        return std::nullopt;
+    return packed << 8 | last;
+}
+
+} // namespace simulator
