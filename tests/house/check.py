@@ -129,7 +129,6 @@ def links(library):
     ).stdout
     needed = set(re.findall(r"\(NEEDED\).*\[(.*)\]", dynamic))
     allowed = r"libQt6(Core|Bluetooth)\.|libstdc\+\+\.|libc\+\+|lib[cm]\.so|libgcc_s\.|ld-linux"
-    allowed += r"|lib(a|ub)san\."
     for name in sorted(needed):
         if not re.match(allowed, name):
             yield Path(library), f"needs {name}"
