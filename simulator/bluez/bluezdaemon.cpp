@@ -48,16 +48,12 @@ void BluezDaemon::load(const Scenario &scenario)
     for (const auto &each : m_devices)
         each->removeFromTree();
     m_devices.clear();
-    if (m_tree.contains(kAdapterPath)) {
-        endDiscovery();
-        m_tree.remove(kAdapterPath);
-    }
+    endDiscovery();
     m_filters.clear();
     m_recorder.restart();
 
     m_scenario = scenario;
-    if (scenario.adapter.present)
-        addAdapter();
+    loadAdapter();
     const RemoteDevice::Surroundings around { m_bus,
                                               m_tree,
                                               m_recorder,
@@ -77,8 +73,20 @@ RemoteDevice *BluezDaemon::device(const QString &address) const
     return nullptr;
 }
 
-void BluezDaemon::addAdapter()
+void BluezDaemon::loadAdapter()
 {
+    if (!m_scenario.adapter.present) {
+        m_tree.remove(kAdapterPath);
+        return;
+    }
+    if (m_tree.contains(kAdapterPath)) {
+        // Qt gives up a scan when it hears that the adapter went, and it may hear that only after
+        // it started the next one; so an adapter that stays is never removed.
+        m_tree.change(kAdapterPath, kAdapter,
+                      { { u"Address"_s, m_scenario.adapter.address },
+                        { u"Powered"_s, m_scenario.adapter.powered } });
+        return;
+    }
     m_tree.add(kAdapterPath, kAdapter,
                {
                        { u"Address"_s, m_scenario.adapter.address },

@@ -45,7 +45,7 @@ private:
     bool handleAdapter(const QDBusMessage &call);
     bool handleDevice(const QDBusMessage &call);
 
-    void addAdapter();
+    void loadAdapter();
     void setDiscoveryFilter(const QDBusMessage &call);
     void startDiscovery(const QDBusMessage &call);
     void stopDiscovery(const QDBusMessage &call);

@@ -452,7 +452,8 @@ std::optional<Scenario> Scenario::parse(const QByteArray &json, QString *error,
     QJsonParseError parseError;
     const QJsonDocument document = QJsonDocument::fromJson(json, &parseError);
     if (parseError.error != QJsonParseError::NoError) {
-        *error = placeOf(json, parseError.offset) + u": "_s + parseError.errorString();
+        // Qt points behind the character that it did not expect.
+        *error = placeOf(json, std::max(0, parseError.offset - 1)) + u": "_s + parseError.errorString();
         return std::nullopt;
     }
     if (!document.isObject()) {
