@@ -5,6 +5,7 @@
 #include <QtCore/qtimer.h>
 
 #include "logging_p.h"
+#include "transport/closinglink_p.h"
 
 using namespace Qt::StringLiterals;
 
@@ -60,10 +61,7 @@ public:
         if (!controller)
             return;
         controller->disconnect(q);
-        controller->disconnectFromDevice();
-        // Not a child any more: it may be in the middle of a signal when this object is deleted.
-        controller->setParent(nullptr);
-        controller->deleteLater();
+        ClosingLink::close(controller);
         controller = nullptr;
     }
 };
@@ -155,6 +153,13 @@ void BleDevice::connectTo(BleDeviceInfo device)
             &BleDevice::onServiceDiscovered);
     connect(controller, &QLowEnergyController::discoveryFinished, this,
             &BleDevice::servicesDiscovered);
+    if (const ClosingLink *const closing = ClosingLink::sameComputer(controller)) {
+        connect(closing, &ClosingLink::closed, this, [this, attempt] {
+            if (d->attempt == attempt)
+                d->controller->connectToDevice();
+        });
+        return;
+    }
     controller->connectToDevice();
 }
 

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtBluetooth/qlowenergycontroller.h>
+#include <QtCore/qobject.h>
+
+/**
+ * A link on its way down.
+ *
+ * BlueZ takes two to three seconds to end a link. A new controller for the same computer would
+ * meanwhile find the old link, report itself connected, and then be dropped with it; and a
+ * controller that is deleted before its link has ended ends the new one too. So the old controller
+ * lives until it has disconnected, and the new one waits for that.
+ */
+class ClosingLink : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** A stack that does not answer must not hold up a new connection for longer. */
+    static constexpr int kLongestWaitMs = 5000;
+
+    /** Disconnects @p controller, whose signals are cut already, and deletes it in due time. */
+    static void close(QLowEnergyController *controller);
+    /** The link to the computer of @p controller that is still closing, or null. */
+    [[nodiscard]] static ClosingLink *sameComputer(const QLowEnergyController *controller);
+
+    ~ClosingLink() override;
+
+Q_SIGNALS:
+    /** The link has ended, or has taken too long. */
+    void closed();
+
+private:
+    explicit ClosingLink(QLowEnergyController *controller);
+    void finish();
+
+    QLowEnergyController *m_controller;
+};
