@@ -11,6 +11,7 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QRegularExpression>
+#include <QtCore/QTimeZone>
 
 #include <algorithm>
 #include <limits>
@@ -126,11 +127,10 @@ void readClock(ObjectReader &reader, DeviceScenario &device)
         device.clock = now.toSecsSinceEpoch() + now.offsetFromUtc();
     } else if (value.isString()) {
         // The computer shows the time of day where it is and knows no time zone.
-        QDateTime time = QDateTime::fromString(value.toString(), Qt::ISODate);
+        const QDateTime time = QDateTime::fromString(value.toString(), Qt::ISODate);
         if (!time.isValid())
             badValue(reader.path("clock"), u"seconds or a time such as 2024-05-17T08:30:00"_s);
-        time.setTimeSpec(Qt::UTC);
-        device.clock = time.toSecsSinceEpoch();
+        device.clock = QDateTime(time.date(), time.time(), QTimeZone::utc()).toSecsSinceEpoch();
     } else {
         device.clock = readInteger(value, reader.path("clock"), -(qint64(1) << 53),
                                    qint64(1) << 53);

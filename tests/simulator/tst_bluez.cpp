@@ -318,7 +318,7 @@ void TestBluez::countsCredits()
                                          QLowEnergyService::WriteWithoutResponse);
     central.write(kAskIdentification);
     QVERIFY(central.waitForReceived(2));
-    QTRY_COMPARE(simulator->events(u"creditsExhausted"_s).size(), 1);
+    QVERIFY(QTest::qWaitFor([] { return simulator->events(u"creditsExhausted"_s).size() == 1; }));
     QCOMPARE(simulator->events(u"creditsExhausted"_s).first().value(u"waiting").toInt(), 1);
     QCOMPARE(central.received.size(), 2);
     central.service->writeCharacteristic(credits, QByteArray(1, 1),
