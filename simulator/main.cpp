@@ -34,8 +34,7 @@ int fail(const QString &text)
     return kUsageError;
 }
 
-struct Options
-{
+struct Options {
     QString scenarioFile;
     QString recordFile;
     Scenario::Overrides overrides;
@@ -47,33 +46,31 @@ Options parseArguments(const QCoreApplication &app)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
-            u"A simulated diving computer: BlueZ's D-Bus API on a message bus of its own.\n\n"
-            "With a COMMAND, runs it on that bus and exits with its status. Without one, prints\n"
-            "DBUS_SYSTEM_BUS_ADDRESS=<address> and serves until it is stopped.\n\n"
-            "Exit status: that of COMMAND; 2 after an error of its own; 127 when COMMAND cannot\n"
-            "be started."_s);
-    const QCommandLineOption help({ u"h"_s, u"help"_s }, u"Show this text."_s);
-    const QCommandLineOption scenario(u"scenario"_s,
-                                      u"The devices to simulate; one healthy computer if not given."_s,
-                                      u"FILE"_s);
-    const QCommandLineOption model(u"model"_s,
-                                   u"Make every computer a varda, tidemar or vskm."_s, u"MODEL"_s);
+        u"A simulated diving computer: BlueZ's D-Bus API on a message bus of its own.\n\n"
+        "With a COMMAND, runs it on that bus and exits with its status. Without one, prints\n"
+        "DBUS_SYSTEM_BUS_ADDRESS=<address> and serves until it is stopped.\n\n"
+        "Exit status: that of COMMAND; 2 after an error of its own; 127 when COMMAND cannot\n"
+        "be started."_s);
+    const QCommandLineOption help({u"h"_s, u"help"_s}, u"Show this text."_s);
+    const QCommandLineOption scenario(
+        u"scenario"_s, u"The devices to simulate; one healthy computer if not given."_s, u"FILE"_s);
+    const QCommandLineOption model(u"model"_s, u"Make every computer a varda, tidemar or vskm."_s,
+                                   u"MODEL"_s);
     const QCommandLineOption mode(u"mode"_s, u"Make every computer speak over gatt or sps."_s,
                                   u"MODE"_s);
     const QCommandLineOption record(
-            u"record"_s, u"Write what happens to this file, one JSON object a line."_s, u"FILE"_s);
+        u"record"_s, u"Write what happens to this file, one JSON object a line."_s, u"FILE"_s);
     const QCommandLineOption exitWithStdin(u"exit-with-stdin"_s,
                                            u"Stop when standard input is closed."_s);
-    const QCommandLineOption daemonVersion(
-            u"version"_s, u"Print the version of the BlueZ that is simulated."_s);
+    const QCommandLineOption daemonVersion(u"version"_s,
+                                           u"Print the version of the BlueZ that is simulated."_s);
     const QCommandLineOption ownVersion(u"simulator-version"_s,
                                         u"Print the version of the simulator."_s);
-    parser.addOptions({ help, scenario, model, mode, record, exitWithStdin, daemonVersion,
-                        ownVersion });
+    parser.addOptions(
+        {help, scenario, model, mode, record, exitWithStdin, daemonVersion, ownVersion});
     parser.addPositionalArgument(u"COMMAND"_s, u"A program and its arguments."_s,
                                  u"[-- COMMAND…]"_s);
-    parser.setOptionsAfterPositionalArgumentsMode(
-            QCommandLineParser::ParseAsPositionalArguments);
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
 
     if (!parser.parse(app.arguments()))
         std::exit(fail(parser.errorText()));
@@ -83,11 +80,11 @@ Options parseArguments(const QCoreApplication &app)
         std::puts(VARDA_SIMULATOR_VERSION);
         std::exit(0);
     }
-    return { parser.value(scenario),
-             parser.value(record),
-             { parser.value(model), parser.value(mode) },
-             parser.positionalArguments(),
-             parser.isSet(exitWithStdin) };
+    return {parser.value(scenario),
+            parser.value(record),
+            {parser.value(model), parser.value(mode)},
+            parser.positionalArguments(),
+            parser.isSet(exitWithStdin)};
 }
 
 std::optional<Scenario> readScenario(const Options &options, QString *error)
@@ -124,7 +121,7 @@ public:
 
     int take() const
     {
-        signalfd_siginfo info {};
+        signalfd_siginfo info{};
         return ::read(m_fd, &info, sizeof info) == ssize_t(sizeof info) ? int(info.ssi_signo) : 0;
     }
 
@@ -160,12 +157,10 @@ void runCommand(QProcess &process, const QStringList &command, const QString &ad
         StopSignals::unblock();
     });
 
-    QObject::connect(&process, &QProcess::finished, &process,
-                     [&process](int status, QProcess::ExitStatus how) {
-                         QCoreApplication::exit(how == QProcess::NormalExit
-                                                        ? status
-                                                        : 128 + process.exitCode());
-                     });
+    QObject::connect(
+        &process, &QProcess::finished, &process, [&process](int status, QProcess::ExitStatus how) {
+            QCoreApplication::exit(how == QProcess::NormalExit ? status : 128 + process.exitCode());
+        });
     QObject::connect(&process, &QProcess::errorOccurred, &process,
                      [&process](QProcess::ProcessError error) {
                          if (error != QProcess::FailedToStart)
@@ -187,8 +182,7 @@ int serve(const Options &options, const Scenario &scenario, const StopSignals &s
         QCoreApplication::exit(kUsageError);
     });
 
-    const QDBusConnection connection =
-            QDBusConnection::connectToBus(bus.address(), u"simulator"_s);
+    const QDBusConnection connection = QDBusConnection::connectToBus(bus.address(), u"simulator"_s);
     if (!connection.isConnected())
         return fail(u"cannot reach the message bus: "_s + connection.lastError().message());
 

@@ -54,12 +54,12 @@ void BluezDaemon::load(const Scenario &scenario)
 
     m_scenario = scenario;
     loadAdapter();
-    const RemoteDevice::Surroundings around { m_bus,
-                                              m_tree,
-                                              m_recorder,
-                                              kAdapterPath,
-                                              scenario.disconnectDelay,
-                                              scenario.temporaryTimeout };
+    const RemoteDevice::Surroundings around{m_bus,
+                                            m_tree,
+                                            m_recorder,
+                                            kAdapterPath,
+                                            scenario.disconnectDelay,
+                                            scenario.temporaryTimeout};
     for (const DeviceScenario &device : scenario.devices)
         m_devices.push_back(std::make_unique<RemoteDevice>(device, around));
 }
@@ -83,25 +83,25 @@ void BluezDaemon::loadAdapter()
         // Qt gives up a scan when it hears that the adapter went, and it may hear that only after
         // it started the next one; so an adapter that stays is never removed.
         m_tree.change(kAdapterPath, kAdapter,
-                      { { u"Address"_s, m_scenario.adapter.address },
-                        { u"Powered"_s, m_scenario.adapter.powered } });
+                      {{u"Address"_s, m_scenario.adapter.address},
+                       {u"Powered"_s, m_scenario.adapter.powered}});
         return;
     }
     m_tree.add(kAdapterPath, kAdapter,
                {
-                       { u"Address"_s, m_scenario.adapter.address },
-                       { u"AddressType"_s, u"public"_s },
-                       { u"Name"_s, u"simulator"_s },
-                       { u"Alias"_s, u"simulator"_s },
-                       { u"Class"_s, 0U },
-                       { u"Powered"_s, m_scenario.adapter.powered },
-                       { u"Discoverable"_s, false },
-                       { u"DiscoverableTimeout"_s, 180U },
-                       { u"Pairable"_s, false },
-                       { u"PairableTimeout"_s, 0U },
-                       { u"Discovering"_s, false },
-                       { u"UUIDs"_s, QStringList() },
-                       { u"Roles"_s, QStringList(u"central"_s) },
+                   {u"Address"_s, m_scenario.adapter.address},
+                   {u"AddressType"_s, u"public"_s},
+                   {u"Name"_s, u"simulator"_s},
+                   {u"Alias"_s, u"simulator"_s},
+                   {u"Class"_s, 0U},
+                   {u"Powered"_s, m_scenario.adapter.powered},
+                   {u"Discoverable"_s, false},
+                   {u"DiscoverableTimeout"_s, 180U},
+                   {u"Pairable"_s, false},
+                   {u"PairableTimeout"_s, 0U},
+                   {u"Discovering"_s, false},
+                   {u"UUIDs"_s, QStringList()},
+                   {u"Roles"_s, QStringList(u"central"_s)},
                });
 }
 
@@ -120,7 +120,7 @@ void BluezDaemon::setPowered(bool powered)
         dropLinks();
         endDiscovery();
     }
-    m_tree.change(kAdapterPath, kAdapter, { { u"Powered"_s, powered } });
+    m_tree.change(kAdapterPath, kAdapter, {{u"Powered"_s, powered}});
 }
 
 void BluezDaemon::removeAdapter()
@@ -156,11 +156,11 @@ bool BluezDaemon::handleMessage(const QDBusMessage &call, const QDBusConnection 
 
     if (!handled) {
         const bool exists = m_tree.contains(call.path());
-        refuse(call,
-               QDBusError::errorString(exists ? QDBusError::UnknownMethod
-                                              : QDBusError::UnknownObject),
-               u"Method \"%1\" with signature \"%2\" on interface \"%3\" doesn't exist"_s.arg(
-                       call.member(), call.signature(), interface));
+        refuse(
+            call,
+            QDBusError::errorString(exists ? QDBusError::UnknownMethod : QDBusError::UnknownObject),
+            u"Method \"%1\" with signature \"%2\" on interface \"%3\" doesn't exist"_s.arg(
+                call.member(), call.signature(), interface));
     }
     return true;
 }
@@ -195,7 +195,7 @@ bool BluezDaemon::handleProperties(const QDBusMessage &call)
     if (interface == kAdapter && name == "Powered"_L1)
         setPowered(value.toBool());
     else
-        m_tree.change(call.path(), interface, { { name, value } });
+        m_tree.change(call.path(), interface, {{name, value}});
     reply(call);
     return true;
 }
@@ -243,14 +243,14 @@ void BluezDaemon::setDiscoveryFilter(const QDBusMessage &call)
     const auto filter = qdbus_cast<QVariantMap>(call.arguments().value(0));
     const QString transport = filter.value(u"Transport"_s).toString();
     m_recorder.add(u"SetDiscoveryFilter"_s,
-                   { { u"path"_s, call.path() }, { u"transport"_s, transport } });
+                   {{u"path"_s, call.path()}, {u"transport"_s, transport}});
     m_filters.insert(call.service(), transport);
     reply(call);
 }
 
 void BluezDaemon::startDiscovery(const QDBusMessage &call)
 {
-    m_recorder.add(u"StartDiscovery"_s, { { u"path"_s, call.path() } });
+    m_recorder.add(u"StartDiscovery"_s, {{u"path"_s, call.path()}});
     if (!m_tree.property(kAdapterPath, kAdapter, u"Powered"_s).toBool()) {
         refuse(call, kNotReady, u"Resource Not Ready"_s);
         return;
@@ -263,7 +263,7 @@ void BluezDaemon::startDiscovery(const QDBusMessage &call)
     m_discoverers.append(call.service());
     reply(call);
     if (m_discoverers.size() == 1)
-        m_tree.change(kAdapterPath, kAdapter, { { u"Discovering"_s, true } });
+        m_tree.change(kAdapterPath, kAdapter, {{u"Discovering"_s, true}});
     const QString transport = m_filters.value(call.service());
     for (const auto &each : m_devices)
         each->discoveryStarted(transport);
@@ -271,7 +271,7 @@ void BluezDaemon::startDiscovery(const QDBusMessage &call)
 
 void BluezDaemon::stopDiscovery(const QDBusMessage &call)
 {
-    m_recorder.add(u"StopDiscovery"_s, { { u"path"_s, call.path() } });
+    m_recorder.add(u"StopDiscovery"_s, {{u"path"_s, call.path()}});
     if (!m_discoverers.removeOne(call.service())) {
         refuse(call, u"org.bluez.Error.Failed"_s, u"No discovery started"_s);
         return;
@@ -287,13 +287,13 @@ void BluezDaemon::endDiscovery()
     for (const auto &each : m_devices)
         each->discoveryStopped();
     if (m_tree.property(kAdapterPath, kAdapter, u"Discovering"_s).toBool())
-        m_tree.change(kAdapterPath, kAdapter, { { u"Discovering"_s, false } });
+        m_tree.change(kAdapterPath, kAdapter, {{u"Discovering"_s, false}});
 }
 
 void BluezDaemon::removeDevice(const QDBusMessage &call)
 {
     const QString path = qvariant_cast<QDBusObjectPath>(call.arguments().value(0)).path();
-    m_recorder.add(u"RemoveDevice"_s, { { u"path"_s, path } });
+    m_recorder.add(u"RemoveDevice"_s, {{u"path"_s, path}});
     for (const auto &each : m_devices) {
         if (each->path() == path && m_tree.contains(path)) {
             each->removeFromTree();

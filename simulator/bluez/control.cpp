@@ -22,19 +22,17 @@ QString compact(const QJsonDocument &document)
 
 } // namespace
 
-Control::Control(BluezDaemon &daemon, QObject *parent)
-    : QObject(parent), m_daemon(daemon)
+Control::Control(BluezDaemon &daemon, QObject *parent) : QObject(parent), m_daemon(daemon)
 {
-    connect(&daemon.recorder(), &Recorder::recorded, this, [this](const QJsonObject &event) {
-        Q_EMIT Recorded(compact(QJsonDocument(event)));
-    });
+    connect(&daemon.recorder(), &Recorder::recorded, this,
+            [this](const QJsonObject &event) { Q_EMIT Recorded(compact(QJsonDocument(event))); });
 }
 
 bool Control::start(QDBusConnection bus, QString *error)
 {
     if (bus.registerObject(u"/org/varda/Simulator"_s, this,
                            QDBusConnection::ExportScriptableSlots
-                                   | QDBusConnection::ExportScriptableSignals)
+                               | QDBusConnection::ExportScriptableSignals)
         && bus.registerService(u"org.varda.Simulator"_s))
         return true;
     *error = u"cannot offer the control interface: "_s + bus.lastError().message();

@@ -17,8 +17,7 @@ const QString kObjectManager = u"org.freedesktop.DBus.ObjectManager"_s;
 
 } // namespace
 
-ObjectTree::ObjectTree(const QDBusConnection &bus)
-    : m_bus(bus)
+ObjectTree::ObjectTree(const QDBusConnection &bus) : m_bus(bus)
 {
     qDBusRegisterMetaType<Interfaces>();
     qDBusRegisterMetaType<ManagedObjects>();
@@ -32,8 +31,7 @@ void ObjectTree::add(const QString &path, const QString &interface, const QVaria
     object.insert(interface, properties);
     object.insert(kProperties, {});
 
-    QDBusMessage signal =
-            QDBusMessage::createSignal(u"/"_s, kObjectManager, u"InterfacesAdded"_s);
+    QDBusMessage signal = QDBusMessage::createSignal(u"/"_s, kObjectManager, u"InterfacesAdded"_s);
     signal << QVariant::fromValue(QDBusObjectPath(path)) << QVariant::fromValue(object);
     m_bus.send(signal);
 }
@@ -43,8 +41,8 @@ void ObjectTree::remove(const QString &path)
     const Interfaces object = m_objects.take(path);
     if (object.isEmpty())
         return;
-    QDBusMessage signal =
-            QDBusMessage::createSignal(u"/"_s, kObjectManager, u"InterfacesRemoved"_s);
+    QDBusMessage signal = QDBusMessage::createSignal(u"/"_s, kObjectManager,
+                                                     u"InterfacesRemoved"_s);
     signal << QVariant::fromValue(QDBusObjectPath(path)) << QStringList(object.keys());
     m_bus.send(signal);
 }

@@ -15,7 +15,8 @@ namespace {
 
 // Whoever reaches the socket may do everything: it stands in a folder that only its owner can
 // enter. The limits of a session bus fit a test that sends thousands of notifications at once.
-constexpr auto kConfiguration = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+constexpr auto kConfiguration =
+    R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
   <type>session</type>
@@ -36,8 +37,7 @@ constexpr auto kConfiguration = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//D
 
 } // namespace
 
-PrivateBus::PrivateBus(QObject *parent)
-    : QObject(parent)
+PrivateBus::PrivateBus(QObject *parent) : QObject(parent)
 {
     m_daemon.setStandardInputFile(QProcess::nullDevice());
     // The bus goes with us even if we are killed.
@@ -86,9 +86,8 @@ bool PrivateBus::start(QString *error)
     if (!writeConfiguration(error))
         return false;
 
-    m_daemon.start(u"dbus-daemon"_s,
-                   { u"--nofork"_s, u"--print-address"_s,
-                     u"--config-file="_s + m_folder.filePath(u"bus.conf"_s) });
+    m_daemon.start(u"dbus-daemon"_s, {u"--nofork"_s, u"--print-address"_s,
+                                      u"--config-file="_s + m_folder.filePath(u"bus.conf"_s)});
     if (!m_daemon.waitForStarted()) {
         *error = u"cannot start dbus-daemon: %1"_s.arg(m_daemon.errorString());
         return false;
@@ -97,7 +96,7 @@ bool PrivateBus::start(QString *error)
     while (!m_daemon.canReadLine()) {
         if (!m_daemon.waitForReadyRead(30000)) {
             *error = u"dbus-daemon did not come up: "_s
-                    + QString::fromLocal8Bit(m_daemon.readAllStandardError()).trimmed();
+                     + QString::fromLocal8Bit(m_daemon.readAllStandardError()).trimmed();
             return false;
         }
     }

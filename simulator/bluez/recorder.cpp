@@ -7,8 +7,7 @@ using namespace Qt::StringLiterals;
 
 namespace simulator {
 
-Recorder::Recorder(QObject *parent)
-    : QObject(parent)
+Recorder::Recorder(QObject *parent) : QObject(parent)
 {
     m_time.start();
 }

@@ -67,7 +67,7 @@ RemoteDevice::RemoteDevice(const DeviceScenario &scenario, const Surroundings &a
     connect(&m_serial, &SerialLink::linkDropped, this, &RemoteDevice::linkDown);
     connect(&m_serial, &SerialLink::credits, this,
             [this](const QString &event, int granted, qsizetype waiting) {
-                record(event, { { u"granted"_s, granted }, { u"waiting"_s, waiting } });
+                record(event, {{u"granted"_s, granted}, {u"waiting"_s, waiting}});
             });
 
     m_temporaryTimer.setSingleShot(true);
@@ -103,7 +103,7 @@ void RemoteDevice::discoveryStopped()
     if (!m_inTree)
         return;
     if (m_around.tree.property(m_path, kDevice, u"RSSI"_s).isValid())
-        changeDevice({}, { u"RSSI"_s });
+        changeDevice({}, {u"RSSI"_s});
     if (m_temporary)
         m_temporaryTimer.start();
 }
@@ -117,7 +117,7 @@ void RemoteDevice::advertise(int rssi, const std::optional<QString> &name)
     if (name)
         m_name = *name;
 
-    QVariantMap changes { { u"RSSI"_s, QVariant::fromValue(short(rssi)) } };
+    QVariantMap changes{{u"RSSI"_s, QVariant::fromValue(short(rssi))}};
     if (!m_inTree) {
         addToTree();
         return;
@@ -133,19 +133,19 @@ QVariantMap RemoteDevice::deviceProperties() const
 {
     // A peripheral without a name goes by its address.
     const QString nameless = QString(m_scenario.address).replace(u':', u'-');
-    QVariantMap properties {
-        { u"Address"_s, m_scenario.address },
-        { u"AddressType"_s, m_scenario.addressType },
-        { u"Alias"_s, m_scenario.alias.value_or(m_name.isEmpty() ? nameless : m_name) },
-        { u"Paired"_s, m_scenario.radio == Radio::Classic },
-        { u"Bonded"_s, m_scenario.radio == Radio::Classic },
-        { u"Trusted"_s, false },
-        { u"Blocked"_s, false },
-        { u"LegacyPairing"_s, false },
-        { u"Connected"_s, m_connected },
-        { u"UUIDs"_s, QStringList() },
-        { u"Adapter"_s, QVariant::fromValue(QDBusObjectPath(m_around.adapterPath)) },
-        { u"ServicesResolved"_s, false },
+    QVariantMap properties{
+        {u"Address"_s, m_scenario.address},
+        {u"AddressType"_s, m_scenario.addressType},
+        {u"Alias"_s, m_scenario.alias.value_or(m_name.isEmpty() ? nameless : m_name)},
+        {u"Paired"_s, m_scenario.radio == Radio::Classic},
+        {u"Bonded"_s, m_scenario.radio == Radio::Classic},
+        {u"Trusted"_s, false},
+        {u"Blocked"_s, false},
+        {u"LegacyPairing"_s, false},
+        {u"Connected"_s, m_connected},
+        {u"UUIDs"_s, QStringList()},
+        {u"Adapter"_s, QVariant::fromValue(QDBusObjectPath(m_around.adapterPath))},
+        {u"ServicesResolved"_s, false},
     };
     if (!m_name.isEmpty())
         properties.insert(u"Name"_s, m_name);
@@ -218,7 +218,7 @@ bool RemoteDevice::handleCharacteristic(Characteristic &characteristic, const QD
     else if (call.member() == "StartNotify"_L1)
         startNotify(characteristic, call);
     else if (call.member() == "StopNotify"_L1) {
-        record(u"StopNotify"_s, { { u"path"_s, characteristic.path } });
+        record(u"StopNotify"_s, {{u"path"_s, characteristic.path}});
         if (!characteristic.clients.contains(call.service())) {
             refuse(call, kFailed, u"No notify session started"_s);
         } else {
@@ -248,7 +248,7 @@ bool RemoteDevice::handleDescriptor(Descriptor &descriptor, const QDBusMessage &
     if (call.member() != "ReadValue"_L1)
         return false;
 
-    record(u"ReadValue"_s, { { u"path"_s, call.path() } });
+    record(u"ReadValue"_s, {{u"path"_s, call.path()}});
     if (!m_resolved) {
         refuse(call, kFailed, u"Not connected"_s);
         return true;
@@ -260,7 +260,7 @@ bool RemoteDevice::handleDescriptor(Descriptor &descriptor, const QDBusMessage &
             const bool notify = owner.spec.flags.contains(u"notify"_s);
             value = QByteArray::fromHex(!owner.cccd ? "0000" : notify ? "0100" : "0200");
         }
-        m_around.tree.change(call.path(), kDescriptor, { { u"Value"_s, value } });
+        m_around.tree.change(call.path(), kDescriptor, {{u"Value"_s, value}});
         reply(call, value);
     });
     return true;
@@ -309,7 +309,7 @@ void RemoteDevice::later(int ms, const std::function<void()> &what)
 
 quint64 RemoteDevice::hold(const QDBusMessage &call)
 {
-    m_waiting.append({ ++m_lastWaiting, call });
+    m_waiting.append({++m_lastWaiting, call});
     return m_lastWaiting;
 }
 
@@ -355,7 +355,7 @@ void RemoteDevice::connectCalled(const QDBusMessage &call)
 bool RemoteDevice::isConnecting() const
 {
     return std::ranges::any_of(
-            m_waiting, [](const Waiting &each) { return each.call.member() == "Connect"_L1; });
+        m_waiting, [](const Waiting &each) { return each.call.member() == "Connect"_L1; });
 }
 
 void RemoteDevice::linkUp()
@@ -366,7 +366,7 @@ void RemoteDevice::linkUp()
     ++m_generation;
     m_serial.reset();
     record(u"connected"_s);
-    changeDevice({ { u"Connected"_s, true } });
+    changeDevice({{u"Connected"_s, true}});
 }
 
 void RemoteDevice::discoverServices()
@@ -401,7 +401,7 @@ void RemoteDevice::servicesResolved(bool withServices)
             if (!each.clients.isEmpty())
                 setCccd(each, true);
         }
-        changeDevice({ { u"ServicesResolved"_s, true } });
+        changeDevice({{u"ServicesResolved"_s, true}});
         return;
     }
     m_gattKnown = true;
@@ -410,7 +410,7 @@ void RemoteDevice::servicesResolved(bool withServices)
     const QList<ServiceSpec> table = gattTable(m_scenario);
     for (const ServiceSpec &service : table)
         uuids.append(service.uuid);
-    changeDevice({ { u"UUIDs"_s, uuids }, { u"ServicesResolved"_s, true } });
+    changeDevice({{u"UUIDs"_s, uuids}, {u"ServicesResolved"_s, true}});
 }
 
 void RemoteDevice::addGattObjects()
@@ -421,12 +421,11 @@ void RemoteDevice::addGattObjects()
         const QString path = numbered(m_path, "service", handle);
         m_around.tree.add(path, kService,
                           {
-                                  { u"Handle"_s, QVariant::fromValue(ushort(handle)) },
-                                  { u"UUID"_s, service.uuid },
-                                  { u"Device"_s, QVariant::fromValue(QDBusObjectPath(m_path)) },
-                                  { u"Primary"_s, service.primary },
-                                  { u"Includes"_s,
-                                    QVariant::fromValue(QList<QDBusObjectPath>()) },
+                              {u"Handle"_s, QVariant::fromValue(ushort(handle))},
+                              {u"UUID"_s, service.uuid},
+                              {u"Device"_s, QVariant::fromValue(QDBusObjectPath(m_path))},
+                              {u"Primary"_s, service.primary},
+                              {u"Includes"_s, QVariant::fromValue(QList<QDBusObjectPath>())},
                           });
         ++handle;
         for (const CharacteristicSpec &spec : service.characteristics)
@@ -438,13 +437,13 @@ void RemoteDevice::addCharacteristic(const CharacteristicSpec &spec, const QStri
                                      int &handle)
 {
     const QString path = numbered(servicePath, "char", handle);
-    QVariantMap properties {
-        { u"Handle"_s, QVariant::fromValue(ushort(handle)) },
-        { u"UUID"_s, spec.uuid },
-        { u"Service"_s, QVariant::fromValue(QDBusObjectPath(servicePath)) },
-        { u"Value"_s, QByteArray() },
-        { u"Flags"_s, spec.flags },
-        { u"MTU"_s, QVariant::fromValue(ushort(m_scenario.mtu)) },
+    QVariantMap properties{
+        {u"Handle"_s, QVariant::fromValue(ushort(handle))},
+        {u"UUID"_s, spec.uuid},
+        {u"Service"_s, QVariant::fromValue(QDBusObjectPath(servicePath))},
+        {u"Value"_s, QByteArray()},
+        {u"Flags"_s, spec.flags},
+        {u"MTU"_s, QVariant::fromValue(ushort(m_scenario.mtu))},
     };
     if (spec.flags.contains(u"write-without-response"_s))
         properties.insert(u"WriteAcquired"_s, false);
@@ -452,20 +451,19 @@ void RemoteDevice::addCharacteristic(const CharacteristicSpec &spec, const QStri
         properties.insert(u"Notifying"_s, false);
         properties.insert(u"NotifyAcquired"_s, false);
     }
-    m_characteristics.insert(path, { spec, path, {}, false });
+    m_characteristics.insert(path, {spec, path, {}, false});
     m_around.tree.add(path, kCharacteristic, properties);
     handle += 2; // a declaration and a value
 
     for (const DescriptorSpec &descriptor : spec.descriptors) {
         const QString descriptorPath = numbered(path, "desc", handle);
-        m_descriptors.insert(descriptorPath, { descriptor, path });
+        m_descriptors.insert(descriptorPath, {descriptor, path});
         m_around.tree.add(descriptorPath, kDescriptor,
                           {
-                                  { u"Handle"_s, QVariant::fromValue(ushort(handle)) },
-                                  { u"UUID"_s, descriptor.uuid },
-                                  { u"Characteristic"_s,
-                                    QVariant::fromValue(QDBusObjectPath(path)) },
-                                  { u"Value"_s, QByteArray() },
+                              {u"Handle"_s, QVariant::fromValue(ushort(handle))},
+                              {u"UUID"_s, descriptor.uuid},
+                              {u"Characteristic"_s, QVariant::fromValue(QDBusObjectPath(path))},
+                              {u"Value"_s, QByteArray()},
                           });
         ++handle;
     }
@@ -519,7 +517,7 @@ void RemoteDevice::linkDown()
         each.cccd = false;
     record(u"disconnected"_s);
 
-    QVariantMap changes { { u"Connected"_s, false } };
+    QVariantMap changes{{u"Connected"_s, false}};
     if (m_resolved)
         changes.insert(u"ServicesResolved"_s, false);
     m_resolved = false;
@@ -533,7 +531,7 @@ void RemoteDevice::linkDown()
 
 void RemoteDevice::readCharacteristic(Characteristic &characteristic, const QDBusMessage &call)
 {
-    record(u"ReadValue"_s, { { u"path"_s, call.path() } });
+    record(u"ReadValue"_s, {{u"path"_s, call.path()}});
     if (!m_resolved) {
         refuse(call, kFailed, u"Not connected"_s);
         return;
@@ -544,7 +542,7 @@ void RemoteDevice::readCharacteristic(Characteristic &characteristic, const QDBu
             return;
         }
         const QByteArray value = characteristic.spec.value;
-        m_around.tree.change(call.path(), kCharacteristic, { { u"Value"_s, value } });
+        m_around.tree.change(call.path(), kCharacteristic, {{u"Value"_s, value}});
         reply(call, value);
     });
 }
@@ -557,13 +555,12 @@ void RemoteDevice::writeCharacteristic(Characteristic &characteristic, const QDB
     const bool canCommand = flags.contains(u"write-without-response"_s);
     const bool canRequest = flags.contains(u"write"_s);
     const QString type =
-            options.value(u"type"_s, canRequest ? u"request"_s : u"command"_s).toString();
+        options.value(u"type"_s, canRequest ? u"request"_s : u"command"_s).toString();
     const bool isCommand = type == "command"_L1;
 
-    record(u"write"_s,
-           { { u"characteristic"_s, characteristic.spec.uuid },
-             { u"type"_s, type },
-             { u"hex"_s, toHex(bytes) } });
+    record(u"write"_s, {{u"characteristic"_s, characteristic.spec.uuid},
+                        {u"type"_s, type},
+                        {u"hex"_s, toHex(bytes)}});
 
     if (!m_resolved) {
         refuse(call, kFailed, u"Not connected"_s);
@@ -593,7 +590,7 @@ void RemoteDevice::written(Characteristic &characteristic, const QByteArray &byt
     switch (characteristic.spec.role) {
     case Role::Data:
         m_serialPath = characteristic.path;
-        record(u"frame"_s, { { u"hex"_s, toHex(bytes) } });
+        record(u"frame"_s, {{u"hex"_s, toHex(bytes)}});
         m_serial.written(bytes);
         break;
     case Role::Credits:
@@ -608,8 +605,7 @@ void RemoteDevice::written(Characteristic &characteristic, const QByteArray &byt
 void RemoteDevice::startNotify(Characteristic &characteristic, const QDBusMessage &call)
 {
     record(u"StartNotify"_s,
-           { { u"path"_s, characteristic.path },
-             { u"characteristic"_s, characteristic.spec.uuid } });
+           {{u"path"_s, characteristic.path}, {u"characteristic"_s, characteristic.spec.uuid}});
     const QStringList &flags = characteristic.spec.flags;
     if (!m_resolved) {
         refuse(call, kFailed, u"Not connected"_s);
@@ -629,7 +625,7 @@ void RemoteDevice::subscribe(Characteristic &characteristic, const QDBusMessage 
     characteristic.clients.append(call.service());
     if (first) {
         setCccd(characteristic, true);
-        m_around.tree.change(characteristic.path, kCharacteristic, { { u"Notifying"_s, true } });
+        m_around.tree.change(characteristic.path, kCharacteristic, {{u"Notifying"_s, true}});
     }
     reply(call);
 }
@@ -639,7 +635,7 @@ void RemoteDevice::unsubscribe(Characteristic &characteristic, const QString &cl
     if (characteristic.clients.removeAll(client) == 0 || !characteristic.clients.isEmpty())
         return;
     setCccd(characteristic, false);
-    m_around.tree.change(characteristic.path, kCharacteristic, { { u"Notifying"_s, false } });
+    m_around.tree.change(characteristic.path, kCharacteristic, {{u"Notifying"_s, false}});
 }
 
 void RemoteDevice::setCccd(Characteristic &characteristic, bool on)
@@ -649,8 +645,7 @@ void RemoteDevice::setCccd(Characteristic &characteristic, bool on)
     characteristic.cccd = on;
     const bool notify = characteristic.spec.flags.contains(u"notify"_s);
     const QString value = !on ? u"0000"_s : notify ? u"0100"_s : u"0200"_s;
-    record(u"cccd"_s,
-           { { u"characteristic"_s, characteristic.spec.uuid }, { u"value"_s, value } });
+    record(u"cccd"_s, {{u"characteristic"_s, characteristic.spec.uuid}, {u"value"_s, value}});
 }
 
 void RemoteDevice::clientGone(const QString &client)
@@ -663,14 +658,14 @@ void RemoteDevice::sendNotification(const QByteArray &bytes)
 {
     const auto characteristic = m_characteristics.find(m_serialPath);
     if (characteristic == m_characteristics.end() || !characteristic->cccd) {
-        record(u"notSubscribed"_s, { { u"hex"_s, toHex(bytes) } });
+        record(u"notSubscribed"_s, {{u"hex"_s, toHex(bytes)}});
         return;
     }
     // What does not fit is cut off without a word, as a peripheral's stack does it.
     const QByteArray sent = bytes.left(m_scenario.mtu - 3);
     record(u"notification"_s,
-           { { u"characteristic"_s, characteristic->spec.uuid }, { u"hex"_s, toHex(sent) } });
-    m_around.tree.change(m_serialPath, kCharacteristic, { { u"Value"_s, sent } });
+           {{u"characteristic"_s, characteristic->spec.uuid}, {u"hex"_s, toHex(sent)}});
+    m_around.tree.change(m_serialPath, kCharacteristic, {{u"Value"_s, sent}});
 }
 
 bool RemoteDevice::notifyNow(const QByteArray &bytes)

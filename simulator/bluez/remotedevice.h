@@ -24,8 +24,7 @@ class RemoteDevice : public QObject
     Q_OBJECT
 
 public:
-    struct Surroundings
-    {
+    struct Surroundings {
         QDBusConnection bus;
         ObjectTree &tree;
         Recorder &recorder;
@@ -56,21 +55,18 @@ public:
     QJsonObject state() const;
 
 private:
-    struct Characteristic
-    {
+    struct Characteristic {
         CharacteristicSpec spec;
         QString path;
         QStringList clients; // those that the daemon notifies
-        bool cccd = false; // as the peripheral has it
+        bool cccd = false;   // as the peripheral has it
     };
-    struct Descriptor
-    {
+    struct Descriptor {
         DescriptorSpec spec;
         QString characteristic;
     };
     // A call that nobody answered yet.
-    struct Waiting
-    {
+    struct Waiting {
         quint64 id;
         QDBusMessage call;
     };

@@ -43,8 +43,7 @@ constexpr qsizetype kBatteryRecordsPerFrame = 4;
 
 } // namespace
 
-Computer::Computer(const DeviceScenario &scenario)
-    : m_device(scenario)
+Computer::Computer(const DeviceScenario &scenario) : m_device(scenario)
 {
     m_sinceClockSet.start();
 }
@@ -52,14 +51,14 @@ Computer::Computer(const DeviceScenario &scenario)
 QList<Frame> Computer::answer(const Frame &request)
 {
     const auto one = [&](const QByteArray &payload) {
-        return QList<Frame> { { request.command, payload } };
+        return QList<Frame>{{request.command, payload}};
     };
     // A list ends with a frame that carries nothing.
     const auto closed = [&](const QList<QByteArray> &payloads) {
         QList<Frame> frames;
         for (const QByteArray &payload : payloads)
-            frames.append(Frame { request.command, payload });
-        frames.append(Frame { request.command, {} });
+            frames.append(Frame{request.command, payload});
+        frames.append(Frame{request.command, {}});
         return frames;
     };
 
@@ -201,12 +200,12 @@ QList<QByteArray> Computer::gases(const QByteArray &payload) const
         const auto oxygen = float(mix & 0xFF);
         const auto helium = float(mix >> 8);
         entries.append(WireWriter()
-                               .u8(table)
-                               .u8(quint8(i))
-                               .filler(8)
-                               .f32(oxygen / 100.0F)
-                               .f32(helium / 100.0F)
-                               .data());
+                           .u8(table)
+                           .u8(quint8(i))
+                           .filler(8)
+                           .f32(oxygen / 100.0F)
+                           .f32(helium / 100.0F)
+                           .data());
     }
     return entries;
 }
@@ -226,14 +225,14 @@ QList<QByteArray> Computer::batteryInformation() const
 QJsonObject Computer::state() const
 {
     return {
-        { u"owner"_s, m_device.owner },
-        { u"clock"_s, now() },
-        { u"psurf"_s, qint64(m_device.psurf) },
-        { u"pamb"_s, qint64(m_device.pamb) },
-        { u"surfacePressure"_s, qint64(m_device.configuration.value("surfacePressure")) },
-        { u"dives"_s, qint64(m_device.diveCount) },
-        { u"batteryRecords"_s, m_device.battery.size() },
-        { u"resets"_s, m_resets },
+        {u"owner"_s, m_device.owner},
+        {u"clock"_s, now()},
+        {u"psurf"_s, qint64(m_device.psurf)},
+        {u"pamb"_s, qint64(m_device.pamb)},
+        {u"surfacePressure"_s, qint64(m_device.configuration.value("surfacePressure"))},
+        {u"dives"_s, qint64(m_device.diveCount)},
+        {u"batteryRecords"_s, m_device.battery.size()},
+        {u"resets"_s, m_resets},
     };
 }
 

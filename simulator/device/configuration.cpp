@@ -13,8 +13,7 @@ namespace simulator {
 
 namespace {
 
-struct Setting
-{
+struct Setting {
     const char *name;
     int bytes; // width of one value
     int count;
@@ -23,58 +22,58 @@ struct Setting
 
 // Initial values differ from each other, so that two exchanged settings do not look alike.
 constexpr Setting kSettings[] = {
-    { "configWord", 2, 1, 0x00C8 },
-    { "cfgA", 1, 1, 1 },
-    { "cfgB", 1, 1, 2 },
-    { "cfgC", 1, 1, 30 },
-    { "cfgD", 1, 1, 80 },
-    { "cfgE", 2, 1, 1400 },
-    { "waterType", 1, 1, 0 },
-    { "surfacePressure", 2, 1, 1013 },
-    { "cfgF", 1, 1, 5 },
-    { "cfgG", 1, 1, 6 },
-    { "cfgBytes", 1, 6, 11 },
-    { "gasTable1", 2, 12, 0 },
-    { "gasTable2", 2, 12, 0 },
-    { "cfgH", 1, 1, 7 },
-    { "tripleFirst", 2, 3, 1000 },
-    { "tripleSecond", 2, 3, 2000 },
-    { "tripleThird", 1, 3, 31 },
-    { "tailBytes", 1, 6, 21 },
-    { "batteryType", 1, 1, 2 },
-    { "setting1", 1, 1, 41 },
-    { "setting2", 1, 1, 42 },
-    { "setting3", 1, 1, 43 },
-    { "setting4", 1, 1, 44 },
-    { "setting5", 1, 1, 45 },
-    { "setting6", 2, 1, 4600 },
-    { "setting7", 1, 1, 47 },
-    { "setting8", 1, 1, 48 },
-    { "value64a", 8, 1, 1'700'000'000 },
-    { "flags32", 1, 32, 100 },
-    { "value64b", 8, 1, 1'700'000'001 },
-    { "entryCount", 1, 1, 2 },
-    { "value64c", 8, 1, 1'700'000'002 },
-    { "computerByte1", 1, 1, 61 },
-    { "quadWords", 2, 4, 7100 },
-    { "computerWord1", 2, 1, 8001 },
-    { "computerWord2", 2, 1, 8002 },
-    { "computerWord3", 2, 1, 8003 },
-    { "computerWord4", 2, 1, 8004 },
-    { "computerByte2", 1, 1, 62 },
-    { "computerByte3", 1, 1, 63 },
-    { "computerByte4", 1, 1, 64 },
-    { "value64d", 8, 1, 1'700'000'003 },
-    { "value64e", 8, 1, 1'700'000'004 },
-    { "computerByte5", 1, 1, 65 },
-    { "computerWord5", 2, 1, 8005 },
-    { "computerWord6", 2, 1, 8006 },
-    { "computerWord7", 2, 1, 8007 },
-    { "sixWords", 2, 6, 9001 },
+    {"configWord", 2, 1, 0x00C8},
+    {"cfgA", 1, 1, 1},
+    {"cfgB", 1, 1, 2},
+    {"cfgC", 1, 1, 30},
+    {"cfgD", 1, 1, 80},
+    {"cfgE", 2, 1, 1400},
+    {"waterType", 1, 1, 0},
+    {"surfacePressure", 2, 1, 1013},
+    {"cfgF", 1, 1, 5},
+    {"cfgG", 1, 1, 6},
+    {"cfgBytes", 1, 6, 11},
+    {"gasTable1", 2, 12, 0},
+    {"gasTable2", 2, 12, 0},
+    {"cfgH", 1, 1, 7},
+    {"tripleFirst", 2, 3, 1000},
+    {"tripleSecond", 2, 3, 2000},
+    {"tripleThird", 1, 3, 31},
+    {"tailBytes", 1, 6, 21},
+    {"batteryType", 1, 1, 2},
+    {"setting1", 1, 1, 41},
+    {"setting2", 1, 1, 42},
+    {"setting3", 1, 1, 43},
+    {"setting4", 1, 1, 44},
+    {"setting5", 1, 1, 45},
+    {"setting6", 2, 1, 4600},
+    {"setting7", 1, 1, 47},
+    {"setting8", 1, 1, 48},
+    {"value64a", 8, 1, 1'700'000'000},
+    {"flags32", 1, 32, 100},
+    {"value64b", 8, 1, 1'700'000'001},
+    {"entryCount", 1, 1, 2},
+    {"value64c", 8, 1, 1'700'000'002},
+    {"computerByte1", 1, 1, 61},
+    {"quadWords", 2, 4, 7100},
+    {"computerWord1", 2, 1, 8001},
+    {"computerWord2", 2, 1, 8002},
+    {"computerWord3", 2, 1, 8003},
+    {"computerWord4", 2, 1, 8004},
+    {"computerByte2", 1, 1, 62},
+    {"computerByte3", 1, 1, 63},
+    {"computerByte4", 1, 1, 64},
+    {"value64d", 8, 1, 1'700'000'003},
+    {"value64e", 8, 1, 1'700'000'004},
+    {"computerByte5", 1, 1, 65},
+    {"computerWord5", 2, 1, 8005},
+    {"computerWord6", 2, 1, 8006},
+    {"computerWord7", 2, 1, 8007},
+    {"sixWords", 2, 6, 9001},
 };
 
-constexpr quint16 kFirstGases[] = { 0x0015, 0x0020, 0x0032, 0x0064, 0x2D12, 0x320F };
-constexpr quint16 kSecondGases[] = { 0x0015, 0x2D12, 0x410A };
+constexpr quint16 kFirstGases[] = {0x0015, 0x0020, 0x0032, 0x0064, 0x2D12, 0x320F};
+constexpr quint16 kSecondGases[] = {0x0015, 0x2D12, 0x410A};
 
 const Setting *settingOf(const QString &name)
 {
@@ -104,7 +103,7 @@ quint64 readSetting(const QJsonValue &value, const QString &path, int bytes)
 class SettingsWriter : public WireWriter
 {
 public:
-    explicit SettingsWriter(const Configuration &configuration) : m_configuration(configuration) {}
+    explicit SettingsWriter(const Configuration &configuration) : m_configuration(configuration) { }
 
     SettingsWriter &bytes8(const char *name, int first = 0, int count = 1)
     {

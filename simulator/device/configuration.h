@@ -26,7 +26,11 @@ public:
     // How many gases a table of this model and version holds.
     int gasCount() const;
 
-    void setVersion(Model model, int version) { m_model = model; m_version = version; }
+    void setVersion(Model model, int version)
+    {
+        m_model = model;
+        m_version = version;
+    }
     // Without a version in front, as the first firmwares sent it.
     void setShortForm() { m_shortForm = true; }
 
@@ -39,7 +43,7 @@ private:
     QByteArray tidemarBody(bool extended, const QByteArray &owner) const;
 
     QHash<QString, QList<quint64>> m_values;
-    Model m_model {};
+    Model m_model{};
     int m_version = 0;
     bool m_shortForm = false;
 };

@@ -11,29 +11,29 @@ namespace simulator {
 namespace {
 
 constexpr std::pair<const char *, Step> kSteps[] = {
-    { "connect", Step::Connect },
-    { "discover", Step::Discover },
-    { "details", Step::Details },
-    { "subscribe", Step::Subscribe },
-    { "write", Step::Write },
-    { "answer", Step::Answer },
-    { "notification", Step::Notification },
-    { "disconnect", Step::Disconnect },
+    {"connect", Step::Connect},
+    {"discover", Step::Discover},
+    {"details", Step::Details},
+    {"subscribe", Step::Subscribe},
+    {"write", Step::Write},
+    {"answer", Step::Answer},
+    {"notification", Step::Notification},
+    {"disconnect", Step::Disconnect},
 };
 
 constexpr std::pair<const char *, FaultKind> kKinds[] = {
-    { "refuse", FaultKind::Refuse },
-    { "silent", FaultKind::Silent },
-    { "late", FaultKind::Late },
-    { "drop", FaultKind::Drop },
-    { "lost", FaultKind::Lost },
-    { "empty", FaultKind::Empty },
-    { "wrongCrc", FaultKind::WrongCrc },
-    { "wrongStart", FaultKind::WrongStart },
-    { "wrongCommand", FaultKind::WrongCommand },
-    { "garbage", FaultKind::Garbage },
-    { "truncate", FaultKind::Truncate },
-    { "duplicate", FaultKind::Duplicate },
+    {"refuse", FaultKind::Refuse},
+    {"silent", FaultKind::Silent},
+    {"late", FaultKind::Late},
+    {"drop", FaultKind::Drop},
+    {"lost", FaultKind::Lost},
+    {"empty", FaultKind::Empty},
+    {"wrongCrc", FaultKind::WrongCrc},
+    {"wrongStart", FaultKind::WrongStart},
+    {"wrongCommand", FaultKind::WrongCommand},
+    {"garbage", FaultKind::Garbage},
+    {"truncate", FaultKind::Truncate},
+    {"duplicate", FaultKind::Duplicate},
 };
 
 bool canHappen(Step step, FaultKind kind)
@@ -52,7 +52,7 @@ bool canHappen(Step step, FaultKind kind)
         return kind != Lost && kind != Empty;
     case Step::Notification:
         return kind == Drop || kind == Lost || kind == Late || kind == Duplicate || kind == Empty
-                || kind == Garbage;
+               || kind == Garbage;
     case Step::Disconnect:
         return kind == Refuse || kind == Silent || kind == Late;
     }
@@ -63,8 +63,8 @@ bool canHappen(Step step, FaultKind kind)
 const char *defaultMessage(Step step)
 {
     return step == Step::Connect || step == Step::Disconnect
-            ? "le-connection-abort-by-local"
-            : "Operation failed with ATT error: 0x80";
+               ? "le-connection-abort-by-local"
+               : "Operation failed with ATT error: 0x80";
 }
 
 bool hasCommand(Step step)
@@ -80,15 +80,16 @@ Fault readFault(const QJsonValue &value, const QString &path)
     ObjectReader reader(value, path);
     Fault fault;
 
-    for (const char *needed : { "step", "kind" }) {
+    for (const char *needed : {"step", "kind"}) {
         if (!reader.has(needed))
             badValue(reader.path(needed), u"is missing"_s);
     }
     fault.step = reader.choice("step", Step::Connect, kSteps);
     fault.kind = reader.choice("kind", FaultKind::Refuse, kKinds);
     if (!canHappen(fault.step, fault.kind)) {
-        badValue(reader.path("kind"), u"\"%1\" cannot happen at step \"%2\""_s.arg(
-                reader.take("kind").toString(), reader.take("step").toString()));
+        badValue(reader.path("kind"),
+                 u"\"%1\" cannot happen at step \"%2\""_s.arg(reader.take("kind").toString(),
+                                                              reader.take("step").toString()));
     }
 
     const QJsonValue command = reader.take("command");
@@ -110,8 +111,7 @@ Fault readFault(const QJsonValue &value, const QString &path)
     fault.keep = int(reader.integer("keep", -1, 0, kMax));
     fault.bytes = reader.hex("bytes", QByteArray::fromHex("00ff17d0c5a41e6b9903e87742"));
     fault.errorName = reader.text("error", u"org.bluez.Error.Failed"_s);
-    fault.errorMessage =
-            reader.text("message", QLatin1String(defaultMessage(fault.step)));
+    fault.errorMessage = reader.text("message", QLatin1String(defaultMessage(fault.step)));
     reader.finish();
     return fault;
 }
@@ -119,7 +119,7 @@ Fault readFault(const QJsonValue &value, const QString &path)
 FaultPlan::FaultPlan(const QList<Fault> &faults)
 {
     for (const Fault &fault : faults)
-        m_faults.append({ fault, 0 });
+        m_faults.append({fault, 0});
 }
 
 std::optional<Fault> FaultPlan::next(Step step, std::optional<quint8> command)
@@ -131,7 +131,7 @@ std::optional<Fault> FaultPlan::next(Step step, std::optional<quint8> command)
             continue;
         ++counted.seen;
         const bool inForce = counted.seen >= fault.nth
-                && (fault.times == 0 || counted.seen < fault.nth + fault.times);
+                             && (fault.times == 0 || counted.seen < fault.nth + fault.times);
         if (inForce && !found)
             found = fault;
     }

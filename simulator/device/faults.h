@@ -12,14 +12,14 @@ namespace simulator {
 
 // Where on the way from a connection to an answer something goes wrong.
 enum class Step {
-    Connect, // Device1.Connect
-    Discover, // between the link and its services
-    Details, // reading a descriptor or a characteristic
-    Subscribe, // StartNotify
-    Write, // WriteValue
-    Answer, // what the computer says to a request
+    Connect,      // Device1.Connect
+    Discover,     // between the link and its services
+    Details,      // reading a descriptor or a characteristic
+    Subscribe,    // StartNotify
+    Write,        // WriteValue
+    Answer,       // what the computer says to a request
     Notification, // one notification
-    Disconnect, // Device1.Disconnect
+    Disconnect,   // Device1.Disconnect
 };
 
 enum class FaultKind {
@@ -37,8 +37,7 @@ enum class FaultKind {
     Duplicate,
 };
 
-struct Fault
-{
+struct Fault {
     Step step = Step::Connect;
     FaultKind kind = FaultKind::Refuse;
     std::optional<quint8> command;
@@ -65,8 +64,7 @@ public:
     std::optional<Fault> next(Step step, std::optional<quint8> command = std::nullopt);
 
 private:
-    struct Counted
-    {
+    struct Counted {
         Fault fault;
         int seen = 0;
     };

@@ -71,7 +71,7 @@ std::optional<Frame> FrameAssembler::next()
         const QByteArray body = m_bytes.mid(kHeaderSize, length);
         m_bytes.remove(0, kHeaderSize + length);
         if (!body.isEmpty() && crc == crc16(body))
-            return Frame { quint8(body.front()), body.mid(1) };
+            return Frame{quint8(body.front()), body.mid(1)};
     }
 }
 

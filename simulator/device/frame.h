@@ -7,8 +7,7 @@
 
 namespace simulator {
 
-struct Frame
-{
+struct Frame {
     quint8 command = 0;
     QByteArray payload;
 };

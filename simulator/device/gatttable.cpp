@@ -33,23 +33,18 @@ Role roleOf(const QString &uuid)
 
 CharacteristicSpec readable(const QString &uuid, const QByteArray &value)
 {
-    return { uuid, { u"read"_s }, value, {}, Role::None };
+    return {uuid, {u"read"_s}, value, {}, Role::None};
 }
 
 CharacteristicSpec serial(const QString &uuid, Role role)
 {
-    return { uuid,
-             { u"write-without-response"_s, u"write"_s, u"notify"_s },
-             {},
-             { { kCccd, {} } },
-             role };
+    return {uuid, {u"write-without-response"_s, u"write"_s, u"notify"_s}, {}, {{kCccd, {}}}, role};
 }
 
 ServiceSpec dataService(const DataServiceSpec &spec, bool sps)
 {
-    ServiceSpec service { spec.uuid.isEmpty() ? (sps ? kSpsService : kUartService) : spec.uuid,
-                          true,
-                          {} };
+    ServiceSpec service{
+        spec.uuid.isEmpty() ? (sps ? kSpsService : kUartService) : spec.uuid, true, {}};
     if (spec.characteristicPresent) {
         CharacteristicSpec data = serial(sps ? kSpsFifo : kUartData, Role::Data);
         if (!spec.characteristic.isEmpty())
@@ -68,9 +63,8 @@ ServiceSpec dataService(const DataServiceSpec &spec, bool sps)
 QStringList readFlags(ObjectReader &reader)
 {
     static const QStringList known = {
-        u"broadcast"_s,  u"read"_s,   u"write-without-response"_s,
-        u"write"_s,      u"notify"_s, u"indicate"_s,
-        u"authenticated-signed-writes"_s, u"extended-properties"_s,
+        u"broadcast"_s, u"read"_s,     u"write-without-response"_s,      u"write"_s,
+        u"notify"_s,    u"indicate"_s, u"authenticated-signed-writes"_s, u"extended-properties"_s,
     };
     QStringList flags;
     const QJsonArray list = reader.array("flags");
@@ -87,8 +81,7 @@ QStringList readFlags(ObjectReader &reader)
 CharacteristicSpec readCharacteristic(const QJsonValue &value, const QString &path)
 {
     constexpr std::pair<const char *, Role> kRoles[] = {
-        { "none", Role::None }, { "data", Role::Data }, { "credits", Role::Credits }
-    };
+        {"none", Role::None}, {"data", Role::Data}, {"credits", Role::Credits}};
     ObjectReader reader(value, path);
     CharacteristicSpec spec;
     spec.uuid = readUuid(reader.take("uuid"), reader.path("uuid"));
@@ -97,12 +90,12 @@ CharacteristicSpec readCharacteristic(const QJsonValue &value, const QString &pa
     spec.role = reader.choice("role", roleOf(spec.uuid), kRoles);
     const bool notifies = spec.flags.contains(u"notify"_s) || spec.flags.contains(u"indicate"_s);
     if (reader.boolean("cccd", notifies))
-        spec.descriptors.append({ kCccd, {} });
+        spec.descriptors.append({kCccd, {}});
     const QJsonArray descriptors = reader.array("descriptors");
     for (qsizetype i = 0; i < descriptors.size(); ++i) {
         ObjectReader each(descriptors[i], reader.path("descriptors") + u"[%1]"_s.arg(i));
         spec.descriptors.append(
-                { readUuid(each.take("uuid"), each.path("uuid")), each.hex("value") });
+            {readUuid(each.take("uuid"), each.path("uuid")), each.hex("value")});
         each.finish();
     }
     reader.finish();
@@ -114,7 +107,7 @@ CharacteristicSpec readCharacteristic(const QJsonValue &value, const QString &pa
 QString readUuid(const QJsonValue &value, const QString &path)
 {
     static const QRegularExpression longForm(
-            u"^[0-9a-f]{8}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{12}$"_s);
+        u"^[0-9a-f]{8}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{12}$"_s);
     static const QRegularExpression shortForm(u"^[0-9a-f]{4}$"_s);
     const QString text = readText(value, path).toLower();
     if (shortForm.match(text).hasMatch())
@@ -133,7 +126,7 @@ ServiceSpec readService(const QJsonValue &value, const QString &path)
     const QJsonArray list = reader.array("characteristics");
     for (qsizetype i = 0; i < list.size(); ++i) {
         service.characteristics.append(
-                readCharacteristic(list[i], reader.path("characteristics") + u"[%1]"_s.arg(i)));
+            readCharacteristic(list[i], reader.path("characteristics") + u"[%1]"_s.arg(i)));
     }
     reader.finish();
     return service;
@@ -145,14 +138,14 @@ QList<ServiceSpec> gattTable(const DeviceScenario &device)
         return device.services;
 
     QList<ServiceSpec> table;
-    table.append({ bluetoothUuid(u"1800"_s),
-                   true,
-                   { readable(bluetoothUuid(u"2a00"_s), device.name.value_or(QString()).toUtf8()),
-                     readable(bluetoothUuid(u"2a01"_s), QByteArray::fromHex("0000")) } });
-    table.append({ bluetoothUuid(u"1801"_s), true, {} });
-    table.append({ bluetoothUuid(u"180a"_s),
-                   true,
-                   { readable(bluetoothUuid(u"2a29"_s), QByteArrayLiteral("Simulated")) } });
+    table.append({bluetoothUuid(u"1800"_s),
+                  true,
+                  {readable(bluetoothUuid(u"2a00"_s), device.name.value_or(QString()).toUtf8()),
+                   readable(bluetoothUuid(u"2a01"_s), QByteArray::fromHex("0000"))}});
+    table.append({bluetoothUuid(u"1801"_s), true, {}});
+    table.append({bluetoothUuid(u"180a"_s),
+                  true,
+                  {readable(bluetoothUuid(u"2a29"_s), QByteArrayLiteral("Simulated"))}});
     table += device.extraBefore;
     if (device.dataService.present) {
         if (device.mode == LinkMode::Gatt || device.mode == LinkMode::Both)

@@ -11,7 +11,7 @@ namespace simulator {
 
 void badValue(const QString &path, const QString &problem)
 {
-    throw BadScenario { path.isEmpty() ? problem : path + u": "_s + problem };
+    throw BadScenario{path.isEmpty() ? problem : path + u": "_s + problem};
 }
 
 qint64 readInteger(const QJsonValue &value, const QString &path, qint64 min, qint64 max)

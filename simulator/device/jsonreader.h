@@ -13,8 +13,7 @@
 namespace simulator {
 
 // What is wrong with a scenario, and where; thrown by the readers and caught by Scenario::parse.
-struct BadScenario
-{
+struct BadScenario {
     QString text;
 };
 
@@ -45,7 +44,7 @@ public:
     QByteArray hex(const char *key, const QByteArray &fallback = {});
     QJsonArray array(const char *key);
 
-    template<typename Enum, std::size_t N>
+    template <typename Enum, std::size_t N>
     Enum choice(const char *key, Enum fallback, const std::pair<const char *, Enum> (&choices)[N])
     {
         const QJsonValue value = take(key);

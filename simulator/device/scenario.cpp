@@ -29,24 +29,22 @@ constexpr int kMaxMs = 3'600'000;
 constexpr int kFirstAdvertisement = 10;
 
 constexpr std::pair<const char *, Model> kModels[] = {
-    { "varda", Model::Varda }, { "tidemar", Model::Tidemar },       { "vskm", Model::Vskm },
-    { "none", Model::None },   { "thirdparty", Model::ThirdParty },
+    {"varda", Model::Varda}, {"tidemar", Model::Tidemar},       {"vskm", Model::Vskm},
+    {"none", Model::None},   {"thirdparty", Model::ThirdParty},
 };
 
 constexpr std::pair<const char *, LinkMode> kModes[] = {
-    { "gatt", LinkMode::Gatt },
-    { "sps", LinkMode::Sps },
-    { "both", LinkMode::Both },
-    { "none", LinkMode::None },
+    {"gatt", LinkMode::Gatt},
+    {"sps", LinkMode::Sps},
+    {"both", LinkMode::Both},
+    {"none", LinkMode::None},
 };
 
 constexpr std::pair<const char *, Radio> kRadios[] = {
-    { "le", Radio::LowEnergy }, { "classic", Radio::Classic }, { "dual", Radio::Dual }
-};
+    {"le", Radio::LowEnergy}, {"classic", Radio::Classic}, {"dual", Radio::Dual}};
 
 // What a healthy computer of a model is when the scenario does not say otherwise.
-struct Profile
-{
+struct Profile {
     Model model;
     const char *name;
     const char *firmware;
@@ -55,11 +53,11 @@ struct Profile
 };
 
 constexpr Profile kProfiles[] = {
-    { Model::Varda, "Varda", "1.4.2.b", "1.0.3.a", 13 },
-    { Model::Tidemar, "Tidemar", "2.3.1.c", "2.0.1.a", 12 },
-    { Model::Vskm, "VSK-0042", "3.1.0.d", "3.0.2.b", 21 },
-    { Model::ThirdParty, "RN4871-1A2B", "4.0.0.a", "4.0.0.a", 1 },
-    { Model::None, "RN4871-0000", "0.9.0.a", "0.0.0.a", 1 },
+    {Model::Varda, "Varda", "1.4.2.b", "1.0.3.a", 13},
+    {Model::Tidemar, "Tidemar", "2.3.1.c", "2.0.1.a", 12},
+    {Model::Vskm, "VSK-0042", "3.1.0.d", "3.0.2.b", 21},
+    {Model::ThirdParty, "RN4871-1A2B", "4.0.0.a", "4.0.0.a", 1},
+    {Model::None, "RN4871-0000", "0.9.0.a", "0.0.0.a", 1},
 };
 
 const Profile &profileOf(Model model)
@@ -91,9 +89,9 @@ quint32 readVersion(ObjectReader &reader, const char *key, const char *fallback)
 QByteArray readSerial(ObjectReader &reader, int recordVersion)
 {
     static const QRegularExpression words(
-            u"^([0-9A-Fa-f]{8})-([0-9A-Fa-f]{8})-([0-9A-Fa-f]{8})$"_s);
+        u"^([0-9A-Fa-f]{8})-([0-9A-Fa-f]{8})-([0-9A-Fa-f]{8})$"_s);
     static const QRegularExpression old(
-            u"^([0-9A-Fa-f]{4})-([0-9A-Fa-f]{4})-([0-9A-Fa-f]{4})-(.)$"_s);
+        u"^([0-9A-Fa-f]{4})-([0-9A-Fa-f]{4})-([0-9A-Fa-f]{4})-(.)$"_s);
 
     if (recordVersion == 0) {
         const QString text = reader.text("serial", u"2024-0517-0042-B"_s);
@@ -101,7 +99,7 @@ QByteArray readSerial(ObjectReader &reader, int recordVersion)
         if (!match.hasMatch() || match.captured(4).front().unicode() > 255)
             badValue(reader.path("serial"), u"\"%1\" is not like 0605-0403-0201-A"_s.arg(text));
         QByteArray bytes = QByteArray::fromHex(
-                (match.captured(1) + match.captured(2) + match.captured(3)).toLatin1());
+            (match.captured(1) + match.captured(2) + match.captured(3)).toLatin1());
         std::ranges::reverse(bytes);
         return bytes + match.captured(4).toLatin1();
     }
@@ -178,7 +176,7 @@ void readGases(ObjectReader &reader, const char *key, const char *table, Configu
             if (pair.size() != 2)
                 badValue(where, u"a gas is [oxygen, helium] in percent"_s);
             mix = quint64(readInteger(pair[0], where, 0, 255))
-                    | quint64(readInteger(pair[1], where, 0, 255)) << 8;
+                  | quint64(readInteger(pair[1], where, 0, 255)) << 8;
         }
         target.set(table, mix, i);
     }
@@ -193,10 +191,10 @@ void readConfiguration(ObjectReader &reader, DeviceScenario &device)
     } else {
         const int newest = profileOf(device.model).configurationVersion;
         configuration.setVersion(
-                device.model,
-                version.isUndefined()
-                        ? newest
-                        : int(readInteger(version, reader.path("configurationVersion"), 0, 255)));
+            device.model,
+            version.isUndefined()
+                ? newest
+                : int(readInteger(version, reader.path("configurationVersion"), 0, 255)));
     }
     configuration.set("surfacePressure", std::min(device.psurf, 0xFFFFU));
     readGases(reader, "gases", "gasTable1", configuration);
@@ -224,7 +222,7 @@ void readBattery(ObjectReader &reader, DeviceScenario &device)
         const auto word = [&](qsizetype index) {
             return quint32(readInteger(pair[index], where, 0, 0xFFFF'FFFF));
         };
-        device.battery.append({ word(0), word(1) });
+        device.battery.append({word(0), word(1)});
     }
 }
 
@@ -279,7 +277,8 @@ void readDataService(ObjectReader &device, DataServiceSpec &spec)
     if (reader.has("uuid"))
         spec.uuid = readUuid(reader.take("uuid"), reader.path("uuid"));
     if (reader.has("characteristic"))
-        spec.characteristic = readUuid(reader.take("characteristic"), reader.path("characteristic"));
+        spec.characteristic = readUuid(reader.take("characteristic"),
+                                       reader.path("characteristic"));
     spec.present = reader.boolean("present", true);
     spec.characteristicPresent = reader.boolean("characteristicPresent", true);
     spec.creditsPresent = reader.boolean("creditsPresent", true);
@@ -292,8 +291,7 @@ void readDataService(ObjectReader &device, DataServiceSpec &spec)
 
 void readLink(ObjectReader &reader, DeviceScenario &device)
 {
-    constexpr std::pair<const char *, bool> kCredits[] = { { "ignored", false },
-                                                            { "counted", true } };
+    constexpr std::pair<const char *, bool> kCredits[] = {{"ignored", false}, {"counted", true}};
     device.mode = reader.choice("mode", LinkMode::Gatt, kModes);
     device.mtu = int(reader.integer("mtu", 247, 23, 517));
     device.split = int(reader.integer("split", 0, 0, 65535));
@@ -318,8 +316,8 @@ void readLink(ObjectReader &reader, DeviceScenario &device)
 
 void readAdvertising(ObjectReader &reader, DeviceScenario &device, int index)
 {
-    constexpr std::pair<const char *, const char *> kAddressTypes[] = { { "public", "public" },
-                                                                         { "random", "random" } };
+    constexpr std::pair<const char *, const char *> kAddressTypes[] = {{"public", "public"},
+                                                                       {"random", "random"}};
     const QJsonValue name = reader.take("name");
     if (name.isUndefined())
         device.name = QLatin1String(profileOf(device.model).name);
@@ -328,7 +326,7 @@ void readAdvertising(ObjectReader &reader, DeviceScenario &device, int index)
     if (reader.has("alias"))
         device.alias = reader.text("alias", {});
     device.address = readAddress(
-            reader, u"00:AA:01:01:00:%1"_s.arg(index + 1, 2, 16, QLatin1Char('0')).toUpper());
+        reader, u"00:AA:01:01:00:%1"_s.arg(index + 1, 2, 16, QLatin1Char('0')).toUpper());
     device.addressType = QLatin1String(reader.choice("addressType", "public", kAddressTypes));
     device.radio = reader.choice("type", Radio::LowEnergy, kRadios);
     const bool classic = device.radio != Radio::LowEnergy;
@@ -339,7 +337,7 @@ void readAdvertising(ObjectReader &reader, DeviceScenario &device, int index)
 
     const int rssi = int(reader.integer("rssi", -60, -127, 127));
     if (!reader.has("advertise")) {
-        device.advertise.append({ kFirstAdvertisement, rssi, std::nullopt });
+        device.advertise.append({kFirstAdvertisement, rssi, std::nullopt});
         return;
     }
     const QJsonArray list = reader.array("advertise");
@@ -359,7 +357,7 @@ void readContent(ObjectReader &reader, DeviceScenario &device)
 {
     const Profile &profile = profileOf(device.model);
     const bool hasModelInCode = device.model == Model::Varda || device.model == Model::Tidemar
-            || device.model == Model::Vskm;
+                                || device.model == Model::Vskm;
     device.recordVersion = int(reader.integer("recordVersion", 1, hasModelInCode ? 1 : 0, 10));
     device.firmware = readVersion(reader, "firmware", profile.firmware);
     const QJsonValue bootloader = reader.take("bootloader");
@@ -424,8 +422,8 @@ Scenario readScenario(const QJsonObject &object, const Scenario::Overrides &over
     const QJsonArray devices = reader.array("devices");
     for (qsizetype i = 0; i < devices.size(); ++i) {
         const QString path = u"devices[%1]"_s.arg(i);
-        const DeviceScenario device =
-                readDevice(withOverrides(devices[i], overrides), path, int(i));
+        const DeviceScenario device = readDevice(withOverrides(devices[i], overrides), path,
+                                                 int(i));
         for (const DeviceScenario &other : std::as_const(scenario.devices)) {
             if (other.address == device.address)
                 badValue(path + u".address"_s, u"%1 is taken already"_s.arg(device.address));
@@ -453,7 +451,8 @@ std::optional<Scenario> Scenario::parse(const QByteArray &json, QString *error,
     const QJsonDocument document = QJsonDocument::fromJson(json, &parseError);
     if (parseError.error != QJsonParseError::NoError) {
         // Qt points behind the character that it did not expect.
-        *error = placeOf(json, std::max(0, parseError.offset - 1)) + u": "_s + parseError.errorString();
+        *error = placeOf(json, std::max(0, parseError.offset - 1)) + u": "_s
+                 + parseError.errorString();
         return std::nullopt;
     }
     if (!document.isObject()) {

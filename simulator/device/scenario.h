@@ -24,14 +24,12 @@ enum class Radio { LowEnergy, Classic, Dual };
 // What a characteristic is for the computer behind it.
 enum class Role { None, Data, Credits };
 
-struct DescriptorSpec
-{
+struct DescriptorSpec {
     QString uuid;
     QByteArray value;
 };
 
-struct CharacteristicSpec
-{
+struct CharacteristicSpec {
     QString uuid;
     QStringList flags;
     QByteArray value;
@@ -39,16 +37,14 @@ struct CharacteristicSpec
     Role role = Role::None;
 };
 
-struct ServiceSpec
-{
+struct ServiceSpec {
     QString uuid;
     bool primary = true;
     QList<CharacteristicSpec> characteristics;
 };
 
 // How the service that carries the data differs from a healthy one.
-struct DataServiceSpec
-{
+struct DataServiceSpec {
     QString uuid;
     QString characteristic;
     QStringList flags;
@@ -58,28 +54,24 @@ struct DataServiceSpec
     bool cccd = true;
 };
 
-struct Advertisement
-{
+struct Advertisement {
     int after = 0; // ms after the start of a discovery
     int rssi = -60;
     std::optional<QString> name;
 };
 
 // The exact answer to one command.
-struct Response
-{
+struct Response {
     bool raw = false; // parts are notifications, not payloads
     QList<QByteArray> parts;
 };
 
-struct BatteryWords
-{
+struct BatteryWords {
     quint32 first = 0;
     quint32 second = 0;
 };
 
-struct DeviceScenario
-{
+struct DeviceScenario {
     // On the air
     std::optional<QString> name;
     std::optional<QString> alias;
@@ -119,31 +111,28 @@ struct DeviceScenario
     quint32 pamb = 1013;
     quint16 dstop = 0;
     quint16 density = 1030;
-    std::array<float, 16> tissueN2 {};
-    std::array<float, 16> tissueHe {};
+    std::array<float, 16> tissueN2{};
+    std::array<float, 16> tissueHe{};
     float cns = 0;
     QList<BatteryWords> battery;
     quint32 diveCount = 0;
     Configuration configuration;
 };
 
-struct AdapterScenario
-{
+struct AdapterScenario {
     QString address;
     bool powered = true;
     bool present = true;
 };
 
-struct Scenario
-{
+struct Scenario {
     AdapterScenario adapter;
     int disconnectDelay = 0;
     int temporaryTimeout = 30000;
     QList<DeviceScenario> devices;
 
     // Values given on the command line, which stand over those of every Low Energy device.
-    struct Overrides
-    {
+    struct Overrides {
         QString model;
         QString mode;
     };

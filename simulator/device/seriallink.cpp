@@ -18,7 +18,7 @@ void spoil(QByteArray &frame, const Fault &fault)
         break;
     case FaultKind::WrongCommand: {
         const auto other = quint8(fault.bytes.isEmpty() ? 0 : fault.bytes.front());
-        frame = encodeFrame({ other, frame.mid(9) });
+        frame = encodeFrame({other, frame.mid(9)});
         break;
     }
     case FaultKind::Garbage:
@@ -93,7 +93,7 @@ void SerialLink::handle(const Frame &request)
 QList<QByteArray> SerialLink::answerTo(const Frame &request, const std::optional<Fault> &fault)
 {
     if (fault && fault->kind == FaultKind::Refuse)
-        return { encodeFrame({ request.command, QByteArray(1, '\0') }) };
+        return {encodeFrame({request.command, QByteArray(1, '\0')})};
 
     const auto exact = m_scenario.responses.constFind(request.command);
     if (exact != m_scenario.responses.constEnd() && exact->raw)
@@ -102,7 +102,7 @@ QList<QByteArray> SerialLink::answerTo(const Frame &request, const std::optional
     QList<Frame> answer;
     if (exact != m_scenario.responses.constEnd()) {
         for (const QByteArray &payload : exact->parts)
-            answer.append(Frame { request.command, payload });
+            answer.append(Frame{request.command, payload});
     } else {
         answer = m_computer.answer(request);
     }
@@ -123,8 +123,7 @@ QList<QByteArray> SerialLink::cut(const QList<QByteArray> &frames) const
 {
     // The module sends what the computer has handed over so far; between two frames it has the
     // time to do so, unless the scenario wants them as one stream.
-    const QList<QByteArray> streams =
-            m_scenario.merge ? QList<QByteArray> { frames.join() } : frames;
+    const QList<QByteArray> streams = m_scenario.merge ? QList<QByteArray>{frames.join()} : frames;
     const int size = m_scenario.split > 0 ? m_scenario.split : m_scenario.mtu - 3;
 
     QList<QByteArray> notifications;
@@ -138,7 +137,7 @@ QList<QByteArray> SerialLink::cut(const QList<QByteArray> &frames) const
 void SerialLink::send(quint8 command, const QList<QByteArray> &notifications)
 {
     for (const QByteArray &bytes : notifications)
-        m_queue.enqueue({ bytes, command, false });
+        m_queue.enqueue({bytes, command, false});
     pump();
 }
 

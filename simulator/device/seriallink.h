@@ -36,8 +36,7 @@ Q_SIGNALS:
     void credits(const QString &event, int granted, qsizetype waiting);
 
 private:
-    struct Chunk
-    {
+    struct Chunk {
         QByteArray bytes;
         quint8 command = 0;
         bool heldBack = false; // its turn came before, its fault is spent

@@ -36,8 +36,7 @@ public:
     const QByteArray &data() const { return m_data; }
 
 private:
-    template<typename T>
-    WireWriter &number(T value)
+    template <typename T> WireWriter &number(T value)
     {
         const T little = qToLittleEndian(value);
         m_data.append(reinterpret_cast<const char *>(&little), sizeof little);

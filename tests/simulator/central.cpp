@@ -38,7 +38,7 @@ void Central::connectTo(const QString &address)
 {
     service.reset();
     controller.reset(QLowEnergyController::createCentral(
-            QBluetoothDeviceInfo(QBluetoothAddress(address), u"x"_s, 0)));
+        QBluetoothDeviceInfo(QBluetoothAddress(address), u"x"_s, 0)));
     connect(controller.get(), &QLowEnergyController::connected, this,
             [this] { log << u"connected"_s; });
     connect(controller.get(), &QLowEnergyController::disconnected, this,
@@ -75,7 +75,7 @@ bool Central::discover(const QString &serviceUuid, const QString &characteristic
             [this](const auto &, const QByteArray &value) { received << value; });
     service->discoverDetails();
     if (!QTest::qWaitFor(
-                [&] { return service->state() == QLowEnergyService::RemoteServiceDiscovered; }))
+            [&] { return service->state() == QLowEnergyService::RemoteServiceDiscovered; }))
         return false;
     data = service->characteristic(QBluetoothUuid(characteristic));
     return data.isValid();

@@ -16,7 +16,7 @@ SimulatorProcess::SimulatorProcess(const QStringList &arguments)
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process.start(QString::fromLocal8Bit(VARDA_SIMULATOR),
-                    QStringList { u"--exit-with-stdin"_s } + arguments);
+                    QStringList{u"--exit-with-stdin"_s} + arguments);
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead())
             return;
@@ -41,7 +41,7 @@ QDBusMessage SimulatorProcess::ask(const QString &method, const QVariantList &ar
     // A connection of its own, so that what the test does to the system bus does not matter.
     QDBusConnection bus = QDBusConnection::connectToBus(m_address, u"simulator-control"_s);
     QDBusMessage message = QDBusMessage::createMethodCall(
-            u"org.varda.Simulator"_s, u"/org/varda/Simulator"_s, u"org.varda.Simulator1"_s, method);
+        u"org.varda.Simulator"_s, u"/org/varda/Simulator"_s, u"org.varda.Simulator1"_s, method);
     message.setArguments(arguments);
     return bus.call(message);
 }
@@ -50,16 +50,16 @@ QString SimulatorProcess::call(const QString &method, const QVariantList &argume
 {
     const QDBusMessage answer = ask(method, arguments);
     return answer.type() == QDBusMessage::ErrorMessage
-            ? answer.errorName() + u": "_s + answer.errorMessage()
-            : QString();
+               ? answer.errorName() + u": "_s + answer.errorMessage()
+               : QString();
 }
 
 QString SimulatorProcess::load(const QByteArray &scenario)
 {
-    const QString error = call(u"Load"_s, { QString::fromUtf8(scenario) });
+    const QString error = call(u"Load"_s, {QString::fromUtf8(scenario)});
     // What the end of the old scenario told Qt shall not arrive in the middle of the next step.
     const QDBusMessage ping = QDBusMessage::createMethodCall(
-            u"org.bluez"_s, u"/"_s, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s);
+        u"org.bluez"_s, u"/"_s, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s);
     QDBusConnection::systemBus().call(ping);
     QCoreApplication::processEvents();
     return error;
@@ -78,7 +78,7 @@ QJsonArray SimulatorProcess::record()
 
 QJsonObject SimulatorProcess::state(const QString &address)
 {
-    const QString json = ask(u"State"_s, { address }).arguments().value(0).toString();
+    const QString json = ask(u"State"_s, {address}).arguments().value(0).toString();
     return QJsonDocument::fromJson(json.toUtf8()).object();
 }
 

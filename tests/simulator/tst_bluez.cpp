@@ -64,19 +64,21 @@ void TestBluez::cleanupTestCase()
 
 void TestBluez::readsAComputer()
 {
-    QCOMPARE(simulator->loadDevice(R"({"name":"Varda","firmware":"1.2.3.a","rssi":-71})"), QString());
+    QCOMPARE(simulator->loadDevice(R"({"name":"Varda","firmware":"1.2.3.a","rssi":-71})"),
+             QString());
     Central central;
     QVERIFY(central.reach(kAddress));
     QCOMPARE(central.found.first().name(), u"Varda"_s);
     QCOMPARE(central.found.first().rssi(), qint16(-71));
     central.write(kAskIdentification);
     QVERIFY(central.waitForReceived(1));
-    QCOMPARE(central.received, QList<QByteArray> { QByteArray::fromHex("dcdc0600f5b0000001610302010b") });
+    QCOMPARE(central.received,
+             QList<QByteArray>{QByteArray::fromHex("dcdc0600f5b0000001610302010b")});
 
-    QCOMPARE(simulator->values(u"frame"_s), QStringList { u"dcdc0100bddc000001"_s });
-    QCOMPARE(simulator->values(u"write"_s, u"type"_s), QStringList { u"command"_s });
-    QCOMPARE(simulator->values(u"cccd"_s, u"value"_s), QStringList { u"0100"_s });
-    QCOMPARE(simulator->values(u"SetDiscoveryFilter"_s, u"transport"_s), QStringList { u"le"_s });
+    QCOMPARE(simulator->values(u"frame"_s), QStringList{u"dcdc0100bddc000001"_s});
+    QCOMPARE(simulator->values(u"write"_s, u"type"_s), QStringList{u"command"_s});
+    QCOMPARE(simulator->values(u"cccd"_s, u"value"_s), QStringList{u"0100"_s});
+    QCOMPARE(simulator->values(u"SetDiscoveryFilter"_s, u"transport"_s), QStringList{u"le"_s});
     QVERIFY(simulator->state(kAddress).value(u"subscribed").toBool());
 }
 
@@ -105,28 +107,29 @@ void TestBluez::reportsDevicesAsTheDaemonDoes()
     QHash<QString, QString> names;
     for (const QBluetoothDeviceInfo &info : central.found)
         names.insert(info.address().toString(), info.name());
-    QCOMPARE(names,
-             (QHash<QString, QString> { { u"00:AA:01:01:00:01"_s, u"Varda"_s },
-                                        { u"00:AA:01:01:00:02"_s, u"00-AA-01-01-00-02"_s },
-                                        { u"00:AA:01:01:00:03"_s, u"Headset"_s },
-                                        { u"00:AA:01:01:00:04"_s, u"Late"_s } }));
+    QCOMPARE(names, (QHash<QString, QString>{{u"00:AA:01:01:00:01"_s, u"Varda"_s},
+                                             {u"00:AA:01:01:00:02"_s, u"00-AA-01-01-00-02"_s},
+                                             {u"00:AA:01:01:00:03"_s, u"Headset"_s},
+                                             {u"00:AA:01:01:00:04"_s, u"Late"_s}}));
     for (const QBluetoothDeviceInfo &info : central.found) {
         const bool classic = info.name() == u"Headset"_s;
-        QCOMPARE(info.coreConfigurations(),
-                 classic ? QBluetoothDeviceInfo::BaseRateCoreConfiguration
-                         : QBluetoothDeviceInfo::LowEnergyCoreConfiguration);
+        QCOMPARE(info.coreConfigurations(), classic
+                                                ? QBluetoothDeviceInfo::BaseRateCoreConfiguration
+                                                : QBluetoothDeviceInfo::LowEnergyCoreConfiguration);
     }
 }
 
 void TestBluez::tellsOfAnotherSignalStrength()
 {
-    QCOMPARE(simulator->loadDevice(R"({"advertise":[{"after":5,"rssi":-60},{"after":40,"rssi":-72}]})"),
-             QString());
+    QCOMPARE(
+        simulator->loadDevice(R"({"advertise":[{"after":5,"rssi":-60},{"after":40,"rssi":-72}]})"),
+        QString());
     Central central;
     central.agent.setLowEnergyDiscoveryTimeout(60000);
     central.agent.start(QBluetoothDeviceDiscoveryAgent::LowEnergyMethod);
     QVERIFY(central.waitFor(u"updated 00:AA:01:01:00:01 -72"_s));
-    QCOMPARE(simulator->call(u"Advertise"_s, { kAddress, QVariant::fromValue(short(-48)) }), QString());
+    QCOMPARE(simulator->call(u"Advertise"_s, {kAddress, QVariant::fromValue(short(-48))}),
+             QString());
     QVERIFY(central.waitFor(u"updated 00:AA:01:01:00:01 -48"_s));
     central.agent.stop();
     QCOMPARE(central.found.first().rssi(), qint16(-60));
@@ -137,11 +140,11 @@ void TestBluez::adapterOff()
     QCOMPARE(simulator->load(R"({"adapter":{"powered":false},"devices":[{}]})"), QString());
     Central central;
     central.agent.start(QBluetoothDeviceDiscoveryAgent::LowEnergyMethod);
-    QCOMPARE(central.log, QStringList { u"scanError 2"_s });
+    QCOMPARE(central.log, QStringList{u"scanError 2"_s});
 
-    QCOMPARE(simulator->call(u"SetPowered"_s, { true }), QString());
+    QCOMPARE(simulator->call(u"SetPowered"_s, {true}), QString());
     QVERIFY(central.reach(kAddress));
-    QCOMPARE(simulator->call(u"SetPowered"_s, { false }), QString());
+    QCOMPARE(simulator->call(u"SetPowered"_s, {false}), QString());
     QVERIFY(central.waitFor(u"disconnected"_s));
 }
 
@@ -150,12 +153,13 @@ void TestBluez::noAdapter()
     QCOMPARE(simulator->load(R"({"adapter":{"present":false},"devices":[{}]})"), QString());
     Central central;
     central.agent.start(QBluetoothDeviceDiscoveryAgent::LowEnergyMethod);
-    QCOMPARE(central.log, QStringList { u"scanError 1"_s });
+    QCOMPARE(central.log, QStringList{u"scanError 1"_s});
 }
 
 void TestBluez::connectionRefused()
 {
-    QCOMPARE(simulator->loadDevice(R"({"faults":[{"step":"connect","kind":"refuse","nth":1}]})"), QString());
+    QCOMPARE(simulator->loadDevice(R"({"faults":[{"step":"connect","kind":"refuse","nth":1}]})"),
+             QString());
     Central central;
     QVERIFY(central.scanFor(kAddress));
     central.connectTo(kAddress);
@@ -177,9 +181,10 @@ void TestBluez::connectionDropped()
 
 void TestBluez::droppedOnACommand()
 {
-    QCOMPARE(simulator->loadDevice(
-                     R"({"faults":[{"step":"answer","command":"Identification","nth":2,"kind":"drop"}]})"),
-             QString());
+    QCOMPARE(
+        simulator->loadDevice(
+            R"({"faults":[{"step":"answer","command":"Identification","nth":2,"kind":"drop"}]})"),
+        QString());
     Central central;
     QVERIFY(central.reach(kAddress));
     central.write(kAskIdentification);
@@ -193,7 +198,8 @@ void TestBluez::droppedOnACommand()
 
 void TestBluez::subscriptionRefused()
 {
-    QCOMPARE(simulator->loadDevice(R"({"faults":[{"step":"subscribe","kind":"refuse"}]})"), QString());
+    QCOMPARE(simulator->loadDevice(R"({"faults":[{"step":"subscribe","kind":"refuse"}]})"),
+             QString());
     Central central;
     QVERIFY(central.scanFor(kAddress));
     central.connectTo(kAddress);
@@ -210,13 +216,13 @@ void TestBluez::subscriptionOutlivesADrop()
     QCOMPARE(simulator->loadDevice("{}"), QString());
     Central central;
     QVERIFY(central.reach(kAddress));
-    QCOMPARE(simulator->call(u"Drop"_s, { kAddress }), QString());
+    QCOMPARE(simulator->call(u"Drop"_s, {kAddress}), QString());
     QVERIFY(central.waitFor(u"disconnected"_s));
     QCOMPARE(simulator->call(u"ClearRecord"_s), QString());
     central.log.clear();
     central.connectTo(kAddress);
     QVERIFY(central.waitFor(u"connected"_s));
-    QCOMPARE(simulator->values(u"cccd"_s, u"value"_s), QStringList { u"0100"_s });
+    QCOMPARE(simulator->values(u"cccd"_s, u"value"_s), QStringList{u"0100"_s});
     QVERIFY(simulator->events(u"StartNotify"_s).isEmpty());
 }
 
@@ -228,7 +234,7 @@ void TestBluez::writeTooLong()
     central.write(QByteArray(47, 'x'));
     central.write(QByteArray(48, 'x'));
     QVERIFY(central.waitFor(u"serviceError 2"_s));
-    QCOMPARE(simulator->values(u"frame"_s), QStringList { QString(47, u'x').toLatin1().toHex() });
+    QCOMPARE(simulator->values(u"frame"_s), QStringList{QString(47, u'x').toLatin1().toHex()});
 }
 
 void TestBluez::notificationTooLong()
@@ -236,10 +242,10 @@ void TestBluez::notificationTooLong()
     QCOMPARE(simulator->loadDevice(R"({"mtu":23})"), QString());
     Central central;
     QVERIFY(central.reach(kAddress));
-    QCOMPARE(simulator->call(u"Notify"_s, { kAddress, QByteArray(40, 'a') }), QString());
-    QCOMPARE(simulator->call(u"Notify"_s, { kAddress, QByteArray("short") }), QString());
+    QCOMPARE(simulator->call(u"Notify"_s, {kAddress, QByteArray(40, 'a')}), QString());
+    QCOMPARE(simulator->call(u"Notify"_s, {kAddress, QByteArray("short")}), QString());
     QVERIFY(central.waitForReceived(2));
-    QCOMPARE(central.received, (QList<QByteArray> { QByteArray(20, 'a'), "short" }));
+    QCOMPARE(central.received, (QList<QByteArray>{QByteArray(20, 'a'), "short"}));
 }
 
 void TestBluez::splitAndMerged_data()
@@ -247,15 +253,16 @@ void TestBluez::splitAndMerged_data()
     QTest::addColumn<QByteArray>("device");
     QTest::addColumn<QList<qsizetype>>("sizes");
     const QByteArray twoFrames = R"("responses":{"Identification":["0102","0304"]})";
-    QTest::newRow("one frame in each") << "{" + twoFrames + "}" << QList<qsizetype> { 11, 11 };
-    QTest::newRow("cut") << "{\"split\":8," + twoFrames + "}" << QList<qsizetype> { 8, 3, 8, 3 };
-    QTest::newRow("merged") << "{\"merge\":true," + twoFrames + "}" << QList<qsizetype> { 22 };
-    QTest::newRow("merged and cut") << "{\"merge\":true,\"split\":15," + twoFrames + "}"
-                                    << QList<qsizetype> { 15, 7 };
+    QTest::newRow("one frame in each") << "{" + twoFrames + "}" << QList<qsizetype>{11, 11};
+    QTest::newRow("cut") << "{\"split\":8," + twoFrames + "}" << QList<qsizetype>{8, 3, 8, 3};
+    QTest::newRow("merged") << "{\"merge\":true," + twoFrames + "}" << QList<qsizetype>{22};
+    QTest::newRow("merged and cut")
+        << "{\"merge\":true,\"split\":15," + twoFrames + "}" << QList<qsizetype>{15, 7};
     QTest::newRow("paced") << "{\"pace\":{\"ms\":20,\"count\":1}," + twoFrames + "}"
-                           << QList<qsizetype> { 11, 11 };
-    QTest::newRow("raw") << QByteArray(R"({"responses":{"1":{"notifications":["00","","112233"]}}})")
-                         << QList<qsizetype> { 1, 0, 3 };
+                           << QList<qsizetype>{11, 11};
+    QTest::newRow("raw") << QByteArray(
+        R"({"responses":{"1":{"notifications":["00","","112233"]}}})")
+                         << QList<qsizetype>{1, 0, 3};
 }
 
 void TestBluez::splitAndMerged()
@@ -289,7 +296,8 @@ void TestBluez::wrongChecksum()
 
 void TestBluez::mutePeer()
 {
-    QCOMPARE(simulator->loadDevice(R"({"faults":[{"step":"discover","kind":"empty"}]})"), QString());
+    QCOMPARE(simulator->loadDevice(R"({"faults":[{"step":"discover","kind":"empty"}]})"),
+             QString());
     Central central;
     QVERIFY(central.scanFor(kAddress));
     central.connectTo(kAddress);
@@ -313,7 +321,7 @@ void TestBluez::countsCredits()
     central.subscribe();
     QVERIFY(central.waitFor(u"descriptorWritten 0100"_s));
     const QLowEnergyCharacteristic credits = central.service->characteristic(
-            QBluetoothUuid(u"2456e1b9-26e2-8f83-e744-f34f01e9d704"_s));
+        QBluetoothUuid(u"2456e1b9-26e2-8f83-e744-f34f01e9d704"_s));
     central.service->writeCharacteristic(credits, QByteArray(1, 2),
                                          QLowEnergyService::WriteWithoutResponse);
     central.write(kAskIdentification);
@@ -348,24 +356,30 @@ void TestBluez::badScenarios_data()
 {
     QTest::addColumn<QByteArray>("json");
     QTest::addColumn<QString>("text");
-    QTest::newRow("no JSON") << QByteArray("{\n  \"devices\" [\n") << u"line 2, column 13: missing name separator"_s;
-    QTest::newRow("unknown key") << QByteArray(R"({"device":[]})")
-                                 << u"device: unknown key; known are adapter, devices, disconnectDelay, temporaryTimeout"_s;
-    QTest::newRow("unknown step") << QByteArray(R"({"devices":[{},{"faults":[{"step":"x","kind":"late"}]}]})")
-                                  << u"devices[1].faults[0].step: \"x\" is none of connect, discover, details, "
-                                     "subscribe, write, answer, notification, disconnect"_s;
-    QTest::newRow("impossible") << QByteArray(R"({"devices":[{"faults":[{"step":"connect","kind":"wrongCrc"}]}]})")
-                                << u"devices[0].faults[0].kind: \"wrongCrc\" cannot happen at step \"connect\""_s;
+    QTest::newRow("no JSON") << QByteArray("{\n  \"devices\" [\n")
+                             << u"line 2, column 13: missing name separator"_s;
+    QTest::newRow("unknown key")
+        << QByteArray(R"({"device":[]})")
+        << u"device: unknown key; known are adapter, devices, disconnectDelay, temporaryTimeout"_s;
+    QTest::newRow("unknown step")
+        << QByteArray(R"({"devices":[{},{"faults":[{"step":"x","kind":"late"}]}]})")
+        << u"devices[1].faults[0].step: \"x\" is none of connect, discover, details, "
+           "subscribe, write, answer, notification, disconnect"_s;
+    QTest::newRow("impossible")
+        << QByteArray(R"({"devices":[{"faults":[{"step":"connect","kind":"wrongCrc"}]}]})")
+        << u"devices[0].faults[0].kind: \"wrongCrc\" cannot happen at step \"connect\""_s;
     QTest::newRow("range") << QByteArray(R"({"devices":[{"mtu":22}]})")
                            << u"devices[0].mtu: 22 is not within 23 to 517"_s;
-    QTest::newRow("same address") << QByteArray(R"({"devices":[{},{"address":"00:AA:01:01:00:01"}]})")
+    QTest::newRow("same address") << QByteArray(
+        R"({"devices":[{},{"address":"00:AA:01:01:00:01"}]})")
                                   << u"devices[1].address: 00:AA:01:01:00:01 is taken already"_s;
     QTest::newRow("setting") << QByteArray(R"({"devices":[{"configuration":{"cfgA":256}}]})")
                              << u"devices[0].configuration.cfgA: 256 is not within 0 to 255"_s;
     QTest::newRow("command") << QByteArray(R"({"devices":[{"responses":{"Foo":[]}}]})")
                              << u"devices[0].responses.Foo: \"Foo\" is no command"_s;
-    QTest::newRow("hex") << QByteArray(R"({"devices":[{"responses":{"1":["0"]}}]})")
-                         << u"devices[0].responses.1[0]: bytes in hexadecimal are needed, two digits each"_s;
+    QTest::newRow("hex")
+        << QByteArray(R"({"devices":[{"responses":{"1":["0"]}}]})")
+        << u"devices[0].responses.1[0]: bytes in hexadecimal are needed, two digits each"_s;
 }
 
 void TestBluez::badScenarios()
@@ -392,12 +406,14 @@ void TestBluez::removedDevice()
 void TestBluez::controlErrors()
 {
     QCOMPARE(simulator->loadDevice("{}"), QString());
-    QCOMPARE(simulator->call(u"Drop"_s, { kOther }),
-             u"org.varda.Simulator.Error.UnknownDevice: the scenario has no device 00:AA:01:01:00:02"_s);
-    QCOMPARE(simulator->call(u"Drop"_s, { kAddress }),
+    QCOMPARE(
+        simulator->call(u"Drop"_s, {kOther}),
+        u"org.varda.Simulator.Error.UnknownDevice: the scenario has no device 00:AA:01:01:00:02"_s);
+    QCOMPARE(simulator->call(u"Drop"_s, {kAddress}),
              u"org.varda.Simulator.Error.NotConnected: 00:AA:01:01:00:01 is not connected"_s);
-    QCOMPARE(simulator->call(u"Notify"_s, { kAddress, QByteArray("x") }),
-             u"org.varda.Simulator.Error.NotSubscribed: nobody subscribed to the data of 00:AA:01:01:00:01"_s);
+    QCOMPARE(
+        simulator->call(u"Notify"_s, {kAddress, QByteArray("x")}),
+        u"org.varda.Simulator.Error.NotSubscribed: nobody subscribed to the data of 00:AA:01:01:00:01"_s);
 }
 
 QTEST_GUILESS_MAIN(TestBluez)

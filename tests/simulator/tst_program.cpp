@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QProcess>
+#include <QtCore/QStandardPaths>
+#include <QtCore/QTemporaryDir>
+#include <QtTest/QTest>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+
+// The program as a shell sees it.
+class TestProgram : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void versions();
+    void status_data();
+    void status();
+    void errors_data();
+    void errors();
+    void serves_data();
+    void serves();
+    void leavesNothing();
+    void stopsItsCommand();
+    void overrides();
+};
+
+namespace {
+
+struct Outcome
+{
+    int status = -1;
+    QString out;
+    QString err;
+};
+
+Outcome run(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral(VARDA_SIMULATOR), arguments);
+    process.closeWriteChannel();
+    process.waitForFinished();
+    return { process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+             QString::fromUtf8(process.readAllStandardError()) };
+}
+
+QString folderOf(const QString &line)
+{
+    return line.trimmed().section(u"unix:path="_s, 1).section(u"/bus"_s, 0, 0);
+}
+
+} // namespace
+
+void TestProgram::versions()
+{
+    QCOMPARE(run({ u"--version"_s }).out, u"5.82\n"_s);
+    QCOMPARE(run({ u"--simulator-version"_s }).status, 0);
+    const Outcome help = run({ u"--help"_s });
+    QCOMPARE(help.status, 0);
+    QVERIFY(help.out.contains(u"--scenario <FILE>"_s));
+}
+
+void TestProgram::status_data()
+{
+    QTest::addColumn<QStringList>("command");
+    QTest::addColumn<int>("status");
+    QTest::newRow("good") << QStringList { u"true"_s } << 0;
+    QTest::newRow("its own") << QStringList { u"sh"_s, u"-c"_s, u"exit 7"_s } << 7;
+    QTest::newRow("killed") << QStringList { u"sh"_s, u"-c"_s, u"kill -KILL $$"_s } << 137;
+    QTest::newRow("not there") << QStringList { u"/no/such/program"_s } << 127;
+}
+
+void TestProgram::status()
+{
+    QFETCH(QStringList, command);
+    QFETCH(int, status);
+    const Outcome outcome = run(QStringList { u"--"_s } + command);
+    QCOMPARE(outcome.status, status);
+    QVERIFY(outcome.out.isEmpty());
+}
+
+void TestProgram::errors_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("option") << QStringList { u"--bad"_s }
+                            << u"varda-simulator: Unknown option 'bad'.\n"_s;
+    QTest::newRow("no file") << QStringList { u"--scenario"_s, u"/no/such/file"_s }
+                             << u"varda-simulator: /no/such/file: No such file or directory\n"_s;
+    QTest::newRow("model") << QStringList { u"--model"_s, u"boat"_s }
+                           << u"varda-simulator: devices[0].model: \"boat\" is none of varda, "
+                              "tidemar, vskm, none, thirdparty\n"_s;
+    QTest::newRow("record") << QStringList { u"--record"_s, u"/no/such/folder/file"_s }
+                            << u"varda-simulator: /no/such/folder/file: No such file or directory\n"_s;
+}
+
+void TestProgram::errors()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, text);
+    const Outcome outcome = run(arguments);
+    QCOMPARE(outcome.status, 2);
+    QCOMPARE(outcome.out, QString());
+    QCOMPARE(outcome.err, text);
+}
+
+void TestProgram::serves_data()
+{
+    QTest::addColumn<QString>("end");
+    for (const char *end : { "stdin", "term", "int" })
+        QTest::newRow(end) << QString::fromLatin1(end);
+}
+
+void TestProgram::serves()
+{
+    QFETCH(QString, end);
+    QProcess process;
+    process.start(QStringLiteral(VARDA_SIMULATOR), { u"--exit-with-stdin"_s });
+    QVERIFY(process.waitForReadyRead());
+    const QString line = QString::fromUtf8(process.readAllStandardOutput());
+    QVERIFY2(line.startsWith(u"DBUS_SYSTEM_BUS_ADDRESS=unix:path="_s), qPrintable(line));
+    QCOMPARE(line.count(u'\n'), 1);
+    QVERIFY(QFile::exists(folderOf(line) + u"/bus"_s));
+
+    if (end == u"stdin"_s)
+        process.closeWriteChannel();
+    else
+        ::kill(pid_t(process.processId()), end == u"term"_s ? SIGTERM : SIGINT);
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+    QVERIFY(process.readAllStandardOutput().isEmpty());
+    QVERIFY(process.readAllStandardError().isEmpty());
+    QVERIFY(!QFile::exists(folderOf(line)));
+}
+
+void TestProgram::leavesNothing()
+{
+    const Outcome outcome =
+            run({ u"--"_s, u"sh"_s, u"-c"_s, u"echo $DBUS_SYSTEM_BUS_ADDRESS"_s });
+    QCOMPARE(outcome.status, 0);
+    QVERIFY(outcome.out.startsWith(u"unix:path=/"_s));
+    QVERIFY(!QFile::exists(folderOf(outcome.out)));
+}
+
+void TestProgram::stopsItsCommand()
+{
+    QProcess process;
+    process.start(QStringLiteral(VARDA_SIMULATOR),
+                  { u"--"_s, u"sh"_s, u"-c"_s, u"echo ready; exec sleep 1000"_s });
+    QVERIFY(process.waitForReadyRead());
+    ::kill(pid_t(process.processId()), SIGTERM);
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 143);
+}
+
+void TestProgram::overrides()
+{
+    QTemporaryDir folder;
+    const QString record = folder.filePath(u"record"_s);
+    const QString ask = u"busctl --address=$DBUS_SYSTEM_BUS_ADDRESS call org.varda.Simulator "
+                        "/org/varda/Simulator org.varda.Simulator1 State s 00:AA:01:01:00:01"_s;
+    if (QStandardPaths::findExecutable(u"busctl"_s).isEmpty())
+        QSKIP("busctl is not installed");
+    const Outcome outcome = run({ u"--model"_s, u"vskm"_s, u"--mode"_s, u"sps"_s, u"--record"_s,
+                                  record, u"--"_s, u"sh"_s, u"-c"_s, ask });
+    QCOMPARE(outcome.status, 0);
+    QVERIFY2(outcome.out.contains(u"\\\"connected\\\":false"_s), qPrintable(outcome.out));
+    QVERIFY(QFile::exists(record));
+}
+
+QTEST_GUILESS_MAIN(TestProgram)
+
+#include "tst_program.moc"
