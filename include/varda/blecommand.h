@@ -12,6 +12,8 @@ struct BleCommand {
     TidemarCommand::TidemarCommandIn command;
     QByteArray payload;
 
+    // A code alone is a command: no need to say so twice.
+    // NOLINTNEXTLINE(google-explicit-constructor)
     BleCommand(TidemarCommand::TidemarCommandIn code) : command(code) { }
     BleCommand(TidemarCommand::TidemarCommandIn code, const QByteArray &bytes)
         : command(code), payload(bytes)

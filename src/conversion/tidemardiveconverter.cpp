@@ -31,7 +31,7 @@ Dive TidemarDiveConverter::toDive(const TidemarDiveHeader &header, const QList<D
                                   const VardaSession &session)
 {
     Dive dive;
-    static_cast<DiveHeaderBlock &>(dive) = header;
+    static_cast<DiveHeaderBlock &>(dive) = static_cast<const DiveHeaderBlock &>(header);
     dive.numberText = QString::number(header.diveNumber);
     dive.ownerName = textOf(std::span(session.computer().rawBlock));
     dive.serialNumber = session.serialNumber();

@@ -165,7 +165,7 @@ QString message(const SyslogBinRecord &record)
     if (record.type >= kEntries.size())
         return u"Unknow type %1"_s.arg(uint(record.type));
     const Entry &entry = kEntries[record.type];
-    const QString text = entry.text.toString();
+    QString text = entry.text.toString();
     const qint32 first = record.arg1;
     const qint32 second = record.arg2;
     switch (entry.arguments) {
