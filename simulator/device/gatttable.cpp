@@ -60,24 +60,6 @@ ServiceSpec dataService(const DataServiceSpec &spec, bool sps)
     return service;
 }
 
-QStringList readFlags(ObjectReader &reader)
-{
-    static const QStringList known = {
-        u"broadcast"_s, u"read"_s,     u"write-without-response"_s,      u"write"_s,
-        u"notify"_s,    u"indicate"_s, u"authenticated-signed-writes"_s, u"extended-properties"_s,
-    };
-    QStringList flags;
-    const QJsonArray list = reader.array("flags");
-    for (qsizetype i = 0; i < list.size(); ++i) {
-        const QString where = reader.path("flags") + u"[%1]"_s.arg(i);
-        const QString flag = readText(list[i], where);
-        if (!known.contains(flag))
-            badValue(where, u"\"%1\" is none of %2"_s.arg(flag, known.join(u", "_s)));
-        flags.append(flag);
-    }
-    return flags;
-}
-
 CharacteristicSpec readCharacteristic(const QJsonValue &value, const QString &path)
 {
     constexpr std::pair<const char *, Role> kRoles[] = {
@@ -103,6 +85,24 @@ CharacteristicSpec readCharacteristic(const QJsonValue &value, const QString &pa
 }
 
 } // namespace
+
+QStringList readFlags(ObjectReader &reader)
+{
+    static const QStringList known = {
+        u"broadcast"_s, u"read"_s,     u"write-without-response"_s,      u"write"_s,
+        u"notify"_s,    u"indicate"_s, u"authenticated-signed-writes"_s, u"extended-properties"_s,
+    };
+    QStringList flags;
+    const QJsonArray list = reader.array("flags");
+    for (qsizetype i = 0; i < list.size(); ++i) {
+        const QString where = reader.path("flags") + u"[%1]"_s.arg(i);
+        const QString flag = readText(list[i], where);
+        if (!known.contains(flag))
+            badValue(where, u"\"%1\" is none of %2"_s.arg(flag, known.join(u", "_s)));
+        flags.append(flag);
+    }
+    return flags;
+}
 
 QString readUuid(const QJsonValue &value, const QString &path)
 {

@@ -283,9 +283,7 @@ void readDataService(ObjectReader &device, DataServiceSpec &spec)
     spec.characteristicPresent = reader.boolean("characteristicPresent", true);
     spec.creditsPresent = reader.boolean("creditsPresent", true);
     spec.cccd = reader.boolean("cccd", true);
-    const QJsonArray flags = reader.array("flags");
-    for (qsizetype i = 0; i < flags.size(); ++i)
-        spec.flags.append(readText(flags[i], reader.path("flags") + u"[%1]"_s.arg(i)));
+    spec.flags = readFlags(reader);
     reader.finish();
 }
 

@@ -17,8 +17,8 @@ namespace {
 DeviceScenario device(const QByteArray &json)
 {
     QString error;
-    const std::optional<Scenario> scenario =
-            Scenario::parse("{\"devices\":[" + json + "]}", &error);
+    const std::optional<Scenario> scenario = Scenario::parse("{\"devices\":[" + json + "]}",
+                                                             &error);
     if (!scenario)
         qFatal("%s", qPrintable(error));
     return scenario->devices.first();
@@ -28,10 +28,10 @@ DeviceScenario device(const QByteArray &json)
 QStringList ask(const QByteArray &json, quint8 command, const QByteArray &payload = {})
 {
     QStringList answer;
-    const QList<Frame> frames = Computer(device(json)).answer({ command, payload });
+    const QList<Frame> frames = Computer(device(json)).answer({command, payload});
     for (const Frame &frame : frames) {
         if (frame.command != command)
-            return { u"another command"_s };
+            return {u"another command"_s};
         answer << QString::fromLatin1(frame.payload.toHex());
     }
     return answer;
@@ -57,6 +57,7 @@ private Q_SLOTS:
     void spoiltAnswers_data();
     void spoiltAnswers();
     void faultsCount();
+    void overrides();
     void scenarioFiles();
 };
 
@@ -78,7 +79,7 @@ void TestDevice::checksum()
 
 void TestDevice::frames()
 {
-    QCOMPARE(encodeFrame({ 1, {} }), QByteArray::fromHex("dcdc0100bddc000001"));
+    QCOMPARE(encodeFrame({1, {}}), QByteArray::fromHex("dcdc0100bddc000001"));
     FrameAssembler assembler;
     assembler.feed(QByteArray::fromHex("dcdc0100bd"));
     QVERIFY(!assembler.next());
@@ -114,73 +115,75 @@ void TestDevice::answers_data()
         QTest::newRow(name) << json << command << payloads;
     };
 
-    row("identification varda", R"({"firmware":"1.2.3.a"})", Identification, { u"610302010b"_s });
-    row("identification tidemar", R"({"model":"tidemar","firmware":"1.2.3.a","bootloader":"4.5.6.b"})",
-        Identification, { u"610302011562060504"_s });
+    row("identification varda", R"({"firmware":"1.2.3.a"})", Identification, {u"610302010b"_s});
+    row("identification tidemar",
+        R"({"model":"tidemar","firmware":"1.2.3.a","bootloader":"4.5.6.b"})", Identification,
+        {u"610302011562060504"_s});
     row("identification vskm bootloader",
         R"({"model":"vskm","firmware":"1.2.3.a","bootloader":null,"recordVersion":2})",
-        Identification, { u"610302012000000000"_s });
-    row("identification without model", R"({"model":"none","firmware":"1.2.3.a","recordVersion":5})",
-        Identification, { u"6103020105"_s });
+        Identification, {u"610302012000000000"_s});
+    row("identification without model",
+        R"({"model":"none","firmware":"1.2.3.a","recordVersion":5})", Identification,
+        {u"6103020105"_s});
     row("serial", R"({"serial":"0011AABB-22334455-66778899"})", Serialnumber,
-        { u"bbaa11005544332299887766"_s });
+        {u"bbaa11005544332299887766"_s});
     row("old serial", R"({"model":"none","recordVersion":0,"serial":"0605-0403-0201-A"})",
-        Serialnumber, { u"01020304050641"_s });
-    row("bootloader", R"({"bootloader":"1.2.3.a"})", BootloaderVersion, { u"61030201"_s });
-    row("time", R"({"clock":"2024-05-17T08:30:00"})", Time, { u"8815476600000000"_s });
-    row("sensors", R"({"pamb":1009,"dstop":513})", Sensors, { u"e5f10300000102"_s });
-    row("owner", R"({"owner":"Zoé"})", Owner, { u"5a6fc3a900"_s });
+        Serialnumber, {u"01020304050641"_s});
+    row("bootloader", R"({"bootloader":"1.2.3.a"})", BootloaderVersion, {u"61030201"_s});
+    row("time", R"({"clock":"2024-05-17T08:30:00"})", Time, {u"8815476600000000"_s});
+    row("sensors", R"({"pamb":1009,"dstop":513})", Sensors, {u"e5f10300000102"_s});
+    row("owner", R"({"owner":"Zoé"})", Owner, {u"5a6fc3a900"_s});
     row("simulation", R"({"psurf":1012,"pamb":1011,"density":1025})", SimulParams,
-        { u"f4030000f30300000104"_s });
-    row("diver",
-        R"({"diver":{"n2":[1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16],"he":[0.5],"cns":-1}})", Diver,
-        { u"0000803f0000004000004040000080400000a0400000c0400000e04000000041"
-           "0000104100002041000030410000404100005041000060410000704100008041"
-           "0000003f00000000000000000000000000000000000000000000000000000000"
-           "0000000000000000000000000000000000000000000000000000000000000000"
-           "000080bf"_s });
-    row("delete", R"({"dives":5})", DeleteLastDive, { u"0100000004000000"_s });
-    row("delete none", R"({"dives":0})", DeleteLastDive, { u"0000000000000000"_s });
-    row("erase", R"({"dives":5})", EraseDives, { u"0500000000000000"_s });
+        {u"f4030000f30300000104"_s});
+    row("diver", R"({"diver":{"n2":[1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16],"he":[0.5],"cns":-1}})",
+        Diver,
+        {u"0000803f0000004000004040000080400000a0400000c0400000e04000000041"
+         "0000104100002041000030410000404100005041000060410000704100008041"
+         "0000003f00000000000000000000000000000000000000000000000000000000"
+         "0000000000000000000000000000000000000000000000000000000000000000"
+         "000080bf"_s});
+    row("delete", R"({"dives":5})", DeleteLastDive, {u"0100000004000000"_s});
+    row("delete none", R"({"dives":0})", DeleteLastDive, {u"0000000000000000"_s});
+    row("erase", R"({"dives":5})", EraseDives, {u"0500000000000000"_s});
     row("battery", R"({"battery":[[1,2],[3,4],[5,6],[7,8],[4294967295,9]]})", BatteryInformation,
-        { u"0100000002000000030000000400000005000000060000000700000008000000"_s,
-          u"ffffffff09000000"_s, QString() });
-    row("reset", "{}", Reset, { u"01"_s });
+        {u"0100000002000000030000000400000005000000060000000700000008000000"_s,
+         u"ffffffff09000000"_s, QString()});
+    row("reset", "{}", Reset, {u"01"_s});
     row("unknown", "{}", 200, {});
 
     row("configuration short", R"({"configurationVersion":"short"})", ComputerSettings,
-        { u"c80001021e50780500f50305061516170b0c0d0e0fe51500200032006400122d0f320000000007e803e903ea"
-           "03416461204c696e6471766973740000000000000000000000000000000000000002292a2b2c2df8112f3000"
-           "f15365000000006465666768696a6b6c6d6e6f707172737475767778797a7b7c7d7e7f80818283"_s });
+        {u"c80001021e50780500f50305061516170b0c0d0e0fe51500200032006400122d0f320000000007e803e903ea"
+         "03416461204c696e6471766973740000000000000000000000000000000000000002292a2b2c2df8112f3000"
+         "f15365000000006465666768696a6b6c6d6e6f707172737475767778797a7b7c7d7e7f80818283"_s});
     row("configuration varda 13", "{}", ComputerSettingsNew,
-        { u"0d0101c80001021e50780500f50305061516170b0c0d0e0fe51500200032006400122d0f3200000000000000"
-           "000000000007e803e903ea03416461204c696e64717669737400000000000000000000000000000000000000"
-           "02292a2b2c2df8112f3000f15365000000006465666768696a6b6c6d6e6f707172737475767778797a7b7c7d"
-           "7e7f8081828301f153650000000002e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e502f15365000000"
-           "003dbc1bbd1bbe1bbf1b411f421f431f441f3e3f4003f153650000000004f153650000000041461f451f471f"
-           "29232a232b232c232d232e23"_s });
+        {u"0d0101c80001021e50780500f50305061516170b0c0d0e0fe51500200032006400122d0f3200000000000000"
+         "000000000007e803e903ea03416461204c696e64717669737400000000000000000000000000000000000000"
+         "02292a2b2c2df8112f3000f15365000000006465666768696a6b6c6d6e6f707172737475767778797a7b7c7d"
+         "7e7f8081828301f153650000000002e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e502f15365000000"
+         "003dbc1bbd1bbe1bbf1b411f421f431f441f3e3f4003f153650000000004f153650000000041461f451f471f"
+         "29232a232b232c232d232e23"_s});
     row("configuration tidemar 12", R"({"model":"tidemar"})", ComputerSettingsNew,
-        { u"0c0102c80001021e50780500f503050618191a0b0c0d0e0f101500e5e52000e5e53200e5e56400e5e5122de5"
-           "e50f32e5e50000e5e50000e5e507e803d0071fe903d10720ea03d207211500e5e5122de5e50a41e5e50000e5"
-           "e50000e5e50000e5e50000e5e50000e5e5e5e5e5e5e5e5e5e5416461204c696e647176697374000000000000"
-           "00000000000000000000000000022a2b2c2df8112f3000f15365000000006465666768696a6b6c6d6e6f7071"
-           "72737475767778797a7b7c7d7e7f80818283471f413dbc1bbd1bbe1bbf1be5e5e5e5e5e5e5e5e529"_s });
+        {u"0c0102c80001021e50780500f503050618191a0b0c0d0e0f101500e5e52000e5e53200e5e56400e5e5122de5"
+         "e50f32e5e50000e5e50000e5e507e803d0071fe903d10720ea03d207211500e5e5122de5e50a41e5e50000e5"
+         "e50000e5e50000e5e50000e5e50000e5e5e5e5e5e5e5e5e5e5416461204c696e647176697374000000000000"
+         "00000000000000000000000000022a2b2c2df8112f3000f15365000000006465666768696a6b6c6d6e6f7071"
+         "72737475767778797a7b7c7d7e7f80818283471f413dbc1bbd1bbe1bbf1be5e5e5e5e5e5e5e5e529"_s});
     row("configuration tidemar 1", R"({"model":"tidemar","configurationVersion":1})",
         ComputerSettings,
-        { u"010102c80001021e50780500f503050618191a0b0c0d0e0f101500200032006400122d0f320000000007e803"
-           "d0071fe903d10720ea03d20721416461204c696e647176697374000000000000000000000000000000000000"
-           "00022a2b2c2df8112f3000f15365000000006465666768696a6b6c6d6e6f707172737475767778797a7b7c7d"
-           "7e7f80818283"_s });
+        {u"010102c80001021e50780500f503050618191a0b0c0d0e0f101500200032006400122d0f320000000007e803"
+         "d0071fe903d10720ea03d20721416461204c696e647176697374000000000000000000000000000000000000"
+         "00022a2b2c2df8112f3000f15365000000006465666768696a6b6c6d6e6f707172737475767778797a7b7c7d"
+         "7e7f80818283"_s});
     row("configuration vskm 21", R"({"model":"vskm"})", ComputerSettingsNew,
-        { u"150103c80001021e50780500f503050618191a0b0c0d0e0f101500e5e52000e5e53200e5e56400e5e5122de5"
-           "e50f32e5e50000e5e50000e5e507e803d0071fe903d10720ea03d207211500e5e5122de5e50a41e5e50000e5"
-           "e50000e5e50000e5e50000e5e50000e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5"
-           "e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5"
-           "e5e5e5e5e5e5e5e5e5e5e5416461204c696e6471766973740000000000000000000000000000000000000002"
-           "2a2b2c2df8112f3000f15365000000006465666768696a6b6c6d6e6f707172737475767778797a7b7c7d7e7f"
-           "80818283471f413dbc1bbd1bbe1bbf1be5e529"_s });
+        {u"150103c80001021e50780500f503050618191a0b0c0d0e0f101500e5e52000e5e53200e5e56400e5e5122de5"
+         "e50f32e5e50000e5e50000e5e507e803d0071fe903d10720ea03d207211500e5e5122de5e50a41e5e50000e5"
+         "e50000e5e50000e5e50000e5e50000e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5"
+         "e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5e5"
+         "e5e5e5e5e5e5e5e5e5e5e5416461204c696e6471766973740000000000000000000000000000000000000002"
+         "2a2b2c2df8112f3000f15365000000006465666768696a6b6c6d6e6f707172737475767778797a7b7c7d7e7f"
+         "80818283471f413dbc1bbd1bbe1bbf1be5e529"_s});
     row("configuration third party", R"({"model":"thirdparty","psurf":1005})", ComputerSettings,
-        { u"010104c80001021e50780500ed030506"_s });
+        {u"010104c80001021e50780500ed030506"_s});
 }
 
 void TestDevice::answers()
@@ -236,7 +239,7 @@ void TestDevice::configurationOfEveryVersion()
     QFETCH(int, version);
     QFETCH(qsizetype, size);
     const QStringList answer = ask("{\"model\":\"" + model + "\",\"configurationVersion\":"
-                                           + QByteArray::number(version) + "}",
+                                       + QByteArray::number(version) + "}",
                                    ComputerSettingsNew);
     QCOMPARE(answer.size(), 1);
     QCOMPARE(answer.first().size() / 2, size);
@@ -249,13 +252,14 @@ void TestDevice::keepsWhatIsWritten()
 {
     Computer computer(device(R"({"clock":5})"));
     const auto payload = [&](quint8 command, const QByteArray &request = {}) {
-        return computer.answer({ command, request }).value(0).payload.toHex();
+        return computer.answer({command, request}).value(0).payload.toHex();
     };
     QCOMPARE(payload(SetOwner, "Nia"), QByteArray("01"));
     QCOMPARE(payload(Owner), QByteArray("4e696100"));
     QCOMPARE(payload(SetOwner, QByteArray(33, 'x')), QByteArray("00"));
     QCOMPARE(payload(Owner), QByteArray("4e696100"));
-    QCOMPARE(payload(SetTime, QByteArray::fromHex("0201000000000000")), QByteArray("0201000000000000"));
+    QCOMPARE(payload(SetTime, QByteArray::fromHex("0201000000000000")),
+             QByteArray("0201000000000000"));
     QCOMPARE(payload(Time), QByteArray("0201000000000000"));
     QCOMPARE(payload(SetSensors, QByteArray::fromHex("e8030000")), QByteArray("e5e80300000000"));
     QCOMPARE(payload(SimulParams), QByteArray("e8030000e80300000604"));
@@ -274,7 +278,8 @@ void TestDevice::gases()
     QCOMPARE(first[0], u"0000e5e5e5e5e5e5e5e53d0a573e00000000"_s);
     QCOMPARE(first[1], u"0001e5e5e5e5e5e5e5e5ec51383e6666e63e"_s);
     QCOMPARE(first[8], QString());
-    QCOMPARE(ask(json, GetGases, QByteArray(1, 7)).first(), u"0700e5e5e5e5e5e5e5e50000003f0000803e"_s);
+    QCOMPARE(ask(json, GetGases, QByteArray(1, 7)).first(),
+             u"0700e5e5e5e5e5e5e5e50000003f0000803e"_s);
     QCOMPARE(ask("{}", GetGases, QByteArray(1, 0)).size(), 13);
 }
 
@@ -285,30 +290,32 @@ void TestDevice::spoiltAnswers_data()
     const auto row = [](const char *name, const char *fault, const QList<QByteArray> &hex) {
         QTest::newRow(name) << QByteArray(fault) << hex;
     };
-    row("none", "", { "dcdc02002fa40000fe01" });
-    row("wrongCrc", R"("kind":"wrongCrc")", { "dcdc020075a40000fe01" });
-    row("wrongStart", R"("kind":"wrongStart")", { "dcdd02002fa40000fe01" });
-    row("garbage", R"("kind":"garbage","bytes":"0a0b")", { "0a0b" });
-    row("truncate", R"("kind":"truncate")", { "dcdc02002fa40000fe" });
-    row("truncate to", R"("kind":"truncate","keep":4)", { "dcdc0200" });
-    row("duplicate", R"("kind":"duplicate")", { "dcdc02002fa40000fe01", "dcdc02002fa40000fe01" });
+    row("none", "", {"dcdc02002fa40000fe01"});
+    row("wrongCrc", R"("kind":"wrongCrc")", {"dcdc020075a40000fe01"});
+    row("wrongStart", R"("kind":"wrongStart")", {"dcdd02002fa40000fe01"});
+    row("garbage", R"("kind":"garbage","bytes":"0a0b")", {"0a0b"});
+    row("truncate", R"("kind":"truncate")", {"dcdc02002fa40000fe"});
+    row("truncate to", R"("kind":"truncate","keep":4)", {"dcdc0200"});
+    row("duplicate", R"("kind":"duplicate")", {"dcdc02002fa40000fe01", "dcdc02002fa40000fe01"});
+    row("wrongCommand", R"("kind":"wrongCommand","bytes":"01")", {"dcdc0200d0a700000101"});
+    row("refuse", R"("kind":"refuse")", {"dcdc02000eb40000fe00"});
     row("silent", R"("kind":"silent")", {});
-    row("second frame", R"("kind":"garbage","frame":2)", { "dcdc02002fa40000fe01" });
+    row("second frame", R"("kind":"garbage","frame":2)", {"dcdc02002fa40000fe01"});
 }
 
 void TestDevice::spoiltAnswers()
 {
     QFETCH(QByteArray, fault);
     QFETCH(QList<QByteArray>, notifications);
-    const QByteArray faults =
-            fault.isEmpty() ? QByteArray() : "{\"step\":\"answer\"," + fault + "}";
+    const QByteArray faults = fault.isEmpty() ? QByteArray()
+                                              : "{\"step\":\"answer\"," + fault + "}";
     const DeviceScenario scenario = device("{\"faults\":[" + faults + "]}");
     FaultPlan plan(scenario.faults);
     SerialLink link(scenario, plan);
     QList<QByteArray> sent;
     connect(&link, &SerialLink::notification, this,
             [&sent](const QByteArray &bytes) { sent.append(bytes.toHex()); });
-    link.written(encodeFrame({ Reset, {} }));
+    link.written(encodeFrame({Reset, {}}));
     QCOMPARE(sent, notifications);
 }
 
@@ -327,10 +334,23 @@ void TestDevice::faultsCount()
     QCOMPARE(seen, QString(u"- silent - drop drop -"_s).split(u' '));
 }
 
+void TestDevice::overrides()
+{
+    QString error;
+    const std::optional<Scenario> scenario = Scenario::parse(
+        R"({"devices":[{"model":"tidemar"},{"type":"classic"}]})", &error, {u"vskm"_s, u"sps"_s});
+    QVERIFY(scenario);
+    QCOMPARE(scenario->devices[0].model, Model::Vskm);
+    QCOMPARE(scenario->devices[0].mode, LinkMode::Sps);
+    QCOMPARE(scenario->devices[0].name, u"VSK-0042"_s);
+    QCOMPARE(scenario->devices[1].model, Model::Varda);
+    QCOMPARE(scenario->devices[1].mode, LinkMode::Gatt);
+}
+
 void TestDevice::scenarioFiles()
 {
     const QDir folder(QStringLiteral(SCENARIO_FOLDER));
-    const QStringList names = folder.entryList({ u"*.json"_s });
+    const QStringList names = folder.entryList({u"*.json"_s});
     QVERIFY(names.size() > 30);
     for (const QString &name : names) {
         QFile file(folder.filePath(name));

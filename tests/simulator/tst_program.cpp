@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
+#include "simulatorprocess.h"
+
 #include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
 #include <QtCore/QProcess>
-#include <QtCore/QStandardPaths>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QTest>
 
@@ -25,13 +28,12 @@ private Q_SLOTS:
     void serves();
     void leavesNothing();
     void stopsItsCommand();
-    void overrides();
+    void records();
 };
 
 namespace {
 
-struct Outcome
-{
+struct Outcome {
     int status = -1;
     QString out;
     QString err;
@@ -43,8 +45,8 @@ Outcome run(const QStringList &arguments)
     process.start(QStringLiteral(VARDA_SIMULATOR), arguments);
     process.closeWriteChannel();
     process.waitForFinished();
-    return { process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-             QString::fromUtf8(process.readAllStandardError()) };
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
 }
 
 QString folderOf(const QString &line)
@@ -56,9 +58,9 @@ QString folderOf(const QString &line)
 
 void TestProgram::versions()
 {
-    QCOMPARE(run({ u"--version"_s }).out, u"5.82\n"_s);
-    QCOMPARE(run({ u"--simulator-version"_s }).status, 0);
-    const Outcome help = run({ u"--help"_s });
+    QCOMPARE(run({u"--version"_s}).out, u"5.82\n"_s);
+    QCOMPARE(run({u"--simulator-version"_s}).status, 0);
+    const Outcome help = run({u"--help"_s});
     QCOMPARE(help.status, 0);
     QVERIFY(help.out.contains(u"--scenario <FILE>"_s));
 }
@@ -67,17 +69,17 @@ void TestProgram::status_data()
 {
     QTest::addColumn<QStringList>("command");
     QTest::addColumn<int>("status");
-    QTest::newRow("good") << QStringList { u"true"_s } << 0;
-    QTest::newRow("its own") << QStringList { u"sh"_s, u"-c"_s, u"exit 7"_s } << 7;
-    QTest::newRow("killed") << QStringList { u"sh"_s, u"-c"_s, u"kill -KILL $$"_s } << 137;
-    QTest::newRow("not there") << QStringList { u"/no/such/program"_s } << 127;
+    QTest::newRow("good") << QStringList{u"true"_s} << 0;
+    QTest::newRow("its own") << QStringList{u"sh"_s, u"-c"_s, u"exit 7"_s} << 7;
+    QTest::newRow("killed") << QStringList{u"sh"_s, u"-c"_s, u"kill -KILL $$"_s} << 137;
+    QTest::newRow("not there") << QStringList{u"/no/such/program"_s} << 127;
 }
 
 void TestProgram::status()
 {
     QFETCH(QStringList, command);
     QFETCH(int, status);
-    const Outcome outcome = run(QStringList { u"--"_s } + command);
+    const Outcome outcome = run(QStringList{u"--"_s} + command);
     QCOMPARE(outcome.status, status);
     QVERIFY(outcome.out.isEmpty());
 }
@@ -86,15 +88,16 @@ void TestProgram::errors_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("text");
-    QTest::newRow("option") << QStringList { u"--bad"_s }
+    QTest::newRow("option") << QStringList{u"--bad"_s}
                             << u"varda-simulator: Unknown option 'bad'.\n"_s;
-    QTest::newRow("no file") << QStringList { u"--scenario"_s, u"/no/such/file"_s }
+    QTest::newRow("no file") << QStringList{u"--scenario"_s, u"/no/such/file"_s}
                              << u"varda-simulator: /no/such/file: No such file or directory\n"_s;
-    QTest::newRow("model") << QStringList { u"--model"_s, u"boat"_s }
+    QTest::newRow("model") << QStringList{u"--model"_s, u"boat"_s}
                            << u"varda-simulator: devices[0].model: \"boat\" is none of varda, "
                               "tidemar, vskm, none, thirdparty\n"_s;
-    QTest::newRow("record") << QStringList { u"--record"_s, u"/no/such/folder/file"_s }
-                            << u"varda-simulator: /no/such/folder/file: No such file or directory\n"_s;
+    QTest::newRow("record")
+        << QStringList{u"--record"_s, u"/no/such/folder/file"_s}
+        << u"varda-simulator: /no/such/folder/file: No such file or directory\n"_s;
 }
 
 void TestProgram::errors()
@@ -110,7 +113,7 @@ void TestProgram::errors()
 void TestProgram::serves_data()
 {
     QTest::addColumn<QString>("end");
-    for (const char *end : { "stdin", "term", "int" })
+    for (const char *end : {"stdin", "term", "int"})
         QTest::newRow(end) << QString::fromLatin1(end);
 }
 
@@ -118,7 +121,7 @@ void TestProgram::serves()
 {
     QFETCH(QString, end);
     QProcess process;
-    process.start(QStringLiteral(VARDA_SIMULATOR), { u"--exit-with-stdin"_s });
+    process.start(QStringLiteral(VARDA_SIMULATOR), {u"--exit-with-stdin"_s});
     QVERIFY(process.waitForReadyRead());
     const QString line = QString::fromUtf8(process.readAllStandardOutput());
     QVERIFY2(line.startsWith(u"DBUS_SYSTEM_BUS_ADDRESS=unix:path="_s), qPrintable(line));
@@ -139,8 +142,7 @@ void TestProgram::serves()
 
 void TestProgram::leavesNothing()
 {
-    const Outcome outcome =
-            run({ u"--"_s, u"sh"_s, u"-c"_s, u"echo $DBUS_SYSTEM_BUS_ADDRESS"_s });
+    const Outcome outcome = run({u"--"_s, u"sh"_s, u"-c"_s, u"echo $DBUS_SYSTEM_BUS_ADDRESS"_s});
     QCOMPARE(outcome.status, 0);
     QVERIFY(outcome.out.startsWith(u"unix:path=/"_s));
     QVERIFY(!QFile::exists(folderOf(outcome.out)));
@@ -150,26 +152,29 @@ void TestProgram::stopsItsCommand()
 {
     QProcess process;
     process.start(QStringLiteral(VARDA_SIMULATOR),
-                  { u"--"_s, u"sh"_s, u"-c"_s, u"echo ready; exec sleep 1000"_s });
+                  {u"--"_s, u"sh"_s, u"-c"_s, u"echo ready; exec sleep 1000"_s});
     QVERIFY(process.waitForReadyRead());
     ::kill(pid_t(process.processId()), SIGTERM);
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitCode(), 143);
 }
 
-void TestProgram::overrides()
+void TestProgram::records()
 {
-    QTemporaryDir folder;
-    const QString record = folder.filePath(u"record"_s);
-    const QString ask = u"busctl --address=$DBUS_SYSTEM_BUS_ADDRESS call org.varda.Simulator "
-                        "/org/varda/Simulator org.varda.Simulator1 State s 00:AA:01:01:00:01"_s;
-    if (QStandardPaths::findExecutable(u"busctl"_s).isEmpty())
-        QSKIP("busctl is not installed");
-    const Outcome outcome = run({ u"--model"_s, u"vskm"_s, u"--mode"_s, u"sps"_s, u"--record"_s,
-                                  record, u"--"_s, u"sh"_s, u"-c"_s, ask });
-    QCOMPARE(outcome.status, 0);
-    QVERIFY2(outcome.out.contains(u"\\\"connected\\\":false"_s), qPrintable(outcome.out));
-    QVERIFY(QFile::exists(record));
+    const QTemporaryDir folder;
+    const QString name = folder.filePath(u"record"_s);
+    {
+        const SimulatorProcess simulator({u"--record"_s, name});
+        QDBusConnection bus = QDBusConnection::connectToBus(simulator.address(), u"records"_s);
+        bus.call(QDBusMessage::createMethodCall(u"org.bluez"_s, u"/org/bluez/hci0"_s,
+                                                u"org.bluez.Adapter1"_s, u"StartDiscovery"_s));
+        QDBusConnection::disconnectFromBus(u"records"_s);
+    }
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QJsonObject event = QJsonDocument::fromJson(file.readLine()).object();
+    QCOMPARE(event.value(u"event").toString(), u"StartDiscovery"_s);
+    QVERIFY(file.atEnd());
 }
 
 QTEST_GUILESS_MAIN(TestProgram)
