@@ -19,6 +19,8 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <memory>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using namespace simulator;
@@ -42,7 +44,8 @@ struct Options {
     bool exitWithStdin = false;
 };
 
-Options parseArguments(const QCoreApplication &app)
+// Nothing if the arguments ask for no more than a text; the status is then that of the program.
+std::optional<Options> parseArguments(int *status)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -72,19 +75,24 @@ Options parseArguments(const QCoreApplication &app)
                                  u"[-- COMMAND…]"_s);
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
 
-    if (!parser.parse(app.arguments()))
-        std::exit(fail(parser.errorText()));
-    if (parser.isSet(help))
-        parser.showHelp(0);
+    *status = 0;
+    if (!parser.parse(QCoreApplication::arguments())) {
+        *status = fail(parser.errorText());
+        return std::nullopt;
+    }
+    if (parser.isSet(help)) {
+        std::fputs(parser.helpText().toUtf8().constData(), stdout);
+        return std::nullopt;
+    }
     if (parser.isSet(ownVersion)) {
         std::puts(VARDA_SIMULATOR_VERSION);
-        std::exit(0);
+        return std::nullopt;
     }
-    return {parser.value(scenario),
-            parser.value(record),
-            {parser.value(model), parser.value(mode)},
-            parser.positionalArguments(),
-            parser.isSet(exitWithStdin)};
+    return Options{parser.value(scenario),
+                   parser.value(record),
+                   {parser.value(model), parser.value(mode)},
+                   parser.positionalArguments(),
+                   parser.isSet(exitWithStdin)};
 }
 
 std::optional<Scenario> readScenario(const Options &options, QString *error)
@@ -111,7 +119,7 @@ public:
     StopSignals()
     {
         sigset_t stopping = set();
-        ::sigprocmask(SIG_BLOCK, &stopping, nullptr);
+        ::pthread_sigmask(SIG_BLOCK, &stopping, nullptr);
         m_fd = ::signalfd(-1, &stopping, SFD_CLOEXEC | SFD_NONBLOCK);
     }
     ~StopSignals() { ::close(m_fd); }
@@ -129,7 +137,7 @@ public:
     static void unblock()
     {
         sigset_t stopping = set();
-        ::sigprocmask(SIG_UNBLOCK, &stopping, nullptr);
+        ::pthread_sigmask(SIG_UNBLOCK, &stopping, nullptr);
     }
 
 private:
@@ -238,10 +246,13 @@ int main(int argc, char *argv[])
 
     const StopSignals stopSignals; // before Qt starts threads, so that they block them as well
     const QCoreApplication app(argc, argv);
-    const Options options = parseArguments(app);
+    int status = 0;
+    const std::optional<Options> options = parseArguments(&status);
+    if (!options)
+        return status;
     QString error;
-    const std::optional<Scenario> scenario = readScenario(options, &error);
+    const std::optional<Scenario> scenario = readScenario(*options, &error);
     if (!scenario)
         return fail(error);
-    return serve(options, *scenario, stopSignals);
+    return serve(*options, *scenario, stopSignals);
 }

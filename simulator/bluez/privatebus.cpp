@@ -46,7 +46,7 @@ PrivateBus::PrivateBus(QObject *parent) : QObject(parent)
         // We may have blocked the signals that are meant to stop it.
         sigset_t none;
         sigemptyset(&none);
-        ::sigprocmask(SIG_SETMASK, &none, nullptr);
+        ::pthread_sigmask(SIG_SETMASK, &none, nullptr);
     });
 }
 

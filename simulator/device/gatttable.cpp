@@ -88,7 +88,7 @@ CharacteristicSpec readCharacteristic(const QJsonValue &value, const QString &pa
 
 QStringList readFlags(ObjectReader &reader)
 {
-    static const QStringList known = {
+    static const QStringList kKnown = {
         u"broadcast"_s, u"read"_s,     u"write-without-response"_s,      u"write"_s,
         u"notify"_s,    u"indicate"_s, u"authenticated-signed-writes"_s, u"extended-properties"_s,
     };
@@ -97,8 +97,8 @@ QStringList readFlags(ObjectReader &reader)
     for (qsizetype i = 0; i < list.size(); ++i) {
         const QString where = reader.path("flags") + u"[%1]"_s.arg(i);
         const QString flag = readText(list[i], where);
-        if (!known.contains(flag))
-            badValue(where, u"\"%1\" is none of %2"_s.arg(flag, known.join(u", "_s)));
+        if (!kKnown.contains(flag))
+            badValue(where, u"\"%1\" is none of %2"_s.arg(flag, kKnown.join(u", "_s)));
         flags.append(flag);
     }
     return flags;
@@ -106,13 +106,13 @@ QStringList readFlags(ObjectReader &reader)
 
 QString readUuid(const QJsonValue &value, const QString &path)
 {
-    static const QRegularExpression longForm(
+    static const QRegularExpression kLongForm(
         u"^[0-9a-f]{8}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{12}$"_s);
-    static const QRegularExpression shortForm(u"^[0-9a-f]{4}$"_s);
-    const QString text = readText(value, path).toLower();
-    if (shortForm.match(text).hasMatch())
+    static const QRegularExpression kShortForm(u"^[0-9a-f]{4}$"_s);
+    QString text = readText(value, path).toLower();
+    if (kShortForm.match(text).hasMatch())
         return bluetoothUuid(text);
-    if (!longForm.match(text).hasMatch())
+    if (!kLongForm.match(text).hasMatch())
         badValue(path, u"\"%1\" is no UUID"_s.arg(text));
     return text;
 }

@@ -48,9 +48,9 @@ bool readBool(const QJsonValue &value, const QString &path)
 QByteArray readHex(const QJsonValue &value, const QString &path)
 {
     // Spaces between bytes are welcome in long texts.
-    static const QRegularExpression pattern(u"^(\\s*[0-9A-Fa-f]{2})*\\s*$"_s);
+    static const QRegularExpression kPattern(u"^(\\s*[0-9A-Fa-f]{2})*\\s*$"_s);
     const QString text = readText(value, path);
-    if (!pattern.match(text).hasMatch())
+    if (!kPattern.match(text).hasMatch())
         badValue(path, u"bytes in hexadecimal are needed, two digits each"_s);
     return QByteArray::fromHex(text.toLatin1());
 }

@@ -45,19 +45,19 @@ constexpr std::pair<const char *, Radio> kRadios[] = {
 
 // What a healthy computer of a model is when the scenario does not say otherwise.
 struct Profile {
-    Model model;
     const char *name;
     const char *firmware;
     const char *bootloader;
+    Model model;
     int configurationVersion; // the newest there is
 };
 
 constexpr Profile kProfiles[] = {
-    {Model::Varda, "Varda", "1.4.2.b", "1.0.3.a", 13},
-    {Model::Tidemar, "Tidemar", "2.3.1.c", "2.0.1.a", 12},
-    {Model::Vskm, "VSK-0042", "3.1.0.d", "3.0.2.b", 21},
-    {Model::ThirdParty, "RN4871-1A2B", "4.0.0.a", "4.0.0.a", 1},
-    {Model::None, "RN4871-0000", "0.9.0.a", "0.0.0.a", 1},
+    {"Varda", "1.4.2.b", "1.0.3.a", Model::Varda, 13},
+    {"Tidemar", "2.3.1.c", "2.0.1.a", Model::Tidemar, 12},
+    {"VSK-0042", "3.1.0.d", "3.0.2.b", Model::Vskm, 21},
+    {"RN4871-1A2B", "4.0.0.a", "4.0.0.a", Model::ThirdParty, 1},
+    {"RN4871-0000", "0.9.0.a", "0.0.0.a", Model::None, 1},
 };
 
 const Profile &profileOf(Model model)
@@ -67,9 +67,9 @@ const Profile &profileOf(Model model)
 
 QString readAddress(ObjectReader &reader, const QString &fallback)
 {
-    static const QRegularExpression pattern(u"^([0-9A-F]{2}:){5}[0-9A-F]{2}$"_s);
+    static const QRegularExpression kPattern(u"^([0-9A-F]{2}:){5}[0-9A-F]{2}$"_s);
     const QString address = reader.text("address", fallback);
-    if (!pattern.match(address).hasMatch()) {
+    if (!kPattern.match(address).hasMatch()) {
         badValue(reader.path("address"),
                  u"\"%1\" is no address such as 00:AA:01:01:00:01"_s.arg(address));
     }
@@ -88,14 +88,14 @@ quint32 readVersion(ObjectReader &reader, const char *key, const char *fallback)
 // As people read it: "0011AABB-22334455-66778899", or "0605-0403-0201-A" for the oldest records.
 QByteArray readSerial(ObjectReader &reader, int recordVersion)
 {
-    static const QRegularExpression words(
+    static const QRegularExpression kWords(
         u"^([0-9A-Fa-f]{8})-([0-9A-Fa-f]{8})-([0-9A-Fa-f]{8})$"_s);
-    static const QRegularExpression old(
+    static const QRegularExpression kOld(
         u"^([0-9A-Fa-f]{4})-([0-9A-Fa-f]{4})-([0-9A-Fa-f]{4})-(.)$"_s);
 
     if (recordVersion == 0) {
         const QString text = reader.text("serial", u"2024-0517-0042-B"_s);
-        const QRegularExpressionMatch match = old.match(text);
+        const QRegularExpressionMatch match = kOld.match(text);
         if (!match.hasMatch() || match.captured(4).front().unicode() > 255)
             badValue(reader.path("serial"), u"\"%1\" is not like 0605-0403-0201-A"_s.arg(text));
         QByteArray bytes = QByteArray::fromHex(
@@ -105,7 +105,7 @@ QByteArray readSerial(ObjectReader &reader, int recordVersion)
     }
 
     const QString text = reader.text("serial", u"00420017-3138510D-37373934"_s);
-    const QRegularExpressionMatch match = words.match(text);
+    const QRegularExpressionMatch match = kWords.match(text);
     if (!match.hasMatch()) {
         badValue(reader.path("serial"),
                  u"\"%1\" is not like 0011AABB-22334455-66778899"_s.arg(text));

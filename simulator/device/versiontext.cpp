@@ -7,9 +7,9 @@ namespace simulator {
 
 std::optional<quint32> packVersion(const QString &text)
 {
-    static const QRegularExpression pattern(
+    static const QRegularExpression kPattern(
         QStringLiteral("^(\\d{1,3})\\.(\\d{1,3})\\.(\\d{1,3})\\.(.)$"));
-    const QRegularExpressionMatch match = pattern.match(text);
+    const QRegularExpressionMatch match = kPattern.match(text);
     if (!match.hasMatch())
         return std::nullopt;
 

@@ -86,7 +86,7 @@ QList<QJsonObject> SimulatorProcess::events(const QString &event)
 {
     QList<QJsonObject> found;
     const QJsonArray all = record();
-    for (const QJsonValue &each : all) {
+    for (const auto &each : all) {
         if (each[u"event"].toString() == event)
             found.append(each.toObject());
     }

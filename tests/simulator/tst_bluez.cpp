@@ -254,11 +254,11 @@ void TestBluez::splitAndMerged_data()
     QTest::addColumn<QList<qsizetype>>("sizes");
     const QByteArray twoFrames = R"("responses":{"Identification":["0102","0304"]})";
     QTest::newRow("one frame in each") << "{" + twoFrames + "}" << QList<qsizetype>{11, 11};
-    QTest::newRow("cut") << "{\"split\":8," + twoFrames + "}" << QList<qsizetype>{8, 3, 8, 3};
-    QTest::newRow("merged") << "{\"merge\":true," + twoFrames + "}" << QList<qsizetype>{22};
+    QTest::newRow("cut") << R"({"split":8,)" + twoFrames + "}" << QList<qsizetype>{8, 3, 8, 3};
+    QTest::newRow("merged") << R"({"merge":true,)" + twoFrames + "}" << QList<qsizetype>{22};
     QTest::newRow("merged and cut")
-        << "{\"merge\":true,\"split\":15," + twoFrames + "}" << QList<qsizetype>{15, 7};
-    QTest::newRow("paced") << "{\"pace\":{\"ms\":20,\"count\":1}," + twoFrames + "}"
+        << R"({"merge":true,"split":15,)" + twoFrames + "}" << QList<qsizetype>{15, 7};
+    QTest::newRow("paced") << R"({"pace":{"ms":20,"count":1},)" + twoFrames + "}"
                            << QList<qsizetype>{11, 11};
     QTest::newRow("raw") << QByteArray(
         R"({"responses":{"1":{"notifications":["00","","112233"]}}})")
