@@ -1,0 +1,62 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""golden.py VARDA FILE: runs the command in FILE's first line and compares what it prints.
+
+VARDA_UPDATE_GOLDEN=1 writes what it prints into the file instead: look at the difference, then
+commit it. A new test is a file with that first line only.
+"""
+
+import difflib
+import os
+import shlex
+import subprocess
+import sys
+from pathlib import Path
+
+HERE = Path(__file__).resolve().parent
+
+
+def environment():
+    """The same everywhere: no radio of this machine, no terminal, no wishes of its user."""
+    kept = {
+        name: value
+        for name, value in os.environ.items()
+        if not name.startswith(("QT_", "LC_")) and name not in ("LANG", "TERM")
+    }
+    return kept | {"LANG": "C.UTF-8", "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
+
+
+def transcript(varda, line):
+    words = shlex.split(line.removeprefix("$ "))
+    env = environment()
+    while "=" in words[0]:
+        name, value = words.pop(0).split("=", 1)
+        env[name] = value
+    if words[0] != "varda":
+        sys.exit(f"the first line is not \"$ varda ...\": {line}")
+    done = subprocess.run(
+        [varda, *words[1:]], cwd=HERE, env=env, stdin=subprocess.DEVNULL, capture_output=True
+    )
+    text = line + "\n" + done.stdout.decode("utf-8")
+    if done.stderr:
+        text += "[stderr]\n" + done.stderr.decode("utf-8")
+    return text + f"[exit {done.returncode}]\n"
+
+
+def main():
+    varda, file = sys.argv[1], Path(sys.argv[2])
+    # Line ends are compared as well.
+    wanted = file.read_bytes().decode("utf-8")
+    got = transcript(varda, wanted.splitlines()[0])
+    if os.environ.get("VARDA_UPDATE_GOLDEN") == "1":
+        file.write_bytes(got.encode("utf-8"))
+    elif got != wanted:
+        difference = difflib.unified_diff(
+            wanted.splitlines(), got.splitlines(), str(file), "what it prints", lineterm=""
+        )
+        print("\n".join(difference))
+        print("(as seen by repr, if they look alike)" if got.split() == wanted.split() else "")
+        sys.exit(1)
+
+
+main()

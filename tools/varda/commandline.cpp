@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+#include "commandline.h"
+
+#include "commands.h"
+#include "failure.h"
+#include "helptext.h"
+#include "interrupt.h"
+#include "simulation.h"
+#include "terminal.h"
+
+#include <QtBluetooth/qbluetoothaddress.h>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kLongestTimeout = 3600;
+
+std::string validAddress(const std::string &text)
+{
+    const bool valid = !QBluetoothAddress(QString::fromStdString(text)).isNull();
+    return valid ? std::string() : "\"" + text + "\" is no address such as 00:AA:01:01:00:01";
+}
+
+} // namespace
+
+CommandLine::CommandLine() : m_app("Talks to diving computers over Bluetooth Low Energy.", "varda")
+{
+    m_app.formatter(std::make_shared<HelpText>());
+    m_app.set_help_flag("-h,--help", "Show this text");
+    m_app.set_version_flag("--version", "varda " VARDA_VERSION, "Show the version");
+    m_app.require_subcommand(1);
+    // So that an option may stand behind the command as well.
+    m_app.fallthrough();
+    addGlobalOptions();
+    addScan(*this);
+    addInfo(*this);
+    addConfig(*this);
+    // The commands would take it over.
+    m_app.footer("Exit status: 0 done; 1 the computer refused or its answer was damaged; 2 wrong "
+                 "usage;\n3 no computer found; 4 not connected or link lost; 5 no answer in time;\n"
+                 "6 no Bluetooth.");
+}
+
+void CommandLine::addGlobalOptions()
+{
+    m_app
+        .add_option("--device", m_device,
+                    "The computer to talk to; the first one found if not given")
+        ->type_name("ADDRESS")
+        ->check(validAddress);
+    m_app.add_option("--mode", m_mode, "Its kind of serial link, gatt (the usual one) or sps")
+        ->type_name("MODE")
+        ->transform(CLI::IsMember({"gatt", "sps"}, CLI::ignore_case).description(""));
+    m_app.add_option("--timeout", m_timeout, "Time to find it and to connect; 60, scan: 10")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1, kLongestTimeout).description(""));
+    m_app.add_option("--simulate", m_scenario, "Talk to a simulated computer: a file or a name")
+        ->type_name("[SCENARIO]")
+        ->expected(0, 1);
+    m_app.add_flag("--json", m_options.json, "Print JSON");
+    m_app.add_flag("--verbose", m_options.verbose, "Show on stderr what is sent and received");
+}
+
+void CommandLine::takeGlobalOptions()
+{
+    if (!m_device.empty())
+        m_options.device = QBluetoothAddress(QString::fromStdString(m_device)).toString();
+    m_options.mode = m_mode == "sps" ? BleMode::Sps : BleMode::Gatt;
+    if (m_timeout > 0)
+        m_options.timeout = std::chrono::seconds(m_timeout);
+    if (m_app.count("--simulate") > 0)
+        m_options.simulate = QString::fromLocal8Bit(m_scenario.c_str());
+}
+
+CLI::App *CommandLine::add(const std::string &name, const std::string &description,
+                           const Action &action)
+{
+    CLI::App *const command = m_app.add_subcommand(name, description);
+    command->callback([this, action] { m_action = action; });
+    return command;
+}
+
+QString CommandLine::whatIsWrong(const CLI::ParseError &error) const
+{
+    if (dynamic_cast<const CLI::RequiredError *>(&error) == nullptr
+        || !m_app.get_subcommands().empty())
+        return QString::fromLocal8Bit(error.what());
+    // CLI11 misses a command before it looks at what is there instead.
+    const std::vector<std::string> rest = m_app.remaining();
+    if (rest.empty())
+        return u"there is no command"_s;
+    return u"there is no command \"%1\""_s.arg(QString::fromLocal8Bit(rest.front().c_str()));
+}
+
+std::optional<int> CommandLine::parse(int argc, const char *const *argv)
+{
+    try {
+        m_app.parse(argc, argv);
+        takeGlobalOptions();
+        return std::nullopt;
+    } catch (const CLI::Success &success) {
+        return m_app.exit(success);
+    } catch (const CLI::ParseError &error) {
+        printError({ExitCode::UsageError, whatIsWrong(error),
+                    u"\"varda --help\" tells how it is used."_s});
+        return int(ExitCode::UsageError);
+    }
+}
+
+int CommandLine::run() const
+{
+    try {
+        const Interrupt interrupt;
+        std::unique_ptr<Simulation> simulation;
+        if (m_options.simulate)
+            simulation = std::make_unique<Simulation>(*m_options.simulate);
+        m_action(m_options);
+        clearStatus();
+        flushOutput();
+        return int(ExitCode::Ok);
+    } catch (const Failure &failure) {
+        printError(failure);
+        return int(failure.code);
+    }
+}

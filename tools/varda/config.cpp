@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#include "commandline.h"
+#include "commands.h"
+#include "connection.h"
+#include "records.h"
+#include "terminal.h"
+#include "text.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Told in words; what the other fields mean is the computer's.
+constexpr std::array kNamedFields = {
+    "waterType"_L1, "surfacePressure"_L1, "gasTable1"_L1,
+    "gasTable2"_L1, "rawBlock"_L1,        "batteryType"_L1,
+};
+
+QString waterText(const BleConfig &config)
+{
+    const QString density = u"%1 kg/l"_s.arg(double(config.getDensity()), 0, 'f', 2);
+    switch (config.waterType) {
+    case 0:
+        return u"sea, "_s + density;
+    case 1:
+        return u"fresh, "_s + density;
+    case 2:
+        return u"between fresh and sea, "_s + density;
+    default:
+        return u"type %1, taken as %2"_s.arg(config.waterType).arg(density);
+    }
+}
+
+QString gasesText(const std::array<BleConfig::Gas, 12> &gases)
+{
+    QString text;
+    for (std::size_t i = 0; i < gases.size(); ++i) {
+        const auto [oxygen, helium] = gases[i];
+        if (oxygen == 0 && helium == 0)
+            continue;
+        text += u"  %1  %2 % O2  %3 % He  %4\n"_s.arg(i, 2).arg(oxygen, 3).arg(helium, 3).arg(
+            gasName(oxygen, helium));
+    }
+    return text.isEmpty() ? u"  none\n"_s : text;
+}
+
+QString otherFields(const Fields &fields)
+{
+    Table table;
+    for (const auto &[name, value] : fields) {
+        if (std::find(kNamedFields.begin(), kNamedFields.end(), name) == kNamedFields.end())
+            table.add(name, plainText(value));
+    }
+    return table.text(2);
+}
+
+void printText(const Connection &connection)
+{
+    const VardaSession &session = connection.session();
+    const BleConfig &config = session.config();
+    const BleComputer &computer = session.computer();
+    const QJsonObject computerFields = toJson(fieldsOf(computer));
+    Table table;
+    table.add(u"Name"_s, safeText(connection.device().name()));
+    table.add(u"Model"_s, session.computerModelStr());
+    table.add(u"Firmware"_s, safeText(versionText(session.firmwareVersionStr())));
+    table.add(u"Text"_s, plainText(computerFields.value("rawBlock"_L1)));
+    table.add(u"Battery type"_s, computer.getBatteryStr());
+    table.add(u"Water"_s, waterText(config));
+    table.add(u"Surface pressure"_s, u"%1 mbar"_s.arg(config.surfacePressure));
+    print(table.text());
+    print(u"\nGas table 1\n"_s + gasesText(config.gasTable1));
+    print(u"\nGas table 2\n"_s + gasesText(config.gasTable2));
+    print(u"\nConfiguration\n"_s + otherFields(fieldsOf(config)));
+    print(u"\nSettings\n"_s + otherFields(fieldsOf(computer)));
+}
+
+void printJson(const Connection &connection)
+{
+    const VardaSession &session = connection.session();
+    print(QJsonObject{
+        {u"device"_s, toJson(connection.device())},
+        {u"computerModel"_s, session.computerModelStr()},
+        {u"firmwareVersionStr"_s, versionText(session.firmwareVersionStr())},
+        {u"config"_s, toJson(fieldsOf(session.config()))},
+        {u"computer"_s, toJson(fieldsOf(session.computer()))},
+    });
+}
+
+void config(const Options &options, bool basic)
+{
+    Connection connection(options);
+    connection.read(TidemarCommand::Identification, u"identification"_s);
+    connection.read(basic ? TidemarCommand::Computer : TidemarCommand::Computer_new,
+                    u"configuration"_s);
+    if (options.json)
+        printJson(connection);
+    else
+        printText(connection);
+}
+
+} // namespace
+
+void addConfig(CommandLine &line)
+{
+    const auto basic = std::make_shared<bool>(false);
+    CLI::App *const command = line.add(
+        "config", "Show the computer's settings and gases",
+        [basic](const Options &options) { config(options, *basic); });
+    command->add_flag("--basic", *basic, "Without what older firmwares do not know");
+}

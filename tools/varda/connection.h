@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "failure.h"
+#include "options.h"
+
+#include <varda/bledeviceinfo.h>
+#include <varda/tidemarcommand.h>
+#include <varda/vardasession.h>
+
+#include <QtCore/qdeadlinetimer.h>
+#include <QtCore/qobject.h>
+#include <QtCore/qpointer.h>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+
+class BleDevice;
+class Step;
+
+/** One job on a computer. */
+struct Job {
+    QString name;                         ///< "owner": it is read, or whatever the verb says
+    TidemarCommand::TidemarCommandIn end; ///< the command whose end is the job's
+    std::function<void(VardaSession &)> start;
+    QString verb = QStringLiteral("Reading");
+    std::chrono::minutes limit{5}; ///< whatever it still sends
+};
+
+/**
+ * The link to one computer, up as long as this lives. Every wait on it has a deadline, since the
+ * library is silent about an answer that is no answer, and Bluetooth about a daemon that has died.
+ */
+class Connection : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** Finds the computer and connects to it. @throws Failure */
+    explicit Connection(const Options &options);
+    ~Connection() override;
+    Q_DISABLE_COPY_MOVE(Connection)
+
+    /** Runs a job to its end. @throws Failure, and the link is down after some of them */
+    void run(const Job &job);
+    /** A job without arguments. */
+    void read(TidemarCommand::TidemarCommandIn command, const QString &name);
+
+    /** What has been read, so far. */
+    [[nodiscard]] const VardaSession &session() const { return m_session; }
+    [[nodiscard]] BleDeviceInfo device() const { return m_session.lastDevice(); }
+    /** Bytes received by the job that runs or ran last. */
+    [[nodiscard]] qint64 received() const { return m_received; }
+
+private:
+    void watchSession();
+    void open(const Options &options);
+    static BleDeviceInfo findAddress(const Options &options, const QDeadlineTimer &deadline);
+    void onMessage();
+    void onSearchEnded(CreateControllerStatus::CreateControllerStatusIn status);
+    void onConnectStatus(ConnectControllerStatus::ConnectControllerStatusIn status);
+    void onJobEnded(TidemarCommand::TidemarCommandIn command);
+    void onRefused(ExchangeError::ExchangeErrorIn error);
+    void onLinkDown();
+    void onNotification(const QByteArray &data);
+    void fail(const Failure &failure);
+    void letGo();
+    [[nodiscard]] Failure notConnected() const;
+    [[nodiscard]] QString computerName() const;
+
+    const BleMode m_mode;
+    bool m_found = false; ///< there is a computer to connect to
+    QPointer<BleDevice> m_link;
+    Step *m_step = nullptr; ///< the one that is waited for
+    std::optional<Failure> m_linkFailure;
+    std::optional<TidemarCommand::TidemarCommandIn> m_expected;
+    QString m_jobName;
+    bool m_silent = false; ///< the library has waited in vain for an answer
+    qint64 m_received = 0;
+    VardaSession m_session; // last: what it still has to say finds the rest in place
+};

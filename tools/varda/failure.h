@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/qstring.h>
+
+/** What the process ends with; scripts rely on the numbers. */
+enum class ExitCode : int {
+    Ok = 0,
+    JobFailed = 1,   ///< the computer refused, or its answer was damaged
+    UsageError = 2,  ///< also a file or a scenario that cannot be used
+    NotFound = 3,    ///< no computer in reach
+    LinkFailed = 4,  ///< could not connect, or the link was lost
+    TimedOut = 5,    ///< found, but it did not answer in time
+    NoBluetooth = 6, ///< no adapter, switched off, or not allowed
+    Signal = 128,    ///< plus the number of the signal that interrupted
+};
+
+/** Thrown where a command cannot go on, caught where the process ends. */
+struct Failure {
+    ExitCode code = ExitCode::JobFailed;
+    QString what;   ///< what happened, one line without a full stop
+    QString advice; ///< what to do about it, if there is something
+};

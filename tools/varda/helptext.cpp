@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "helptext.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Rows = std::vector<std::pair<std::string, std::string>>;
+
+std::string section(const std::string &title, const Rows &rows)
+{
+    if (rows.empty())
+        return {};
+    std::size_t width = 0;
+    for (const auto &[left, right] : rows)
+        width = std::max(width, left.size());
+    std::string text = "\n" + title + ":\n";
+    for (const auto &[left, right] : rows)
+        text += "  " + left + std::string(width - left.size() + 2, ' ') + right + "\n";
+    return text;
+}
+
+/** "-h, --help" or "--mode MODE"; the value's name is the option's type name. */
+std::string signature(const CLI::Option &option)
+{
+    std::string text;
+    for (const std::string &name : option.get_snames())
+        text += "-" + name + ", ";
+    for (const std::string &name : option.get_lnames())
+        text += "--" + name + ", ";
+    text.erase(text.size() - 2);
+    const std::string value = option.get_type_name();
+    return value.empty() ? text : text + " " + value;
+}
+
+} // namespace
+
+std::string HelpText::make_help(const CLI::App *app, std::string name,
+                                CLI::AppFormatMode /*mode*/) const
+{
+    const bool isCommand = app->get_parent() != nullptr;
+    const std::string program = isCommand ? app->get_parent()->get_name() + " " + app->get_name()
+                                          : std::move(name);
+    Rows arguments;
+    Rows options;
+    std::string usage = "Usage: " + program + " [OPTIONS]";
+    for (const CLI::Option *option : app->get_options()) {
+        if (!option->get_positional()) {
+            options.emplace_back(signature(*option), option->get_description());
+            continue;
+        }
+        usage += " " + option->get_type_name();
+        arguments.emplace_back(option->get_type_name(), option->get_description());
+    }
+    Rows commands;
+    for (const CLI::App *command : app->get_subcommands({}))
+        commands.emplace_back(command->get_name(), command->get_description());
+    if (!commands.empty())
+        usage += " COMMAND";
+
+    std::string text = app->get_description() + "\n\n" + usage + "\n";
+    text += section("Commands", commands);
+    text += section("Arguments", arguments);
+    text += section("Options", options);
+    const std::string footer = app->get_footer();
+    if (isCommand)
+        text += "\n\"varda --help\" tells the options that all commands have.\n";
+    return footer.empty() ? text : text + "\n" + footer + "\n";
+}

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#include "commandline.h"
+#include "terminal.h"
+
+#include <QtCore/qcoreapplication.h>
+
+int main(int argc, char *argv[])
+{
+    CommandLine line;
+    if (const auto status = line.parse(argc, argv))
+        return *status;
+    routeDiagnostics(line.options().verbose);
+    const QCoreApplication app(argc, argv);
+    return line.run();
+}

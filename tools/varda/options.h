@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <varda/blemode.h>
+
+#include <QtCore/qstring.h>
+
+#include <chrono>
+#include <optional>
+
+/** What holds for every command. */
+struct Options {
+    QString device; ///< address; empty for the first computer that is found
+    BleMode mode = BleMode::Gatt;
+    std::optional<QString> simulate; ///< a scenario; empty for the usual computer
+    bool json = false;
+    bool verbose = false;
+    std::optional<std::chrono::seconds> timeout;
+};

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "bluetooth.h"
+#include "commandline.h"
+#include "commands.h"
+#include "records.h"
+#include "terminal.h"
+#include "text.h"
+
+#include <QtCore/qjsonarray.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kScanTime = 10s;
+
+/** The name stands last: what strangers put in it cannot move the columns. */
+QString row(const QString &address, const QString &rssi, const QString &name)
+{
+    return u"%1  %2  %3\n"_s.arg(address, -17).arg(rssi, 7).arg(name);
+}
+
+void printDevice(const BleDeviceInfo &device)
+{
+    // 0 stands for a device that was not heard in this scan, only remembered.
+    const QString rssi = device.rssi() == 0 ? u"-"_s : u"%1 dBm"_s.arg(device.rssi());
+    print(row(device.address(), rssi, safeText(device.name())));
+    flushOutput();
+}
+
+void scan(const Options &options, bool all)
+{
+    QJsonArray list;
+    const auto duration = options.timeout.value_or(kScanTime);
+    showStatus(u"Scanning"_s);
+    scanFor(duration, [&](const BleDeviceInfo &device) {
+        const bool isComputer = isComputerName(device.name());
+        if (!isComputer && !all)
+            return false;
+        if (!options.json) {
+            if (list.isEmpty())
+                print(row(u"ADDRESS"_s, u"SIGNAL"_s, u"NAME"_s));
+            printDevice(device);
+            showStatus(u"Scanning"_s);
+        }
+        QJsonObject object = toJson(device);
+        object.insert(u"computer"_s, isComputer);
+        list.append(object);
+        return false;
+    });
+    if (options.json)
+        print(QJsonObject{{u"devices"_s, list}});
+    if (list.isEmpty()) {
+        throw Failure{ExitCode::NotFound, u"nothing found within %1 s"_s.arg(duration.count()),
+                      u"Is the computer switched on, in its Bluetooth mode and near?"_s};
+    }
+}
+
+} // namespace
+
+void addScan(CommandLine &line)
+{
+    const auto all = std::make_shared<bool>(false);
+    CLI::App *const command = line.add("scan", "List the computers in reach",
+                                       [all](const Options &options) { scan(options, *all); });
+    command->add_flag("--all", *all, "Also other devices that have a name");
+}

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/qlist.h>
+#include <QtCore/qstring.h>
+
+#include <cstdint>
+#include <utility>
+
+/**
+ * Text of a stranger, fit for a terminal: what would move the cursor, start an escape sequence,
+ * break the line or turn its direction is replaced by U+FFFD.
+ */
+[[nodiscard]] QString safeText(const QString &text);
+
+/** JSON text in which such characters, where they are left as they are, are escaped. */
+[[nodiscard]] QString safeJson(const QString &json);
+
+/** A version as the computer gives it; its last character may be a NUL, which is left out. */
+[[nodiscard]] QString versionText(const QString &version);
+
+/** A computer's clock, "2024-05-17 08:30:00"; or the bare number where it is no time. */
+[[nodiscard]] QString clockText(std::int64_t seconds);
+
+/** The usual name of a mix, "Air", "EAN32", "Oxygen" or "18/45". */
+[[nodiscard]] QString gasName(int oxygen, int helium);
+
+/** Lines of a label and a value, the values below each other. */
+class Table
+{
+public:
+    /** An empty value shows as "-". */
+    void add(const QString &label, const QString &value);
+    /** The lines, each behind @p indent spaces. */
+    [[nodiscard]] QString text(int indent = 0) const;
+
+private:
+    QList<std::pair<QString, QString>> m_lines;
+};
