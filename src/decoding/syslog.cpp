@@ -15,6 +15,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::int64_t kSecondsPerDay = 86400;
+// The calendar repeats itself after so long.
+constexpr std::int64_t kYearsPerCycle = 400;
+constexpr std::int64_t kDaysPerCycle = 146097;
 
 /** How the arguments of a log entry stand in its text. */
 enum class Arguments {
@@ -118,21 +121,30 @@ struct Calendar {
     int secondOfDay = 0;
 };
 
-/** In UTC; all zeros for a time beyond the years that a calendar of 32 bits has. */
+struct Division {
+    std::int64_t quotient;
+    std::int64_t remainder; ///< never negative
+};
+
+constexpr Division divide(std::int64_t dividend, std::int64_t divisor)
+{
+    const std::int64_t remainder = dividend % divisor;
+    if (remainder < 0)
+        return {dividend / divisor - 1, remainder + divisor};
+    return {dividend / divisor, remainder};
+}
+
+/** In UTC; all zeros where the years since 1900 exceed 32 bits, which no C library breaks down. */
 Calendar breakDown(std::int64_t seconds)
 {
-    std::int64_t days = seconds / kSecondsPerDay;
-    std::int64_t rest = seconds % kSecondsPerDay;
-    if (rest < 0) {
-        rest += kSecondsPerDay;
-        --days;
-    }
-    const QDate date = QDate(1970, 1, 1).addDays(days);
-    if (!date.isValid())
+    const auto [days, secondOfDay] = divide(seconds, kSecondsPerDay);
+    // QDate ends some 1900 years before the last of these years, and it has no year 0.
+    const auto [cycles, day] = divide(days, kDaysPerCycle);
+    const QDate date = QDate(1970, 1, 1).addDays(day);
+    const std::int64_t years = cycles * kYearsPerCycle + date.year() - 1900;
+    if (years != std::int32_t(years))
         return {};
-    // QDate has no year 0: the year before 1 is -1.
-    const int year = date.year() < 0 ? date.year() + 1 : date.year();
-    return {std::int64_t(year) - 1900, date.month() - 1, date.day(), int(rest)};
+    return {years, date.month() - 1, date.day(), int(secondOfDay)};
 }
 
 QString twoDigits(int value)
