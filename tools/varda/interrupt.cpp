@@ -9,8 +9,8 @@
 
 namespace {
 
-Interrupt *g_instance = nullptr;
-std::array<int, 2> g_pipe{-1, -1}; // a handler may write, and may do little else
+Interrupt *currentInterrupt = nullptr;
+std::array<int, 2> signalPipe{-1, -1}; // a handler may write, and may do little else
 
 constexpr std::array kSignals{SIGINT, SIGTERM, SIGHUP};
 
@@ -18,17 +18,17 @@ void onSignal(int number)
 {
     const auto byte = static_cast<unsigned char>(number);
     // The pipe is empty, or it is full of such bytes.
-    [[maybe_unused]] const auto written = ::write(g_pipe[1], &byte, 1);
+    [[maybe_unused]] const auto written = ::write(signalPipe[1], &byte, 1);
 }
 
 } // namespace
 
 Interrupt::Interrupt()
 {
-    g_instance = this;
-    if (::pipe2(g_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+    currentInterrupt = this;
+    if (::pipe2(signalPipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
         return;
-    m_notifier = std::make_unique<QSocketNotifier>(g_pipe[0], QSocketNotifier::Read);
+    m_notifier = std::make_unique<QSocketNotifier>(signalPipe[0], QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &Interrupt::onReadable);
     struct sigaction action = {};
     action.sa_handler = onSignal;
@@ -44,20 +44,20 @@ Interrupt::~Interrupt()
     for (const int number : kSignals)
         std::signal(number, SIG_DFL);
     m_notifier.reset();
-    for (int &end : g_pipe)
+    for (int &end : signalPipe)
         ::close(std::exchange(end, -1));
-    g_instance = nullptr;
+    currentInterrupt = nullptr;
 }
 
 Interrupt *Interrupt::instance()
 {
-    return g_instance;
+    return currentInterrupt;
 }
 
 void Interrupt::onReadable()
 {
     unsigned char number = 0;
-    if (::read(g_pipe[0], &number, 1) != 1)
+    if (::read(signalPipe[0], &number, 1) != 1)
         return;
     m_number = number;
     Q_EMIT came();

@@ -42,7 +42,7 @@ QString simulatorProgram()
 QString scenarioFile(const QString &scenario)
 {
     const QDir shipped(QCoreApplication::applicationDirPath() + kScenarioFolder);
-    const QString file = shipped.filePath(scenario + u".json"_s);
+    QString file = shipped.filePath(scenario + u".json"_s);
     if (!scenario.contains(u'/') && QFileInfo(file).isFile())
         return file;
     if (QFileInfo(scenario).isFile())

@@ -18,8 +18,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString g_status;              // as it stands on the terminal
-QElapsedTimer g_sinceTheStart; // for the diagnostics
+QString shownStatus;         // as it stands on the terminal
+QElapsedTimer sinceTheStart; // for the diagnostics
 
 QByteArray encoded(const QString &text)
 {
@@ -40,9 +40,9 @@ void write(std::FILE *stream, const QByteArray &bytes)
 
 bool hasStatusLine()
 {
-    static const bool has = ::isatty(STDERR_FILENO) != 0
-                            && qgetenv("TERM") != QByteArrayView("dumb");
-    return has;
+    static const bool kHas = ::isatty(STDERR_FILENO) != 0
+                             && qgetenv("TERM") != QByteArrayView("dumb");
+    return kHas;
 }
 
 int terminalWidth()
@@ -63,10 +63,10 @@ void drawStatus(const QString &text)
 QString withNumbersInLine(const QString &json)
 {
     // Inside a string there is no line feed, so nothing there looks like this.
-    static const QRegularExpression list(u"\\[\\n([-+.,0-9eE\\s]+)\\]"_s);
+    static const QRegularExpression kList(u"\\[\\n([-+.,0-9eE\\s]+)\\]"_s);
     QString result;
     qsizetype from = 0;
-    for (auto it = list.globalMatch(json); it.hasNext();) {
+    for (auto it = kList.globalMatch(json); it.hasNext();) {
         const auto match = it.next();
         result += QStringView(json).sliced(from, match.capturedStart() - from);
         result += u'[' + match.captured(1).simplified() + u']';
@@ -78,9 +78,9 @@ QString withNumbersInLine(const QString &json)
 
 void onDiagnostic(QtMsgType /*type*/, const QMessageLogContext &context, const QString &message)
 {
-    const QString status = g_status;
+    const QString status = shownStatus;
     clearStatus();
-    const auto seconds = double(g_sinceTheStart.elapsed()) / 1000.0;
+    const auto seconds = double(sinceTheStart.elapsed()) / 1000.0;
     write(stderr, encoded(u"%1 %2: %3\n"_s.arg(seconds, 7, 'f', 3)
                               .arg(QLatin1StringView(context.category), safeText(message))));
     std::fflush(stderr);
@@ -91,7 +91,7 @@ void onDiagnostic(QtMsgType /*type*/, const QMessageLogContext &context, const Q
 
 bool speaksUtf8()
 {
-    static const bool speaks = [] {
+    static const bool kSpeaks = [] {
         for (const char *name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
             const QByteArray value = qgetenv(name).toLower();
             if (!value.isEmpty())
@@ -99,7 +99,7 @@ bool speaksUtf8()
         }
         return false;
     }();
-    return speaks;
+    return kSpeaks;
 }
 
 void print(const QString &text)
@@ -135,21 +135,21 @@ void showStatus(const QString &text)
     if (!hasStatusLine() || text.isEmpty())
         return;
     // A line that wraps could not be erased.
-    g_status = safeText(text).left(terminalWidth() - 1);
-    drawStatus(g_status);
+    shownStatus = safeText(text).left(terminalWidth() - 1);
+    drawStatus(shownStatus);
 }
 
 void clearStatus()
 {
-    if (g_status.isEmpty())
+    if (shownStatus.isEmpty())
         return;
-    g_status.clear();
+    shownStatus.clear();
     drawStatus({});
 }
 
 void routeDiagnostics(bool verbose)
 {
-    g_sinceTheStart.start();
+    sinceTheStart.start();
     qInstallMessageHandler(onDiagnostic);
     QLoggingCategory::setFilterRules(verbose ? u"varda.*=true"_s : u"*=false"_s);
 }
