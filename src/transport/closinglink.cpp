@@ -3,17 +3,12 @@
 
 #include <QtBluetooth/qbluetoothaddress.h>
 #include <QtBluetooth/qbluetoothuuid.h>
-#include <QtCore/qcoreapplication.h>
-#include <QtCore/qlist.h>
-#include <QtCore/qthread.h>
 #include <QtCore/qtimer.h>
-
-#include <algorithm>
 
 namespace {
 
-/** Those of this thread, the youngest last. */
-thread_local QList<ClosingLink *> closingLinks;
+/** Those of this thread, a chain from the youngest on. */
+thread_local ClosingLink *youngest = nullptr;
 
 } // namespace
 
@@ -30,24 +25,22 @@ void ClosingLink::close(QLowEnergyController *controller)
 
 ClosingLink *ClosingLink::sameComputer(const QLowEnergyController *controller)
 {
-    const auto same = [controller](const ClosingLink *link) {
-        // macOS and iOS tell no address but a UUID.
-        return link->m_controller->remoteAddress() == controller->remoteAddress()
-               && link->m_controller->remoteDeviceUuid() == controller->remoteDeviceUuid();
-    };
-    const auto it = std::find_if(closingLinks.crbegin(), closingLinks.crend(), same);
-    return it == closingLinks.crend() ? nullptr : *it;
+    ClosingLink *link = youngest;
+    // macOS and iOS tell no address but a UUID.
+    while (link
+           && (link->m_controller->remoteAddress() != controller->remoteAddress()
+               || link->m_controller->remoteDeviceUuid() != controller->remoteDeviceUuid()))
+        link = link->m_older;
+    return link;
 }
 
-ClosingLink::ClosingLink(QLowEnergyController *controller) : m_controller(controller)
+// Without a parent: where the event loop has ended already, the process is about to, and the
+// system closes the link by itself.
+ClosingLink::ClosingLink(QLowEnergyController *controller)
+    : m_controller(controller), m_older(youngest)
 {
-    // A child of the application, so that it ends with it when there is no event loop any more.
-    if (auto *const application = QCoreApplication::instance();
-        application && application->thread() == thread())
-        setParent(application);
+    youngest = this;
     controller->setParent(this);
-    closingLinks.append(this);
-
     connect(controller, &QLowEnergyController::stateChanged, this,
             [this](QLowEnergyController::ControllerState state) {
                 if (state == QLowEnergyController::UnconnectedState)
@@ -58,15 +51,14 @@ ClosingLink::ClosingLink(QLowEnergyController *controller) : m_controller(contro
         controller->disconnectFromDevice();
 }
 
-ClosingLink::~ClosingLink()
-{
-    closingLinks.removeOne(this);
-}
-
 void ClosingLink::finish()
 {
-    if (!closingLinks.removeOne(this))
+    ClosingLink **link = &youngest;
+    while (*link && *link != this)
+        link = &(*link)->m_older;
+    if (!*link)
         return;
+    *link = m_older;
     deleteLater();
     Q_EMIT closed();
 }

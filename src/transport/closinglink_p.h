@@ -25,8 +25,6 @@ public:
     /** The link to the computer of @p controller that is still closing, or null. */
     [[nodiscard]] static ClosingLink *sameComputer(const QLowEnergyController *controller);
 
-    ~ClosingLink() override;
-
 Q_SIGNALS:
     /** The link has ended, or has taken too long. */
     void closed();
@@ -36,4 +34,5 @@ private:
     void finish();
 
     QLowEnergyController *m_controller;
+    ClosingLink *m_older;
 };
