@@ -33,7 +33,8 @@ private Q_SLOTS:
 /** Whether fields lie in a record in the order given. */
 template <typename... Fields> static bool inOrder(const Fields &...fields)
 {
-    const std::array<const volatile void *, sizeof...(Fields)> addresses{std::addressof(fields)...};
+    const std::array<const void *, sizeof...(Fields)> addresses{
+        static_cast<const void *>(std::addressof(fields))...};
     return std::is_sorted(addresses.begin(), addresses.end(), std::less<>());
 }
 
@@ -117,7 +118,8 @@ void TestRecords::batteryInfoRecord()
     QVERIFY(inOrder(r.kind, r.value20, r.code2, r.flag28, r.flag29, r.value12, r.code4, r.flag16,
                     r.flag17, r.flag18, r.offsetValue, r.scaledValue, r.hasExtra, r.extra15,
                     r.extra12, r.extraCode2, r.extraFlag29, r.extraFlag30));
-    static_assert(std::is_signed_v<decltype(r.kind)> && std::is_signed_v<decltype(r.offsetValue)>);
+    static_assert(std::is_signed_v<decltype(r.kind)>);
+    static_assert(std::is_signed_v<decltype(r.offsetValue)>);
 }
 
 void TestRecords::smallRecords()

@@ -3,6 +3,8 @@
 
 #include <QtTest/qtest.h>
 
+#include <utility>
+
 class TestSamples : public QObject
 {
     Q_OBJECT
@@ -330,7 +332,7 @@ void TestSamples::twoStreams()
     deliver(data, "00 0a00 0000 01");
     deliver(data, "00 0b00 0000 02");
     QStringList depths;
-    for (const DiveSample &sample : qAsConst(data.diveSamples))
+    for (const DiveSample &sample : std::as_const(data.diveSamples))
         depths << QString::number(sample.depth);
     QCOMPARE(depths.join(QLatin1Char(' ')), QStringLiteral("10 10 11"));
     QCOMPARE(data.samplesBuffer.toHex(), "000a00000001000b00000002");
