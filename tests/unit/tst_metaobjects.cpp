@@ -190,8 +190,13 @@ void TestMetaObjects::methods()
 {
     QFETCH(const QMetaObject *, metaObject);
     QStringList methods;
-    for (int i = metaObject->methodOffset(); i < metaObject->methodCount(); ++i)
-        methods << textOf(metaObject->method(i));
+    for (int i = metaObject->methodOffset(); i < metaObject->methodCount(); ++i) {
+        const QMetaMethod method = metaObject->method(i);
+        methods << textOf(method);
+        // Queued calls and QML need to make copies of arguments.
+        for (int at = 0; at < method.parameterCount(); ++at)
+            QVERIFY2(method.parameterMetaType(at).isValid(), method.methodSignature().constData());
+    }
     QTEST(methods, "methods");
     QCOMPARE(metaObject->superClass(), &QObject::staticMetaObject);
 }
