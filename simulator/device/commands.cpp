@@ -30,7 +30,7 @@ constexpr Name kNames[] = {
     {Factoryreset, "Factoryreset"},
     {Diver, "Diver"},
     {SetDiver, "Set_diver"},
-    {Logbook, "Logbook"},
+    {ListDives, "Logbook"},
     {Fullsamples, "Fullsamples"},
     {Owner, "Owner"},
     {SetOwner, "Set_owner"},

@@ -28,7 +28,7 @@ enum Command : quint8 {
     Factoryreset = 16,
     Diver = 17,
     SetDiver = 18,
-    Logbook = 19,
+    ListDives = 19,
     Fullsamples = 20,
     Owner = 22,
     SetOwner = 23,

@@ -41,9 +41,18 @@ const QByteArray kRefused(1, '\x00');
 constexpr qsizetype kOwnerSize = 32;
 constexpr qsizetype kBatteryRecordsPerFrame = 4;
 
+QSet<quint16> numbersIn(const QByteArray &payload)
+{
+    QSet<quint16> numbers;
+    for (qsizetype i = 0; i + 1 < payload.size(); i += 2)
+        numbers.insert(qFromLittleEndian<quint16>(payload.constData() + i));
+    return numbers;
+}
+
 } // namespace
 
-Computer::Computer(const DeviceScenario &scenario) : m_device(scenario)
+Computer::Computer(const DeviceScenario &scenario)
+    : m_device(scenario), m_logbook(scenario.logbook, scenario.model)
 {
     m_sinceClockSet.start();
 }
@@ -87,9 +96,18 @@ QList<Frame> Computer::answer(const Frame &request)
     case SetOwner:
         return one(setOwner(payload));
     case DeleteLastDive:
-        return one(deleteDives(1));
+        return one(deleteNewestDive());
     case EraseDives:
-        return one(deleteDives(m_device.diveCount));
+        return one(eraseDives());
+    case EraseDivesFlash:
+        m_logbook.removeAll();
+        return one(kAccepted);
+    case ListDives:
+        return closed(m_logbook.headers(numbersIn(payload)));
+    case Fullsamples:
+        return closed(payload.size() < 2
+                          ? QList<QByteArray>()
+                          : m_logbook.samples(qFromLittleEndian<quint16>(payload.constData())));
     case SimulParams:
         return one(simulationParameters());
     case BootloaderVersion:
@@ -184,11 +202,19 @@ QByteArray Computer::simulationParameters() const
     return WireWriter().u32(m_device.psurf).u32(m_device.pamb).u16(m_device.density).data();
 }
 
-QByteArray Computer::deleteDives(quint32 count)
+// Both answers tell how many dives went and how many are left.
+QByteArray Computer::deleteNewestDive()
 {
-    const quint32 deleted = std::min(count, m_device.diveCount);
-    m_device.diveCount -= deleted;
-    return WireWriter().u32(deleted).u32(m_device.diveCount).data();
+    const quint32 deleted = m_logbook.size() > 0 ? 1 : 0;
+    m_logbook.removeNewest();
+    return WireWriter().u32(deleted).u32(quint32(m_logbook.size())).data();
+}
+
+QByteArray Computer::eraseDives()
+{
+    const auto erased = quint32(m_logbook.size());
+    m_logbook.removeAll();
+    return WireWriter().u32(erased).u32(0).data();
 }
 
 QList<QByteArray> Computer::gases(const QByteArray &payload) const
@@ -230,7 +256,7 @@ QJsonObject Computer::state() const
         {u"psurf"_s, qint64(m_device.psurf)},
         {u"pamb"_s, qint64(m_device.pamb)},
         {u"surfacePressure"_s, qint64(m_device.configuration.value("surfacePressure"))},
-        {u"dives"_s, qint64(m_device.diveCount)},
+        {u"dives"_s, m_logbook.size()},
         {u"batteryRecords"_s, m_device.battery.size()},
         {u"resets"_s, m_resets},
     };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "device/frame.h"
+#include "device/logbook.h"
 #include "device/scenario.h"
 
 #include <QtCore/QElapsedTimer>
@@ -33,13 +34,15 @@ private:
     QByteArray setOwner(const QByteArray &text);
     QByteArray setTime(const QByteArray &payload);
     QByteArray setSensors(const QByteArray &payload);
-    QByteArray deleteDives(quint32 count);
+    QByteArray deleteNewestDive();
+    QByteArray eraseDives();
     QList<QByteArray> gases(const QByteArray &payload) const;
     QList<QByteArray> batteryInformation() const;
 
     qint64 now() const;
 
     DeviceScenario m_device;
+    Logbook m_logbook;
     QElapsedTimer m_sinceClockSet;
     int m_resets = 0;
 };

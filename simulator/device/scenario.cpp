@@ -369,7 +369,7 @@ void readContent(ObjectReader &reader, DeviceScenario &device)
     device.pamb = quint32(reader.integer("pamb", device.psurf, 0, kMax32));
     device.dstop = quint16(reader.integer("dstop", 0, 0, 0xFFFF));
     device.density = quint16(reader.integer("density", 1030, 0, 0xFFFF));
-    device.diveCount = quint32(reader.integer("dives", 3, 0, kMax32));
+    device.logbook = readLogbook(reader, device.model);
     readDiver(reader, device);
     readBattery(reader, device);
     readConfiguration(reader, device);

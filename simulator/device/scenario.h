@@ -3,6 +3,7 @@
 
 #include "device/configuration.h"
 #include "device/faults.h"
+#include "device/logbook.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QHash>
@@ -115,7 +116,7 @@ struct DeviceScenario {
     std::array<float, 16> tissueHe{};
     float cns = 0;
     QList<BatteryWords> battery;
-    quint32 diveCount = 0;
+    LogbookScenario logbook;
     Configuration configuration;
 };
 

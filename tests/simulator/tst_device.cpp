@@ -4,40 +4,13 @@
 #include "device/frame.h"
 #include "device/scenario.h"
 #include "device/seriallink.h"
+#include "devices.h"
 
 #include <QtCore/QDir>
 #include <QtTest/QTest>
 
 using namespace Qt::StringLiterals;
 using namespace simulator;
-
-namespace {
-
-// A device of its own, described as in a scenario.
-DeviceScenario device(const QByteArray &json)
-{
-    QString error;
-    const std::optional<Scenario> scenario = Scenario::parse("{\"devices\":[" + json + "]}",
-                                                             &error);
-    if (!scenario)
-        qFatal("%s", qPrintable(error));
-    return scenario->devices.first();
-}
-
-// What a computer answers, the payload of each frame in hexadecimal.
-QStringList ask(const QByteArray &json, quint8 command, const QByteArray &payload = {})
-{
-    QStringList answer;
-    const QList<Frame> frames = Computer(device(json)).answer({command, payload});
-    for (const Frame &frame : frames) {
-        if (frame.command != command)
-            return {u"another command"_s};
-        answer << QString::fromLatin1(frame.payload.toHex());
-    }
-    return answer;
-}
-
-} // namespace
 
 class TestDevice : public QObject
 {
