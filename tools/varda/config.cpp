@@ -52,7 +52,7 @@ QString otherFields(const Fields &fields)
     Table table;
     for (const auto &[name, value] : fields) {
         if (std::find(kNamedFields.begin(), kNamedFields.end(), name) == kNamedFields.end())
-            table.add(name, plainText(value));
+            table.add(name, safeText(value.plain()));
     }
     return table.text(2);
 }
@@ -62,12 +62,11 @@ void printText(const Connection &connection)
     const VardaSession &session = connection.session();
     const BleConfig &config = session.config();
     const BleComputer &computer = session.computer();
-    const QJsonObject computerFields = toJson(fieldsOf(computer));
     Table table;
     table.add(u"Name"_s, safeText(connection.device().name()));
     table.add(u"Model"_s, session.computerModelStr());
     table.add(u"Firmware"_s, safeText(versionText(session.firmwareVersionStr())));
-    table.add(u"Text"_s, plainText(computerFields.value("rawBlock"_L1)));
+    table.add(u"Text"_s, safeText(textOf(computer)));
     table.add(u"Battery type"_s, computer.getBatteryStr());
     table.add(u"Water"_s, waterText(config));
     table.add(u"Surface pressure"_s, u"%1 mbar"_s.arg(config.surfacePressure));
@@ -81,12 +80,12 @@ void printText(const Connection &connection)
 void printJson(const Connection &connection)
 {
     const VardaSession &session = connection.session();
-    print(QJsonObject{
-        {u"device"_s, toJson(connection.device())},
-        {u"computerModel"_s, session.computerModelStr()},
-        {u"firmwareVersionStr"_s, versionText(session.firmwareVersionStr())},
-        {u"config"_s, toJson(fieldsOf(session.config()))},
-        {u"computer"_s, toJson(fieldsOf(session.computer()))},
+    print(Fields{
+        {"device"_L1, fieldsOf(connection.device())},
+        {"computerModel"_L1, session.computerModelStr()},
+        {"firmwareVersionStr"_L1, versionText(session.firmwareVersionStr())},
+        {"config"_L1, fieldsOf(session.config())},
+        {"computer"_L1, fieldsOf(session.computer())},
     });
 }
 

@@ -72,28 +72,30 @@ void printText(const Connection &connection)
 void printJson(const Connection &connection)
 {
     const VardaSession &session = connection.session();
-    QJsonObject object{
-        {u"device"_s, toJson(connection.device())},
-        {u"computerModel"_s, session.computerModelStr()},
-        {u"currentMode"_s, session.qmlCurrentMode()},
-        {u"recordVersion"_s, session.recordVersion()},
-        {u"serialNumber"_s, session.serialNumber()},
-        {u"firmwareVersion"_s, qint64(session.firmwareVersion())},
-        {u"firmwareVersionStr"_s, versionText(session.firmwareVersionStr())},
-        {u"bootloaderVersion"_s, qint64(session.bootloaderVersion())},
-        {u"bootloaderVersionStr"_s, versionText(bootloaderText(session))},
+    Fields fields{
+        {"device"_L1, fieldsOf(connection.device())},
+        {"computerModel"_L1, session.computerModelStr()},
+        {"currentMode"_L1, session.qmlCurrentMode()},
+        {"recordVersion"_L1, session.recordVersion()},
+        {"serialNumber"_L1, session.serialNumber()},
+        {"firmwareVersion"_L1, session.firmwareVersion()},
+        {"firmwareVersionStr"_L1, versionText(session.firmwareVersionStr())},
+        {"bootloaderVersion"_L1, session.bootloaderVersion()},
+        {"bootloaderVersionStr"_L1, versionText(bootloaderText(session))},
     };
     if (session.currentMode() != CurrentMode::BootLoader) {
-        object.insert(u"owner"_s, session.owner());
-        object.insert(u"computerTime"_s, qint64(session.computerTime()));
-        object.insert(u"batteryType"_s, session.computer().batteryType);
-        object.insert(u"batteryStr"_s, session.computer().getBatteryStr());
-        object.insert(u"psurf"_s, qint64(session.psurf()));
-        object.insert(u"pamb"_s, qint64(session.pamb()));
-        object.insert(u"dstop"_s, session.dstop());
-        object.insert(u"density"_s, session.density());
+        append(fields, {
+                           {"owner"_L1, session.owner()},
+                           {"computerTime"_L1, session.computerTime()},
+                           {"batteryType"_L1, session.computer().batteryType},
+                           {"batteryStr"_L1, session.computer().getBatteryStr()},
+                           {"psurf"_L1, session.psurf()},
+                           {"pamb"_L1, session.pamb()},
+                           {"dstop"_L1, session.dstop()},
+                           {"density"_L1, session.density()},
+                       });
     }
-    print(object);
+    print(fields);
 }
 
 void info(const Options &options)

@@ -1,26 +1,28 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "json.h"
+
+#include <varda/batteryinforecord.h>
 #include <varda/blecomputer.h>
 #include <varda/bleconfig.h>
 #include <varda/bledeviceinfo.h>
+#include <varda/dive.h>
+#include <varda/syslogbinrecord.h>
+#include <varda/tidemardiveheader.h>
 
-#include <QtCore/qjsonarray.h>
-#include <QtCore/qjsonobject.h>
-#include <QtCore/qjsonvalue.h>
-#include <QtCore/qlist.h>
 #include <QtCore/qstring.h>
 
-#include <utility>
-
-/** A record's fields under their own names, in their own order. */
-using Fields = QList<std::pair<QString, QJsonValue>>;
-
+[[nodiscard]] Fields fieldsOf(const BleDeviceInfo &device);
 [[nodiscard]] Fields fieldsOf(const BleConfig &config);
 [[nodiscard]] Fields fieldsOf(const BleComputer &computer);
+[[nodiscard]] Fields fieldsOf(const BatteryInfoRecord &record);
+[[nodiscard]] Fields fieldsOf(const TidemarDiveHeader &header);
+[[nodiscard]] Fields fieldsOf(const DiveGas &gas);
+[[nodiscard]] Fields fieldsOf(const DiveLine &line);
+[[nodiscard]] Fields fieldsOf(const Dive &dive);
 
-[[nodiscard]] QJsonObject toJson(const Fields &fields);
-[[nodiscard]] QJsonObject toJson(const BleDeviceInfo &device);
+[[nodiscard]] Json gasesOf(const std::array<BleConfig::Gas, 12> &table);
 
-/** A field's value on one line. */
-[[nodiscard]] QString plainText(const QJsonValue &value);
+/** The text in front of BleComputer::rawBlock. */
+[[nodiscard]] QString textOf(const BleComputer &computer);

@@ -6,8 +6,6 @@
 #include "terminal.h"
 #include "text.h"
 
-#include <QtCore/qjsonarray.h>
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -31,7 +29,7 @@ void printDevice(const BleDeviceInfo &device)
 
 void scan(const Options &options, bool all)
 {
-    QJsonArray list;
+    std::vector<Json> list;
     const auto duration = options.timeout.value_or(kScanTime);
     showStatus(u"Scanning"_s);
     scanFor(duration, [&](const BleDeviceInfo &device) {
@@ -39,19 +37,19 @@ void scan(const Options &options, bool all)
         if (!isComputer && !all)
             return false;
         if (!options.json) {
-            if (list.isEmpty())
+            if (list.empty())
                 print(row(u"ADDRESS"_s, u"SIGNAL"_s, u"NAME"_s));
             printDevice(device);
             showStatus(u"Scanning"_s);
         }
-        QJsonObject object = toJson(device);
-        object.insert(u"computer"_s, isComputer);
-        list.append(object);
+        Fields fields = fieldsOf(device);
+        fields.emplace_back("computer"_L1, isComputer);
+        list.emplace_back(fields);
         return false;
     });
     if (options.json)
-        print(QJsonObject{{u"devices"_s, list}});
-    if (list.isEmpty()) {
+        print(Fields{{"devices"_L1, list}});
+    if (list.empty()) {
         throw Failure{ExitCode::NotFound, u"nothing found within %1 s"_s.arg(duration.count()),
                       u"Is the computer switched on, in its Bluetooth mode and near?"_s};
     }

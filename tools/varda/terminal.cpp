@@ -5,9 +5,7 @@
 #include "text.h"
 
 #include <QtCore/qelapsedtimer.h>
-#include <QtCore/qjsondocument.h>
 #include <QtCore/qloggingcategory.h>
-#include <QtCore/qregularexpression.h>
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -17,6 +15,9 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int kUsualWidth = 80;
+constexpr int kIndent = 4;
 
 QString shownStatus;         // as it stands on the terminal
 QElapsedTimer sinceTheStart; // for the diagnostics
@@ -45,35 +46,25 @@ bool hasStatusLine()
     return kHas;
 }
 
-int terminalWidth()
+int widthOf(int descriptor)
 {
     winsize size{};
-    if (::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0)
-        return 80;
+    if (::ioctl(descriptor, TIOCGWINSZ, &size) != 0 || size.ws_col == 0)
+        return kUsualWidth;
     return size.ws_col;
+}
+
+/** JSON is UTF-8 in every locale. */
+void writeJson(const QByteArray &json)
+{
+    clearStatus();
+    write(stdout, safeJson(QString::fromUtf8(json)).toUtf8());
 }
 
 void drawStatus(const QString &text)
 {
     write(stderr, "\r\x1b[K" + encoded(text));
     std::fflush(stderr);
-}
-
-/** Lists of numbers on one line each; Qt gives every number its own. */
-QString withNumbersInLine(const QString &json)
-{
-    // Inside a string there is no line feed, so nothing there looks like this.
-    static const QRegularExpression kList(u"\\[\\n([-+.,0-9eE\\s]+)\\]"_s);
-    QString result;
-    qsizetype from = 0;
-    for (auto it = kList.globalMatch(json); it.hasNext();) {
-        const auto match = it.next();
-        result += QStringView(json).sliced(from, match.capturedStart() - from);
-        result += u'[' + match.captured(1).simplified() + u']';
-        from = match.capturedEnd();
-    }
-    result += QStringView(json).sliced(from);
-    return result;
 }
 
 void onDiagnostic(QtMsgType /*type*/, const QMessageLogContext &context, const QString &message)
@@ -88,6 +79,11 @@ void onDiagnostic(QtMsgType /*type*/, const QMessageLogContext &context, const Q
 }
 
 } // namespace
+
+int outputWidth()
+{
+    return widthOf(STDOUT_FILENO);
+}
 
 bool speaksUtf8()
 {
@@ -108,11 +104,43 @@ void print(const QString &text)
     write(stdout, encoded(text));
 }
 
-void print(const QJsonObject &document)
+void print(const Fields &document)
 {
-    clearStatus();
-    const QByteArray json = QJsonDocument(document).toJson();
-    write(stdout, safeJson(withNumbersInLine(QString::fromUtf8(json))).toUtf8());
+    GrowingDocument(document).end();
+}
+
+GrowingDocument::GrowingDocument(const Fields &members)
+{
+    writeJson("{\n" + Json::lines(members, kIndent));
+}
+
+GrowingDocument::GrowingDocument(const Fields &members, QLatin1StringView list)
+    : GrowingDocument(members)
+{
+    m_hasList = true;
+    writeJson(",\n" + QByteArray(kIndent, ' ') + '"' + list.data() + "\": [");
+}
+
+GrowingDocument::~GrowingDocument()
+{
+    end();
+}
+
+void GrowingDocument::add(const Json &element)
+{
+    writeJson((m_isEmpty ? "\n" : ",\n") + QByteArray(2 * kIndent, ' ')
+              + element.text(2 * kIndent));
+    m_isEmpty = false;
+}
+
+void GrowingDocument::end()
+{
+    if (m_ended)
+        return;
+    m_ended = true;
+    if (m_hasList)
+        writeJson(m_isEmpty ? QByteArray("]") : '\n' + QByteArray(kIndent, ' ') + ']');
+    writeJson("\n}\n");
 }
 
 void flushOutput()
@@ -135,7 +163,7 @@ void showStatus(const QString &text)
     if (!hasStatusLine() || text.isEmpty())
         return;
     // A line that wraps could not be erased.
-    shownStatus = safeText(text).left(terminalWidth() - 1);
+    shownStatus = safeText(text).left(widthOf(STDERR_FILENO) - 1);
     drawStatus(shownStatus);
 }
 

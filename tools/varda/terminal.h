@@ -1,18 +1,41 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/qjsonobject.h>
+#include "json.h"
+
 #include <QtCore/qstring.h>
 
 struct Failure;
 
 /** Results go to stdout: in UTF-8, or in ASCII where the locale knows no more. */
 void print(const QString &text);
-/** The one document of a command; JSON is UTF-8 in every locale. */
-void print(const QJsonObject &document);
+/** The one document of a command. */
+void print(const Fields &document);
+
+/** A document whose last member is a list that is printed while it grows. */
+class GrowingDocument
+{
+public:
+    explicit GrowingDocument(const Fields &members);
+    GrowingDocument(const Fields &members, QLatin1StringView list);
+    /** What has been printed is a whole document in any case. */
+    ~GrowingDocument();
+    Q_DISABLE_COPY_MOVE(GrowingDocument)
+
+    void add(const Json &element);
+    void end();
+
+private:
+    bool m_hasList = false;
+    bool m_isEmpty = true;
+    bool m_ended = false;
+};
+
 /** Makes sure that all has been written. @throws Failure */
 void flushOutput();
 
+/** Columns of the terminal that shows the result; 80 where there is none. */
+[[nodiscard]] int outputWidth();
 /** Whether people see more than ASCII here. */
 [[nodiscard]] bool speaksUtf8();
 
