@@ -221,6 +221,7 @@ void TestSyslog::timestamp_data()
         QTest::addRow("%lld", time) << time << QString::fromLatin1(text);
     };
     row(0, "1970-00-01 00:00:00 ");
+    row(82800, "1970-00-01 23:00:00 ");
     row(-1, "1969-11-31 23:59:59 ");
     row(1709622489, "2024-02-05 07:08:09 ");
     row(1709164800, "2024-01-29 00:00:00 ");
