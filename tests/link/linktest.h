@@ -20,7 +20,7 @@ public:
 protected:
     SignalLog m_log;
 
-private Q_SLOTS:
+protected Q_SLOTS:
     void cleanup();
 };
 
