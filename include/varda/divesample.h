@@ -10,9 +10,11 @@
 struct DiveSample {
     std::uint8_t version = 0; ///< version of the sample stream
     std::uint16_t depth : 12; ///< 0.1 m, 0 to 4095
+    std::uint8_t : 0;         // each group in a unit of its own
     std::uint8_t flag : 1;
     std::uint8_t code : 4;     ///< gas slot of the dive's header in use
     std::int16_t value12 : 12; ///< tenths when not negative, otherwise a number by its magnitude
+    std::uint8_t : 0;
     std::uint8_t mode : 2;
     std::uint8_t modeFlag : 1;
     std::uint8_t aux1 = 0;
