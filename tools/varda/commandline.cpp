@@ -38,6 +38,15 @@ CommandLine::CommandLine() : m_app("Talks to diving computers over Bluetooth Low
     addScan(*this);
     addInfo(*this);
     addConfig(*this);
+    addDives(*this);
+    addReadings(*this);
+    addLog(*this);
+    addClock(*this);
+    addOwner(*this);
+    addSettings(*this);
+    addLayouts(*this);
+    addControl(*this);
+    addFirmware(*this);
     // The commands would take it over.
     m_app.footer("Exit status: 0 done; 1 the computer refused or its answer was damaged; 2 wrong "
                  "usage;\n3 no computer found; 4 not connected or link lost; 5 no answer in time;\n"
@@ -78,8 +87,18 @@ void CommandLine::takeGlobalOptions()
 CLI::App *CommandLine::add(const std::string &name, const std::string &description,
                            const Action &action)
 {
-    CLI::App *const command = m_app.add_subcommand(name, description);
-    command->callback([this, action] { m_action = action; });
+    return addTo(&m_app, name, description, action);
+}
+
+CLI::App *CommandLine::addTo(CLI::App *parent, const std::string &name,
+                             const std::string &description, const Action &action)
+{
+    CLI::App *const command = parent->add_subcommand(name, description);
+    command->callback([this, command, action] {
+        // That of a command's command came before.
+        if (command->get_subcommands().empty())
+            m_action = action;
+    });
     return command;
 }
 

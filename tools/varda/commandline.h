@@ -19,6 +19,9 @@ public:
 
     /** Adds a command; its own options are added to what is returned. */
     CLI::App *add(const std::string &name, const std::string &description, const Action &action);
+    /** Adds a command of a command. */
+    CLI::App *addTo(CLI::App *parent, const std::string &name, const std::string &description,
+                    const Action &action);
 
     /**
      * Reads the arguments; prints help and errors.

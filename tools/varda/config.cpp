@@ -2,6 +2,7 @@
 #include "commandline.h"
 #include "commands.h"
 #include "connection.h"
+#include "gastable.h"
 #include "records.h"
 #include "terminal.h"
 #include "text.h"
@@ -32,19 +33,6 @@ QString waterText(const BleConfig &config)
     default:
         return u"type %1, taken as %2"_s.arg(config.waterType).arg(density);
     }
-}
-
-QString gasesText(const std::array<BleConfig::Gas, 12> &gases)
-{
-    QString text;
-    for (std::size_t i = 0; i < gases.size(); ++i) {
-        const auto [oxygen, helium] = gases[i];
-        if (oxygen == 0 && helium == 0)
-            continue;
-        text += u"  %1  %2 % O2  %3 % He  %4\n"_s.arg(i, 2).arg(oxygen, 3).arg(helium, 3).arg(
-            gasName(oxygen, helium));
-    }
-    return text.isEmpty() ? u"  none\n"_s : text;
 }
 
 QString otherFields(const Fields &fields)

@@ -23,6 +23,9 @@ constexpr auto kScanTime = 30s; // as the library's own
 // The library gives up on an answer after 5 s, and bluetoothd takes 2 to 3 more to drop a link.
 constexpr auto kQuiet = 10s;
 constexpr auto kDropTime = 5s;
+// Less than after what the library takes silence for a reason to drop the link.
+constexpr auto kShortWait = 2s;
+constexpr int kProgressMs = 100;
 
 QString secondsText(std::chrono::seconds time)
 {
@@ -136,21 +139,31 @@ BleDeviceInfo Connection::findAddress(const Options &options, const QDeadlineTim
     return found;
 }
 
-void Connection::run(const Job &job)
+void Connection::start(const Job &job, Step &step)
 {
     if (m_linkFailure)
         throw Failure(*m_linkFailure);
-    Step step;
     m_step = &step;
-    m_expected = job.end;
+    m_job = &job;
     m_jobName = job.name;
     m_received = 0;
-    const auto over = qScopeGuard([this] {
-        m_step = nullptr;
-        m_expected.reset();
-    });
-    showStatus(job.verb + u" the "_s + job.name);
+    m_sinceProgress.start();
+    showStatus(job.verb + u' ' + job.name);
     job.start(m_session);
+}
+
+void Connection::stop()
+{
+    m_step = nullptr;
+    m_job = nullptr;
+    m_ending = Ending::EndCommand;
+}
+
+void Connection::run(const Job &job)
+{
+    Step step;
+    const auto over = qScopeGuard([this] { stop(); });
+    start(job, step);
     if (step.wait(kQuiet, job.limit))
         return;
     m_session.controllerDisconnect();
@@ -159,9 +172,30 @@ void Connection::run(const Job &job)
                   u"Try again, nearer to the computer; --verbose shows what it sends."_s};
 }
 
+bool Connection::tell(const Job &job)
+{
+    Step step;
+    const auto over = qScopeGuard([this] { stop(); });
+    m_ending = Ending::AnyAnswer;
+    start(job, step);
+    return step.wait(kShortWait);
+}
+
+void Connection::runLast(const Job &job)
+{
+    Step step;
+    const auto over = qScopeGuard([this] { stop(); });
+    m_ending = Ending::LinkDown;
+    start(job, step);
+    if (!step.wait(kQuiet))
+        throw noAnswer();
+}
+
 void Connection::read(TidemarCommand::TidemarCommandIn command, const QString &name)
 {
-    run({name, command, [command](VardaSession &session) { session.startCommand(command); }});
+    run({.name = name, .end = command, .start = [command](VardaSession &session) {
+             session.startCommand(command);
+         }});
 }
 
 void Connection::onMessage()
@@ -194,7 +228,7 @@ void Connection::onConnectStatus(ConnectControllerStatus::ConnectControllerStatu
 {
     if (status != ConnectControllerStatus::Connected) {
         fail(notConnected());
-    } else if (m_step && !m_expected) {
+    } else if (m_step && !m_job) {
         m_step->end();
     }
 }
@@ -211,13 +245,13 @@ Failure Connection::notConnected() const
 
 void Connection::onJobEnded(TidemarCommand::TidemarCommandIn command)
 {
-    if (m_step && m_expected == command)
+    if (m_step && m_job && m_ending == Ending::EndCommand && m_job->end == command)
         m_step->end();
 }
 
 void Connection::onRefused(ExchangeError::ExchangeErrorIn error)
 {
-    if (!m_step || !m_expected)
+    if (!m_step || !m_job)
         return;
     if (error == ExchangeError::InvalidCrc) {
         m_step->fail({ExitCode::JobFailed,
@@ -231,11 +265,18 @@ void Connection::onRefused(ExchangeError::ExchangeErrorIn error)
                   {}});
 }
 
+Failure Connection::noAnswer() const
+{
+    return {ExitCode::TimedOut, u"%1: no answer from %2"_s.arg(m_jobName, computerName()),
+            u"Is it still on and near? Its firmware may not know this request."_s};
+}
+
 void Connection::onLinkDown()
 {
     if (m_silent) {
-        fail({ExitCode::TimedOut, u"%1: no answer from %2"_s.arg(m_jobName, computerName()),
-              u"Is it still on and near? Its firmware may not know this request."_s});
+        fail(noAnswer());
+    } else if (m_step && m_ending == Ending::LinkDown) {
+        m_step->end();
     } else {
         fail({ExitCode::LinkFailed, u"the link to %1 was lost"_s.arg(computerName()),
               u"Is it still on and near?"_s});
@@ -245,8 +286,15 @@ void Connection::onLinkDown()
 void Connection::onNotification(const QByteArray &data)
 {
     m_received += data.size();
-    if (m_step)
-        m_step->goOn();
+    if (!m_step)
+        return;
+    m_step->goOn();
+    if (m_ending == Ending::AnyAnswer)
+        m_step->end();
+    if (m_job && m_job->progress && m_sinceProgress.elapsed() >= kProgressMs) {
+        m_sinceProgress.start();
+        m_job->progress();
+    }
 }
 
 void Connection::fail(const Failure &failure)

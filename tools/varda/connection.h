@@ -9,6 +9,7 @@
 #include <varda/vardasession.h>
 
 #include <QtCore/qdeadlinetimer.h>
+#include <QtCore/qelapsedtimer.h>
 #include <QtCore/qobject.h>
 #include <QtCore/qpointer.h>
 
@@ -24,8 +25,10 @@ struct Job {
     QString name;                         ///< "owner": it is read, or whatever the verb says
     TidemarCommand::TidemarCommandIn end; ///< the command whose end is the job's
     std::function<void(VardaSession &)> start;
-    QString verb = QStringLiteral("Reading");
+    QString verb = QStringLiteral("Reading the");
     std::chrono::minutes limit{5}; ///< whatever it still sends
+    /** Called while the answer comes in, not too often; it may show the status. */
+    std::function<void()> progress = {};
 };
 
 /**
@@ -44,6 +47,14 @@ public:
 
     /** Runs a job to its end. @throws Failure, and the link is down after some of them */
     void run(const Job &job);
+    /**
+     * Runs a job whose end the library does not tell, and waits a moment for the answer.
+     *
+     * @return whether there was one
+     */
+    bool tell(const Job &job);
+    /** Runs a job that ends the link. */
+    void runLast(const Job &job);
     /** A job without arguments. */
     void read(TidemarCommand::TidemarCommandIn command, const QString &name);
 
@@ -64,9 +75,12 @@ private:
     void onRefused(ExchangeError::ExchangeErrorIn error);
     void onLinkDown();
     void onNotification(const QByteArray &data);
+    void start(const Job &job, Step &step);
+    void stop();
     void fail(const Failure &failure);
     void letGo();
     [[nodiscard]] Failure notConnected() const;
+    [[nodiscard]] Failure noAnswer() const;
     [[nodiscard]] QString computerName() const;
 
     const BleMode m_mode;
@@ -74,8 +88,10 @@ private:
     QPointer<BleDevice> m_link;
     Step *m_step = nullptr; ///< the one that is waited for
     std::optional<Failure> m_linkFailure;
-    std::optional<TidemarCommand::TidemarCommandIn> m_expected;
+    const Job *m_job = nullptr; ///< the one that runs
     QString m_jobName;
+    enum class Ending { EndCommand, AnyAnswer, LinkDown } m_ending = Ending::EndCommand;
+    QElapsedTimer m_sinceProgress;
     bool m_silent = false; ///< the library has waited in vain for an answer
     qint64 m_received = 0;
     VardaSession m_session; // last: what it still has to say finds the rest in place

@@ -37,12 +37,13 @@ std::string signature(const CLI::Option &option)
 
 } // namespace
 
-std::string HelpText::make_help(const CLI::App *app, std::string name,
+std::string HelpText::make_help(const CLI::App *app, std::string /*name*/,
                                 CLI::AppFormatMode /*mode*/) const
 {
     const bool isCommand = app->get_parent() != nullptr;
-    const std::string program = isCommand ? app->get_parent()->get_name() + " " + app->get_name()
-                                          : std::move(name);
+    std::string program = app->get_name();
+    for (const CLI::App *parent = app->get_parent(); parent; parent = parent->get_parent())
+        program = parent->get_name() + " " + program;
     Rows arguments;
     Rows options;
     std::string usage = "Usage: " + program + " [OPTIONS]";
@@ -51,14 +52,15 @@ std::string HelpText::make_help(const CLI::App *app, std::string name,
             options.emplace_back(signature(*option), option->get_description());
             continue;
         }
-        usage += " " + option->get_type_name();
+        usage += " " + option->get_type_name()
+                 + (option->get_items_expected_max() > 1 ? "..." : "");
         arguments.emplace_back(option->get_type_name(), option->get_description());
     }
     Rows commands;
     for (const CLI::App *command : app->get_subcommands({}))
         commands.emplace_back(command->get_name(), command->get_description());
     if (!commands.empty())
-        usage += " COMMAND";
+        usage += app->get_require_subcommand_min() > 0 ? " COMMAND" : " [COMMAND]";
 
     std::string text = app->get_description() + "\n\n" + usage + "\n";
     text += section("Commands", commands);

@@ -158,6 +158,13 @@ void printError(const Failure &failure)
     write(stderr, encoded(text));
 }
 
+void printQuestion(const QString &question)
+{
+    clearStatus();
+    write(stderr, encoded(safeText(question)));
+    std::fflush(stderr);
+}
+
 void showStatus(const QString &text)
 {
     if (!hasStatusLine() || text.isEmpty())

@@ -42,6 +42,9 @@ void flushOutput();
 /** "varda: ..." on stderr. */
 void printError(const Failure &failure);
 
+/** On stderr, and the answer is typed behind it. */
+void printQuestion(const QString &question);
+
 /** One line on stderr that says what is going on, where stderr is a terminal. */
 void showStatus(const QString &text);
 void clearStatus();

@@ -6,6 +6,7 @@
 #include <QtCore/qtimezone.h>
 
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -97,6 +98,31 @@ QString gasName(int oxygen, int helium)
     return oxygen == 100 ? u"Oxygen"_s : u"EAN%1"_s.arg(oxygen);
 }
 
+QString durationText(double seconds)
+{
+    constexpr double kLongest = 1e9;
+    const auto whole = qint64(std::clamp(std::round(seconds), 0.0, kLongest));
+    const auto twoDigits = [](qint64 number) { return u"%1"_s.arg(number, 2, 10, QChar(u'0')); };
+    const QString rest = u':' + twoDigits(whole % 60);
+    if (whole < 3600)
+        return QString::number(whole / 60) + rest;
+    return QString::number(whole / 3600) + u':' + twoDigits(whole / 60 % 60) + rest;
+}
+
+QString bytesText(double bytes)
+{
+    if (bytes < 1e3)
+        return u"%1 B"_s.arg(bytes, 0, 'f', 0);
+    if (bytes < 1e6)
+        return u"%1 kB"_s.arg(bytes / 1e3, 0, 'f', bytes < 1e4 ? 1 : 0);
+    return u"%1 MB"_s.arg(bytes / 1e6, 0, 'f', 1);
+}
+
+QString tenthsText(double value)
+{
+    return QString::number(value, 'f', 1);
+}
+
 void Table::add(const QString &label, const QString &value)
 {
     m_lines.append({label, value.isEmpty() ? u"-"_s : value});
@@ -111,4 +137,32 @@ QString Table::text(int indent) const
     for (const auto &[label, value] : m_lines)
         result += QString(indent, u' ') + label.leftJustified(width + 2) + value + u'\n';
     return result;
+}
+
+QString Columns::text() const
+{
+    QList<qsizetype> widths;
+    for (qsizetype i = 0; i < m_columns.size(); ++i) {
+        qsizetype width = m_columns[i].title.size();
+        for (const QStringList &row : m_rows)
+            width = std::max(width, row[i].size());
+        widths.append(width);
+    }
+    const auto line = [&](const auto &cellAt) {
+        QString text;
+        for (qsizetype i = 0; i < m_columns.size(); ++i) {
+            const QString cell = cellAt(i);
+            const bool right = m_columns[i].side == Side::Right;
+            if (i > 0)
+                text += u"  "_s;
+            text += right ? cell.rightJustified(widths[i]) : cell.leftJustified(widths[i]);
+        }
+        while (text.endsWith(u' '))
+            text.chop(1);
+        return text + u'\n';
+    };
+    QString text = line([this](qsizetype i) { return m_columns[i].title; });
+    for (const QStringList &row : m_rows)
+        text += line([&row](qsizetype i) { return row[i]; });
+    return text;
 }

@@ -25,6 +25,15 @@
 /** The usual name of a mix, "Air", "EAN32", "Oxygen" or "18/45". */
 [[nodiscard]] QString gasName(int oxygen, int helium);
 
+/** A duration of so many seconds, "45:30" or "1:02:03". */
+[[nodiscard]] QString durationText(double seconds);
+
+/** "235 B", "12 kB" or "1.4 MB". */
+[[nodiscard]] QString bytesText(double bytes);
+
+/** One decimal, "18.3". */
+[[nodiscard]] QString tenthsText(double value);
+
 /** Lines of a label and a value, the values below each other. */
 class Table
 {
@@ -36,4 +45,24 @@ public:
 
 private:
     QList<std::pair<QString, QString>> m_lines;
+};
+
+/** Rows of columns that are as wide as they must be. */
+class Columns
+{
+public:
+    enum class Side { Left, Right };
+    struct Column {
+        QString title;
+        Side side = Side::Right; ///< where its cells touch
+    };
+
+    explicit Columns(const QList<Column> &columns) : m_columns(columns) { }
+
+    void add(const QStringList &cells) { m_rows.append(cells); }
+    [[nodiscard]] QString text() const;
+
+private:
+    QList<Column> m_columns;
+    QList<QStringList> m_rows;
 };

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#include "divereader.h"
+
+#include "terminal.h"
+#include "text.h"
+
+#include <varda/tidemardiveconverter.h>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The list travels in one write, and Linux refuses one that is longer than the link's MTU.
+constexpr qsizetype kMostKnown = 60;
+
+} // namespace
+
+void DiveReader::identify()
+{
+    m_connection.read(TidemarCommand::Identification, u"identification"_s);
+}
+
+void DiveReader::identifyWhole()
+{
+    identify();
+    m_connection.read(TidemarCommand::Serialnumber, u"serial number"_s);
+    m_connection.read(TidemarCommand::Computer, u"configuration"_s);
+}
+
+QList<TidemarDiveHeader> DiveReader::headers(const QList<std::uint16_t> &known)
+{
+    const auto newest = known.last(std::min(known.size(), kMostKnown));
+    m_connection.run({.name = u"logbook"_s,
+                      .end = TidemarCommand::Logbook,
+                      .start = [newest](VardaSession &session) { session.startGetLogbook(newest); },
+                      .progress =
+                          [this] {
+                              showStatus(u"Reading the logbook, "_s
+                                         + bytesText(double(m_connection.received())));
+                          }});
+    QList<TidemarDiveHeader> headers = m_connection.session().diveHeaders();
+    const auto byNumber = [](const TidemarDiveHeader &one, const TidemarDiveHeader &other) {
+        return one.diveNumber < other.diveNumber;
+    };
+    const auto sameNumber = [](const TidemarDiveHeader &one, const TidemarDiveHeader &other) {
+        return one.diveNumber == other.diveNumber;
+    };
+    // The computer does not hear of the older ones, and may send a header twice.
+    headers.removeIf([&known](const TidemarDiveHeader &header) {
+        return std::binary_search(known.begin(), known.end(), header.diveNumber);
+    });
+    std::stable_sort(headers.begin(), headers.end(), byNumber);
+    headers.erase(std::unique(headers.begin(), headers.end(), sameNumber), headers.end());
+    return headers;
+}
+
+Dive DiveReader::dive(const TidemarDiveHeader &header, const QString &place)
+{
+    const std::uint16_t number = header.diveNumber;
+    const QString name = u"dive %1"_s.arg(number);
+    m_connection.run(
+        {.name = name,
+         .end = TidemarCommand::Fullsamples,
+         .start = [number](VardaSession &session) { session.startGetDiveSamples(number); },
+         .verb = u"Reading"_s,
+         .progress =
+             [&] {
+                 showStatus(u"Reading %1, %2, %3"_s.arg(
+                     name, place, bytesText(double(m_connection.received()))));
+             }});
+    const VardaSession &session = m_connection.session();
+    return TidemarDiveConverter::toDive(header, session.diveSamples(), session);
+}

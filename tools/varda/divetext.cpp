@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+#include "divetext.h"
+
+#include "profile.h"
+#include "records.h"
+#include "terminal.h"
+#include "text.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// What the first columns of the table of samples tell in another way.
+constexpr std::array kToldFields = {"time"_L1, "depth"_L1, "gasIndex"_L1};
+
+QString temperatureText(const TemperatureRange &range)
+{
+    const QString unit = speaksUtf8() ? u"°C"_s : u"C"_s;
+    if (range.lowest == range.highest)
+        return u"%1 %2"_s.arg(range.lowest).arg(unit);
+    return u"%1 to %2 %3"_s.arg(range.lowest).arg(range.highest).arg(unit);
+}
+
+/** "1 Air, 2 EAN50", by the marks in the plot. */
+QString gasesText(const Dive &dive)
+{
+    QStringList names;
+    for (int i = 0; i < int(dive.gases.size()); ++i)
+        names.append(gasMark(i) + u' ' + gasNameOf(dive, i));
+    return names.join(u", "_s);
+}
+
+/** "to EAN50 at 23:10"; empty when the gas at the beginning is the only one. */
+QString switchesText(const Dive &dive)
+{
+    constexpr qsizetype kMost = 12;
+    QStringList parts;
+    const auto switches = gasSwitches(dive);
+    for (qsizetype i = 1; i < switches.size(); ++i) {
+        if (parts.size() == kMost) {
+            parts.append(u"%1 more"_s.arg(switches.size() - i));
+            break;
+        }
+        parts.append(u"to %1 at %2"_s.arg(gasNameOf(dive, switches[i].gasIndex),
+                                          durationText(switches[i].time)));
+    }
+    return parts.join(u", "_s);
+}
+
+/** Fields that something fills; the records have more. */
+bool isFilled(QLatin1StringView name)
+{
+    return !name.startsWith("value"_L1) || name == "valueTenths"_L1 || name == "valueNegated"_L1;
+}
+
+bool isTold(QLatin1StringView name)
+{
+    return std::find(kToldFields.begin(), kToldFields.end(), name) != kToldFields.end();
+}
+
+QString divesLine(const QString &number, const QString &begin, const QString &length,
+                  const QString &deepest, const QString &average, const QString &gases)
+{
+    return u"%1  %2  %3  %4  %5  %6\n"_s.arg(number, 6)
+        .arg(begin, -19)
+        .arg(length, 8)
+        .arg(deepest, 7)
+        .arg(average, 7)
+        .arg(gases);
+}
+
+} // namespace
+
+QString diveSummary(const Dive &dive)
+{
+    Table table;
+    table.add(u"Dive"_s, dive.numberText);
+    if (const QString begin = beginText(dive); !begin.isEmpty())
+        table.add(u"Begin"_s, begin);
+    if (!dive.lines.isEmpty()) {
+        table.add(u"Duration"_s, durationText(duration(dive)));
+        table.add(u"Maximum depth"_s, tenthsText(maximumDepth(dive)) + u" m"_s);
+        table.add(u"Average depth"_s, tenthsText(averageDepth(dive)) + u" m"_s);
+    }
+    if (const auto range = temperatures(dive))
+        table.add(u"Temperature"_s, temperatureText(*range));
+    table.add(u"Circuit"_s, circuitText(dive));
+    table.add(u"Gases"_s, gasesText(dive));
+    if (const QString switches = switchesText(dive); !switches.isEmpty())
+        table.add(u"Switches"_s, switches);
+    table.add(u"Samples"_s,
+              dive.lines.isEmpty()
+                  ? u"none"_s
+                  : u"%1, every %2 s"_s.arg(dive.lines.size()).arg(dive.sampleInterval));
+    return table.text();
+}
+
+QString samplesTable(const Dive &dive)
+{
+    QList<Columns::Column> titles{{u"TIME"_s}, {u"DEPTH"_s}, {u"GAS"_s, Columns::Side::Left}};
+    for (const auto &[name, value] : fieldsOf(DiveLine())) {
+        if (isFilled(name) && !isTold(name))
+            titles.append({name});
+    }
+    Columns columns(titles);
+    for (const DiveLine &line : dive.lines) {
+        QStringList cells{durationText(line.time), tenthsText(line.depth),
+                          gasNameOf(dive, line.gasIndex)};
+        for (const auto &[name, value] : fieldsOf(line)) {
+            if (isFilled(name) && !isTold(name))
+                cells.append(value.plain());
+        }
+        columns.add(cells);
+    }
+    return columns.text();
+}
+
+QString divesHeading()
+{
+    return divesLine(u"NUMBER"_s, u"BEGIN"_s, u"DURATION"_s, u"DEPTH"_s, u"AVERAGE"_s, u"GASES"_s);
+}
+
+QString divesRow(const Dive &dive)
+{
+    const QString begin = beginText(dive);
+    const bool isClosed = dive.kindByte != 0;
+    return divesLine(dive.numberText, begin.isEmpty() ? u"-"_s : begin,
+                     durationText(duration(dive)), tenthsText(maximumDepth(dive)) + u" m"_s,
+                     tenthsText(averageDepth(dive)) + u" m"_s,
+                     gasNames(dive.gases) + (isClosed ? u" (closed circuit)"_s : QString()));
+}

@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: MIT
+#include "commandline.h"
+#include "commands.h"
+#include "confirmation.h"
+#include "connection.h"
+#include "files.h"
+#include "firmwareimage.h"
+#include "records.h"
+#include "terminal.h"
+#include "text.h"
+
+#include <varda/vardadata.h>
+
+#include <QtCore/qelapsedtimer.h>
+#include <QtCore/qfileinfo.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+struct ImageFile {
+    QString fileName;
+    QByteArray bytes;
+    FirmwareImage image;
+};
+
+ImageFile readImage(const QString &path)
+{
+    const QString fileName = QFileInfo(path).fileName();
+    const QByteArray bytes = readFile(path);
+    const auto image = FirmwareImage::of(bytes, fileName);
+    if (!image) {
+        throw Failure{ExitCode::UsageError, u"\"%1\" is no firmware image"_s.arg(path),
+                      bytes.isEmpty() ? u"It is empty."_s
+                                      : u"The word at its byte 512 is no known one."_s};
+    }
+    return {fileName, bytes, *image};
+}
+
+QString versionOf(const FirmwareImage &image)
+{
+    return versionText(VardaData::firmwareVersionToString(image.version));
+}
+
+// info
+
+QString familyKey(FirmwareImage::Family family)
+{
+    switch (family) {
+    case FirmwareImage::Family::Application:
+        return u"application"_s;
+    case FirmwareImage::Family::Bootloader:
+        return u"bootloader"_s;
+    case FirmwareImage::Family::Headerless:
+        break;
+    }
+    return u"headerless"_s;
+}
+
+QString familyText(FirmwareImage::Family family)
+{
+    if (family == FirmwareImage::Family::Headerless)
+        return u"older, without an update header; named by its file name"_s;
+    return u"%1, with an update header"_s.arg(familyKey(family));
+}
+
+Fields fieldsOf(const FirmwareImage &image)
+{
+    return {{"family"_L1, familyKey(image.family)},
+            {"name"_L1, image.name},
+            {"version"_L1, image.version},
+            {"versionStr"_L1, versionOf(image)},
+            {"size"_L1, image.size},
+            {"crc"_L1, image.crc}};
+}
+
+void info(const Options &options, const QString &path)
+{
+    const FirmwareImage image = readImage(path).image;
+    if (options.json)
+        return print(fieldsOf(image));
+    Table table;
+    table.add(u"Family"_s, familyText(image.family));
+    if (image.family == FirmwareImage::Family::Headerless)
+        table.add(u"Name"_s, safeText(image.name));
+    table.add(u"Version"_s, safeText(versionOf(image)));
+    table.add(u"Size"_s, u"%1 bytes"_s.arg(image.size));
+    table.add(u"CRC"_s, u"0x%1"_s.arg(image.crc, 4, 16, QChar(u'0')));
+    print(table.text());
+}
+
+// upload
+
+/** What the library says instead of sending anything. */
+Failure rejection(int code, const QString &version)
+{
+    constexpr auto kForce = "--force uploads it all the same."_L1;
+    switch (code) {
+    case -2:
+        return {ExitCode::JobFailed, u"the computer has bootloader %1 already"_s.arg(version),
+                kForce};
+    case -3:
+        return {ExitCode::JobFailed, u"the computer has firmware %1 already"_s.arg(version),
+                kForce};
+    case -4:
+        return {ExitCode::JobFailed, u"the computer does not tell the version of its bootloader"_s,
+                u"Only a computer whose bootloader is known takes this firmware."_s};
+    default:
+        return {ExitCode::JobFailed, u"the file is no firmware image"_s, {}};
+    }
+}
+
+/** "45 %, 108 kB of 240 kB, 3.2 kB/s, 0:41 left" */
+class UploadStatus
+{
+public:
+    explicit UploadStatus(qsizetype size) : m_size(double(size)) { }
+
+    /** @param bytes  sent so far; those of the last block may exceed the size */
+    QString text(int bytes)
+    {
+        const double sent = std::min(double(bytes), m_size);
+        if (!m_time.isValid()) {
+            // A computer may have the beginning from an upload that was interrupted.
+            m_first = sent;
+            m_time.start();
+        }
+        QString text = u"Uploading %1 %, %2 of %3"_s.arg(sent / m_size * 100, 0, 'f', 0)
+                           .arg(bytesText(sent), bytesText(m_size));
+        const double seconds = double(m_time.elapsed()) / 1000;
+        if (sent > m_first && seconds > 0) {
+            const double rate = (sent - m_first) / seconds;
+            text += u", %1/s, %2 left"_s.arg(bytesText(rate), durationText((m_size - sent) / rate));
+        }
+        return text;
+    }
+
+private:
+    double m_size;
+    double m_first = 0;
+    QElapsedTimer m_time;
+};
+
+void send(Connection &connection, const ImageFile &file, bool force)
+{
+    constexpr auto kLongest = 120min; // the slowest links move some 100 bytes a second
+    UploadStatus status(file.bytes.size());
+    const QObject context;
+    QObject::connect(&connection.session(), &VardaSession::uploadFirmwareProgress, &context,
+                     [&status](int bytes, int percent) {
+                         const bool isEnd = bytes == 0 && percent == 100;
+                         showStatus(isEnd ? u"Finishing"_s : status.text(bytes));
+                     });
+    connection.run({.name = u"firmware"_s,
+                    .end = TidemarCommand::End_program,
+                    .start =
+                        [&](VardaSession &session) {
+                            const int code = session.uploadFirmware(file.bytes, file.fileName,
+                                                                    force);
+                            if (code < 0)
+                                throw rejection(code, safeText(versionOf(file.image)));
+                        },
+                    .verb = u"Uploading the"_s,
+                    .limit = kLongest});
+}
+
+void upload(const Options &options, const Confirmation &confirmation, const QString &path,
+            bool force)
+{
+    const ImageFile file = readImage(path);
+    confirmation.require();
+    Connection connection(options);
+    // What it has decides what it takes.
+    connection.read(TidemarCommand::Identification, u"identification"_s);
+    const bool needsBootloader = file.image.family != FirmwareImage::Family::Headerless;
+    if (needsBootloader && connection.session().bootloaderVersion() == 0)
+        connection.read(TidemarCommand::BootloaderVersion, u"bootloader version"_s);
+    const QString what = file.image.family == FirmwareImage::Family::Bootloader ? u"bootloader"_s
+                                                                                : u"firmware"_s;
+    confirmation.ask(u"Replace the %1 of %2 (%3, firmware %4) by version %5?"_s.arg(
+        what, connection.device().name(), connection.device().address(),
+        versionText(connection.session().firmwareVersionStr()), versionOf(file.image)));
+    send(connection, file, force);
+
+    const auto elapsed = std::chrono::duration<double>(connection.session().uploadElapsed());
+    if (options.json) {
+        Fields fields{{"device"_L1, ::fieldsOf(connection.device())}};
+        append(fields, fieldsOf(file.image));
+        fields.emplace_back("uploadElapsed"_L1, elapsed.count());
+        print(fields);
+    } else {
+        print(u"Uploaded %1 bytes of %2 %3 in %4 s.\n"_s.arg(file.bytes.size())
+                  .arg(what, safeText(versionOf(file.image)))
+                  .arg(elapsed.count(), 0, 'f', 1));
+    }
+}
+
+} // namespace
+
+void addFirmware(CommandLine &line)
+{
+    CLI::App *const firmware = line.add("firmware", "Look at firmware images and upload them", {});
+    firmware->require_subcommand(1);
+    const auto path = std::make_shared<std::string>();
+    const auto addFile = [&path](CLI::App *command) {
+        command->add_option("FILE", *path, "The image")->type_name("FILE")->required();
+    };
+    addFile(line.addTo(
+        firmware, "info", "Tell what an image is; no computer is needed",
+        [path](const Options &options) { info(options, QString::fromLocal8Bit(path->c_str())); }));
+
+    const auto confirmation = std::make_shared<std::optional<Confirmation>>();
+    const auto force = std::make_shared<bool>(false);
+    CLI::App *const command = line.addTo(firmware, "upload", "Replace the computer's firmware",
+                                         [confirmation, path, force](const Options &options) {
+                                             upload(options, **confirmation,
+                                                    QString::fromLocal8Bit(path->c_str()), *force);
+                                         });
+    addFile(command);
+    confirmation->emplace(command);
+    command->add_flag("--force", *force, "Also when the computer has that version already");
+}

@@ -1,0 +1,242 @@
+// SPDX-License-Identifier: MIT
+#include "arguments.h"
+#include "commandline.h"
+#include "commands.h"
+#include "confirmation.h"
+#include "connection.h"
+#include "files.h"
+#include "records.h"
+#include "terminal.h"
+#include "text.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kLastMode = 4;
+constexpr int kLastIndex = 255;
+constexpr int kLastActive = 127; // -1 stands for none
+
+// list
+
+QString listText(const QList<LayoutEntry> &layouts)
+{
+    if (layouts.isEmpty())
+        return u"There is no layout.\n"_s;
+    Columns columns({{u"FIRST"_s}, {u"SECOND"_s}, {u"NAME"_s, Columns::Side::Left}});
+    for (const LayoutEntry &each : layouts)
+        columns.add(
+            {QString::number(each.first), QString::number(each.second), safeText(each.name)});
+    return columns.text();
+}
+
+void list(const Options &options)
+{
+    Connection connection(options);
+    connection.run({.name = u"list of layouts"_s,
+                    .end = TidemarCommand::LayoutList,
+                    .start = [](VardaSession &session) { session.startLayoutList(); }});
+    const auto &layouts = connection.session().layouts();
+    if (options.json) {
+        print({{"device"_L1, fieldsOf(connection.device())},
+               {"layouts"_L1, listOf(layouts, [](const LayoutEntry &each) {
+                    return Fields{{"first"_L1, each.first},
+                                  {"second"_L1, each.second},
+                                  {"name"_L1, each.name}};
+                })}});
+    } else {
+        print(listText(layouts));
+    }
+}
+
+// get
+
+QString dump(const QByteArray &blob)
+{
+    constexpr qsizetype kInLine = 32;
+    QString text;
+    for (qsizetype at = 0; at < blob.size(); at += kInLine)
+        text += QString::fromLatin1(blob.mid(at, kInLine).toHex(' ')) + u'\n';
+    return text;
+}
+
+void get(const Options &options, int index, const QString &file)
+{
+    Connection connection(options);
+    connection.run(
+        {.name = u"layout %1"_s.arg(index),
+         .end = TidemarCommand::LayoutGet,
+         .start = [index](VardaSession &session) { session.startLayoutGet(quint8(index)); },
+         .verb = u"Reading"_s,
+         .progress =
+             [&connection] {
+                 showStatus(u"Reading the layout, "_s + bytesText(double(connection.received())));
+             }});
+    const QByteArray blob = connection.session().layoutBlob();
+    if (blob.isEmpty()) {
+        throw Failure{ExitCode::JobFailed, u"there is no layout %1"_s.arg(index),
+                      u"\"varda layouts list\" lists what there is."_s};
+    }
+    if (!file.isEmpty())
+        writeFile(file, blob);
+    if (options.json) {
+        print({{"device"_L1, fieldsOf(connection.device())},
+               {"index"_L1, index},
+               {"size"_L1, blob.size()},
+               {"layoutBlob"_L1, QString::fromLatin1(blob.toHex())}});
+    } else {
+        print(file.isEmpty() ? dump(blob)
+                             : u"%1 bytes written to %2\n"_s.arg(blob.size()).arg(file));
+    }
+}
+
+// What changes layouts
+
+/** Runs a job whose only result is that it was accepted. */
+void change(const Options &options, const Job &job, const QString &done,
+            const Confirmation *confirmation = nullptr, const QString &question = {})
+{
+    if (confirmation)
+        confirmation->require();
+    Connection connection(options);
+    if (confirmation)
+        confirmation->ask(question.arg(connection.device().name()));
+    connection.run(job);
+    if (options.json) {
+        print({{"device"_L1, fieldsOf(connection.device())},
+               {"layoutCommandSuccess"_L1, connection.session().layoutCommandSuccess()}});
+    } else {
+        print(done + u'\n');
+    }
+}
+
+void add(const Options &options, const QString &file)
+{
+    const QByteArray blob = readFile(file);
+    change(options,
+           {.name = u"layout"_s,
+            .end = TidemarCommand::LayoutAdd,
+            .start = [&blob](VardaSession &session) { session.startLayoutAdd(blob); },
+            .verb = u"Writing the"_s},
+           u"The layout of %1 bytes is added."_s.arg(blob.size()));
+}
+
+void remove(const Options &options, int index)
+{
+    change(options,
+           {.name = u"layout %1"_s.arg(index),
+            .end = TidemarCommand::LayoutRemove,
+            .start = [index](VardaSession &session) { session.startLayoutRemove(quint8(index)); },
+            .verb = u"Removing"_s},
+           u"Layout %1 is removed."_s.arg(index));
+}
+
+void clear(const Options &options, const Confirmation &confirmation)
+{
+    change(options,
+           {.name = u"layouts"_s,
+            .end = TidemarCommand::LayoutRemoveAll,
+            .start = [](VardaSession &session) { session.startLayoutRemoveAll(); },
+            .verb = u"Removing the"_s},
+           u"All layouts are removed."_s, &confirmation, u"Remove all layouts of %1?"_s);
+}
+
+void activate(const Options &options, int mode, int index)
+{
+    change(options,
+           {.name = u"layout %1"_s.arg(index),
+            .end = TidemarCommand::LayoutActiveSet,
+            .start =
+                [mode, index](VardaSession &session) {
+                    session.startLayoutActiveSet(quint8(mode), qint8(index));
+                },
+            .verb = u"Activating"_s},
+           u"Layout %1 is active in dive mode %2."_s.arg(index).arg(mode));
+}
+
+// active
+
+void active(const Options &options)
+{
+    Connection connection(options);
+    connection.run({.name = u"active layouts"_s,
+                    .end = TidemarCommand::LayoutActiveGet,
+                    .start = [](VardaSession &session) { session.startLayoutActiveGet(); }});
+    const auto &layouts = connection.session().activeLayouts();
+    if (options.json) {
+        print(
+            {{"device"_L1, fieldsOf(connection.device())}, {"activeLayouts"_L1, listOf(layouts)}});
+        return;
+    }
+    Columns columns({{u"DIVE MODE"_s}, {u"LAYOUT"_s}});
+    for (std::size_t i = 0; i < layouts.size(); ++i) {
+        columns.add({QString::number(i), layouts[i] < 0 ? u"-"_s : QString::number(layouts[i])});
+    }
+    print(columns.text());
+}
+
+void addGet(CommandLine &line, CLI::App *layouts)
+{
+    const auto index = std::make_shared<int>();
+    const auto file = std::make_shared<std::string>();
+    CLI::App *const command = line.addTo(
+        layouts, "get", "Read a layout, into a file or in hexadecimal",
+        [index, file](const Options &options) {
+            get(options, *index, QString::fromLocal8Bit(file->c_str()));
+        });
+    command->add_option("INDEX", *index, "Its index")
+        ->type_name("INDEX")
+        ->required()
+        ->check(between(0, kLastIndex));
+    command->add_option("-o,--output", *file, "The file to write")->type_name("FILE");
+}
+
+void addActivate(CommandLine &line, CLI::App *layouts)
+{
+    const auto mode = std::make_shared<int>();
+    const auto index = std::make_shared<int>();
+    CLI::App *const command = line.addTo(
+        layouts, "activate", "Use a layout in a dive mode",
+        [mode, index](const Options &options) { activate(options, *mode, *index); });
+    command->add_option("MODE", *mode, "The dive mode, 0 to 4")
+        ->type_name("MODE")
+        ->required()
+        ->check(between(0, kLastMode));
+    command->add_option("INDEX", *index, "The layout's index, -1 for none")
+        ->type_name("INDEX")
+        ->required()
+        ->check(between(-1, kLastActive));
+}
+
+} // namespace
+
+void addLayouts(CommandLine &line)
+{
+    CLI::App *const layouts = line.add("layouts", "List, read and change the screen layouts", list);
+    line.addTo(layouts, "list", "List them", list);
+    addGet(line, layouts);
+
+    const auto file = std::make_shared<std::string>();
+    line.addTo(
+            layouts, "add", "Write another one into the computer",
+            [file](const Options &options) { add(options, QString::fromLocal8Bit(file->c_str())); })
+        ->add_option("FILE", *file, "What it consists of")
+        ->type_name("FILE")
+        ->required();
+
+    const auto index = std::make_shared<int>();
+    line.addTo(layouts, "remove", "Remove one",
+               [index](const Options &options) { remove(options, *index); })
+        ->add_option("INDEX", *index, "Its index")
+        ->type_name("INDEX")
+        ->required()
+        ->check(between(0, kLastIndex));
+
+    const auto confirmation = std::make_shared<std::optional<Confirmation>>();
+    confirmation->emplace(
+        line.addTo(layouts, "clear", "Remove all",
+                   [confirmation](const Options &options) { clear(options, **confirmation); }));
+
+    line.addTo(layouts, "active", "Tell which one each dive mode uses", active);
+    addActivate(line, layouts);
+}

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <varda/dive.h>
+
+#include <QtCore/qstring.h>
+
+/** How a profile is drawn. */
+struct PlotStyle {
+    int width = 80;   ///< columns, the labels included
+    int height = 16;  ///< rows of the curve
+    bool utf8 = true; ///< braille dots and lines, otherwise ASCII
+};
+
+/**
+ * A dive's profile: depth downwards, time to the right, and below them the number of each gas where
+ * its use begins. Empty for a dive without a profile.
+ */
+[[nodiscard]] QString profilePlot(const Dive &dive, const PlotStyle &style);
