@@ -165,8 +165,13 @@ void BleDevice::connectTo(BleDeviceInfo device)
 
 void BleDevice::disconnect()
 {
-    if (d->controller)
-        d->controller->disconnectFromDevice();
+    const QPointer<QLowEnergyController> controller(d->controller);
+    if (!controller)
+        return;
+    controller->disconnectFromDevice();
+    // A session connects anew before the old device is deleted.
+    if (controller && controller->state() == QLowEnergyController::ClosingState)
+        ClosingLink::watch(controller);
 }
 
 QList<QBluetoothUuid> BleDevice::availableServices() const

@@ -14,13 +14,23 @@ thread_local ClosingLink *youngest = nullptr;
 
 void ClosingLink::close(QLowEnergyController *controller)
 {
-    if (controller->state() != QLowEnergyController::UnconnectedState) {
-        new ClosingLink(controller);
+    // Not its owner's child any more: it may be in the middle of a signal when that is deleted.
+    if (controller->state() == QLowEnergyController::UnconnectedState) {
+        controller->setParent(nullptr);
+        controller->deleteLater();
         return;
     }
-    // Not a child any more: it may be in the middle of a signal when its owner is deleted.
-    controller->setParent(nullptr);
-    controller->deleteLater();
+    controller->setParent(watch(controller));
+    if (controller->state() != QLowEnergyController::ClosingState)
+        controller->disconnectFromDevice();
+}
+
+ClosingLink *ClosingLink::watch(QLowEnergyController *controller)
+{
+    ClosingLink *link = youngest;
+    while (link && link->m_controller != controller)
+        link = link->m_older;
+    return link ? link : new ClosingLink(controller);
 }
 
 ClosingLink *ClosingLink::sameComputer(const QLowEnergyController *controller)
@@ -40,15 +50,12 @@ ClosingLink::ClosingLink(QLowEnergyController *controller)
     : m_controller(controller), m_older(youngest)
 {
     youngest = this;
-    controller->setParent(this);
     connect(controller, &QLowEnergyController::stateChanged, this,
             [this](QLowEnergyController::ControllerState state) {
                 if (state == QLowEnergyController::UnconnectedState)
                     finish();
             });
     QTimer::singleShot(kLongestWaitMs, this, &ClosingLink::finish);
-    if (controller->state() != QLowEnergyController::ClosingState)
-        controller->disconnectFromDevice();
 }
 
 void ClosingLink::finish()

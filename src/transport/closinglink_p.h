@@ -22,6 +22,8 @@ public:
 
     /** Disconnects @p controller, whose signals are cut already, and deletes it in due time. */
     static void close(QLowEnergyController *controller);
+    /** Lets others know that @p controller is disconnecting, while its owner keeps it. */
+    static ClosingLink *watch(QLowEnergyController *controller);
     /** The link to the computer of @p controller that is still closing, or null. */
     [[nodiscard]] static ClosingLink *sameComputer(const QLowEnergyController *controller);
 
