@@ -101,6 +101,12 @@ QString Control::State(const QString &address)
     return device ? compact(QJsonDocument(device->state())) : QString();
 }
 
+QByteArray Control::Firmware(const QString &address)
+{
+    const RemoteDevice *device = deviceOrError(address);
+    return device ? device->firmwareImage() : QByteArray();
+}
+
 void Control::Freeze(uint milliseconds)
 {
     // The answer to this call goes out first.

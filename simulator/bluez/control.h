@@ -29,6 +29,7 @@ public Q_SLOTS:
     Q_SCRIPTABLE void SetPowered(bool powered);
     Q_SCRIPTABLE void RemoveAdapter();
     Q_SCRIPTABLE QString State(const QString &address);
+    Q_SCRIPTABLE QByteArray Firmware(const QString &address);
     Q_SCRIPTABLE void Freeze(uint milliseconds);
     Q_SCRIPTABLE void Quit();
 

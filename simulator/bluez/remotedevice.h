@@ -53,6 +53,7 @@ public:
     void removeFromTree();
     bool notifyNow(const QByteArray &bytes);
     QJsonObject state() const;
+    QByteArray firmwareImage() const { return m_serial.computer().firmwareImage(); }
 
 private:
     struct Characteristic {

@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "device/firmwarestore.h"
 #include "device/frame.h"
+#include "device/layoutstore.h"
 #include "device/logbook.h"
 #include "device/scenario.h"
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QJsonObject>
 #include <QtCore/QList>
+
+#include <optional>
 
 namespace simulator {
 
@@ -20,10 +24,17 @@ public:
     // The frames of the answer, in order; none for what the computer does not know.
     QList<Frame> answer(const Frame &request);
 
+    // The last firmware or bootloader that was uploaded and accepted.
+    const QByteArray &firmwareImage() const { return m_firmware.image(); }
+
     // Everything that a request can change, for a look from outside.
     QJsonObject state() const;
 
 private:
+    QByteArray answerOnce(quint8 command, const QByteArray &payload);
+    std::optional<QList<QByteArray>> answerList(quint8 command, const QByteArray &payload) const;
+    std::optional<bool> obey(quint8 command, const QByteArray &payload);
+
     QByteArray identification() const;
     QByteArray bootloaderVersion() const;
     QByteArray owner() const;
@@ -31,11 +42,18 @@ private:
     QByteArray sensors() const;
     QByteArray diver() const;
     QByteArray simulationParameters() const;
-    QByteArray setOwner(const QByteArray &text);
+    bool setOwner(const QByteArray &text);
+    bool setSerialNumber(const QByteArray &bytes);
+    bool setDiver(const QByteArray &loads);
+    bool setMarlo(const QByteArray &settings);
+    bool setSuperUser(const QByteArray &flag);
+    bool endUpload(FirmwareStore::Family family);
+    void resetToFactory();
     QByteArray setTime(const QByteArray &payload);
     QByteArray setSensors(const QByteArray &payload);
     QByteArray deleteNewestDive();
     QByteArray eraseDives();
+    QList<QByteArray> samples(const QByteArray &number) const;
     QList<QByteArray> gases(const QByteArray &payload) const;
     QList<QByteArray> batteryInformation() const;
 
@@ -43,6 +61,10 @@ private:
 
     DeviceScenario m_device;
     Logbook m_logbook;
+    LayoutStore m_layouts;
+    FirmwareStore m_firmware;
+    QByteArray m_marlo;
+    bool m_superUser = false;
     QElapsedTimer m_sinceClockSet;
     int m_resets = 0;
 };

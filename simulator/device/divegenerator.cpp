@@ -5,7 +5,6 @@
 #include "device/scenario.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace simulator {
 
@@ -140,17 +139,23 @@ void setTimes(DiveHeader &header, const DiveRecipe &recipe, qsizetype samples, R
     header[SampleInterval] = quint64(recipe.interval);
 }
 
+int asSigned(int byte)
+{
+    const int low = byte & 0xFF;
+    return low < 0x80 ? low : low - 0x100;
+}
+
 void setStatistics(DiveHeader &header, const QList<Sample> &samples)
 {
     int deepest = 0;
     qint64 sum = 0;
-    int coldest = std::numeric_limits<qint8>::max();
-    int warmest = std::numeric_limits<qint8>::min();
+    int coldest = 127;
+    int warmest = -128;
     for (const Sample &sample : samples) {
         deepest = std::max(deepest, sample.depth);
         sum += sample.depth;
-        coldest = std::min(coldest, int(qint8(sample.aux1)));
-        warmest = std::max(warmest, int(qint8(sample.aux1)));
+        coldest = std::min(coldest, asSigned(sample.aux1));
+        warmest = std::max(warmest, asSigned(sample.aux1));
     }
     using enum HeaderField;
     header[Tenths1] = quint64(deepest);

@@ -3,35 +3,39 @@
 
 #include "device/pieces.h"
 
-#include <algorithm>
-
 namespace simulator {
 
 QList<QByteArray> Logbook::headers(const QSet<quint16> &known) const
 {
     QList<QByteArray> headers;
-    for (auto recipe = m_scenario.dives.crbegin(); recipe != m_scenario.dives.crend(); ++recipe) {
-        if (known.contains(recipe->number))
-            continue;
-        headers.append(recipe->headerBytes ? *recipe->headerBytes
-                                           : encodeHeader(generateDive(*recipe, m_model).header,
-                                                          m_model, m_scenario.version));
+    for (qsizetype i = size() - 1; i >= 0; --i) {
+        if (!known.contains(m_scenario.dives[i].number))
+            headers.append(header(m_scenario.dives[i]));
     }
     return headers;
 }
 
+QByteArray Logbook::header(const DiveRecipe &recipe) const
+{
+    if (recipe.headerBytes)
+        return *recipe.headerBytes;
+    return encodeHeader(generateDive(recipe, m_model).header, m_model, m_scenario.version);
+}
+
 QList<QByteArray> Logbook::samples(quint16 number) const
 {
-    const auto recipe = std::find_if(
-        m_scenario.dives.crbegin(), m_scenario.dives.crend(),
-        [number](const DiveRecipe &each) { return each.number == number; });
-    if (recipe == m_scenario.dives.crend())
-        return {};
-    const QByteArray stream = recipe->sampleBytes
-                                  ? *recipe->sampleBytes
-                                  : encodeSamples(generateDive(*recipe, m_model).samples, m_model,
-                                                  m_scenario.sampleVersion);
-    return inPieces(stream, m_scenario.sampleFrame);
+    for (qsizetype i = size() - 1; i >= 0; --i) {
+        if (m_scenario.dives[i].number == number)
+            return inPieces(stream(m_scenario.dives[i]), m_scenario.sampleFrame);
+    }
+    return {};
+}
+
+QByteArray Logbook::stream(const DiveRecipe &recipe) const
+{
+    if (recipe.sampleBytes)
+        return *recipe.sampleBytes;
+    return encodeSamples(generateDive(recipe, m_model).samples, m_model, m_scenario.sampleVersion);
 }
 
 QList<quint16> Logbook::numbers() const

@@ -39,6 +39,9 @@ public:
     void removeAll() { m_scenario.dives.clear(); }
 
 private:
+    QByteArray header(const DiveRecipe &recipe) const;
+    QByteArray stream(const DiveRecipe &recipe) const;
+
     LogbookScenario m_scenario;
     Model m_model;
 };

@@ -146,10 +146,7 @@ void readLoads(ObjectReader &reader, const char *key, std::array<float, 16> &loa
 
 void readDiver(ObjectReader &device, DeviceScenario &scenario)
 {
-    // At rest in air at sea level, a little nitrogen left in the slow tissues.
-    for (size_t i = 0; i < 16; ++i)
-        scenario.tissueN2[i] = 0.745F + 0.0125F * float(i);
-    scenario.cns = 4.5F;
+    restTissues(scenario);
     if (!device.has("diver"))
         return;
     ObjectReader reader(device.take("diver"), device.path("diver"));
@@ -370,6 +367,9 @@ void readContent(ObjectReader &reader, DeviceScenario &device)
     device.dstop = quint16(reader.integer("dstop", 0, 0, 0xFFFF));
     device.density = quint16(reader.integer("density", 1030, 0, 0xFFFF));
     device.logbook = readLogbook(reader, device.model);
+    device.log = readEventLog(reader);
+    device.layouts = readLayouts(reader);
+    device.firmwareUpload = readFirmware(reader);
     readDiver(reader, device);
     readBattery(reader, device);
     readConfiguration(reader, device);
@@ -441,6 +441,15 @@ QString placeOf(const QByteArray &json, int offset)
 }
 
 } // namespace
+
+void restTissues(DeviceScenario &device)
+{
+    // In air at sea level, a little nitrogen left in the slow tissues.
+    for (size_t i = 0; i < 16; ++i)
+        device.tissueN2[i] = 0.745F + 0.0125F * float(i);
+    device.tissueHe.fill(0);
+    device.cns = 4.5F;
+}
 
 std::optional<Scenario> Scenario::parse(const QByteArray &json, QString *error,
                                         const Overrides &overrides)

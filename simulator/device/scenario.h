@@ -2,7 +2,10 @@
 #pragma once
 
 #include "device/configuration.h"
+#include "device/eventlog.h"
 #include "device/faults.h"
+#include "device/firmwarestore.h"
+#include "device/layoutstore.h"
 #include "device/logbook.h"
 
 #include <QtCore/QByteArray>
@@ -117,8 +120,14 @@ struct DeviceScenario {
     float cns = 0;
     QList<BatteryWords> battery;
     LogbookScenario logbook;
+    EventLog log;
+    LayoutScenario layouts;
+    FirmwareScenario firmwareUpload;
     Configuration configuration;
 };
+
+// As they are in a diver who has not dived for a while.
+void restTissues(DeviceScenario &device);
 
 struct AdapterScenario {
     QString address;

@@ -26,4 +26,13 @@ std::optional<quint32> packVersion(const QString &text)
     return packed << 8 | last;
 }
 
+QString versionText(quint32 packed)
+{
+    return QStringLiteral("%1.%2.%3.%4")
+        .arg(packed >> 24)
+        .arg(packed >> 16 & 0xFF)
+        .arg(packed >> 8 & 0xFF)
+        .arg(QLatin1Char(char(packed & 0xFF)));
+}
+
 } // namespace simulator
