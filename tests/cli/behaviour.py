@@ -9,11 +9,13 @@ import signal
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 from pathlib import Path
 
 VARDA = Path(sys.argv.pop(1))
 SIMULATOR = VARDA.with_name("varda-simulator")
+os.chdir(Path(__file__).resolve().parent)
 
 
 def environment(**more):
@@ -23,37 +25,169 @@ def environment(**more):
 
 def run(*arguments, **more):
     return subprocess.run(
-        [VARDA, *arguments], env=environment(), stdin=subprocess.DEVNULL, text=True,
-        **({"capture_output": True} | more),
+        [VARDA, *arguments], stdin=subprocess.DEVNULL, text=True,
+        **({"capture_output": True, "env": environment()} | more),
     )
+
+
+def on_terminal(*arguments, answers=()):
+    """The status, what was printed on the terminal, and the result.
+
+    Each of the answers is a question's end and what is typed then.
+    """
+    ours, theirs = pty.openpty()
+    answers = list(answers)
+    with subprocess.Popen(
+        [VARDA, *arguments], env=environment(TERM="xterm"), stdin=theirs,
+        stdout=subprocess.PIPE, stderr=theirs, text=True,
+    ) as command:
+        os.close(theirs)
+        shown = b""
+        try:
+            while part := os.read(ours, 4096):
+                shown += part
+                if answers and shown.endswith(answers[0][0]):
+                    typed = answers.pop(0)[1]
+                    if isinstance(typed, signal.Signals):
+                        command.send_signal(typed)
+                    else:
+                        os.write(ours, typed)
+        except OSError:  # the other end is closed
+            pass
+        result = command.stdout.read()
+    os.close(ours)
+    return command.returncode, shown.decode(), result
+
+
+def simulated(folder, *arguments, device=None, **more):
+    """Runs the command under a simulator; what it prints, and the frames that arrived."""
+    record = Path(folder, "record")
+    scenario = Path(folder, "scenario.json")
+    scenario.write_text(json.dumps({"devices": [device or {}]}))
+    done = subprocess.run(
+        [SIMULATOR, "--scenario", scenario, "--record", record, "--", VARDA, *arguments],
+        env=environment(**more), stdin=subprocess.DEVNULL, capture_output=True, text=True,
+    )
+    events = [json.loads(line) for line in record.read_text().splitlines()]
+    return done, [bytes.fromhex(each["hex"]) for each in events if each["event"] == "frame"]
 
 
 class Behaviour(unittest.TestCase):
     def test_status_line(self):
         """On a terminal it says what it does, and leaves nothing of that behind."""
-        ours, theirs = pty.openpty()
-        with subprocess.Popen(
-            [VARDA, "info", "--simulate"], env=environment(TERM="xterm"), stdin=theirs,
-            stdout=subprocess.PIPE, stderr=theirs, text=True,
-        ) as command:
-            os.close(theirs)
-            status = b""
-            try:
-                while part := os.read(ours, 4096):
-                    status += part
-            except OSError:  # the other end is closed
-                pass
-            result = command.stdout.read()
-        os.close(ours)
-        self.assertEqual(command.returncode, 0)
+        status, terminal, result = on_terminal("info", "--simulate")
+        self.assertEqual(status, 0)
         self.assertNotIn("\x1b", result)
         self.assertIn("Serial number     00420017-3138510D-37373934\n", result)
-        shown = status.decode().split("\r\x1b[K")
+        shown = terminal.split("\r\x1b[K")
         for text in ("Scan Devices", "Varda found", "Reading the owner", "Disconnecting"):
             self.assertIn(text, shown)
         self.assertEqual(shown[0], "")
         self.assertEqual(shown[-1], "")
-        self.assertNotIn("\n", status.decode())
+        self.assertNotIn("\n", terminal)
+
+    def test_download_status(self):
+        """While dives come in it says which, how much, and how long the rest will take."""
+        status, terminal, result = on_terminal("dives", "--simulate=scenarios/slow-dives.json")
+        self.assertEqual(status, 0)
+        self.assertEqual(result.count("\n"), 3, result)
+        self.assertRegex(terminal, r"Reading dive 1, 1 of 2, \d+(\.\d)? k?B\r")
+        self.assertRegex(terminal, r"Reading dive 2, 2 of 2, \d+:\d\d left, \d+(\.\d)? k?B\r")
+
+    def test_upload_status(self):
+        status, terminal, result = on_terminal(
+            "firmware", "upload", "images/application.bin", "--yes",
+            "--simulate=scenarios/slow-answers.json")
+        self.assertEqual(status, 0)
+        self.assertRegex(result, r"^Uploaded 1000 bytes of firmware 1\.4\.3\.c in \d+\.\d s\.\n$")
+        self.assertRegex(terminal, r"Uploading 13 %, 128 B of 1\.0 kB\r")
+        self.assertRegex(
+            terminal, r"Uploading 51 %, 512 B of 1\.0 kB, \d+(\.\d)? k?B/s, 0:\d\d left\r")
+        self.assertIn("Uploading 100 %, 1.0 kB of 1.0 kB, ", terminal)
+
+    def test_upload_arrives(self):
+        """The image is what the computer gets, byte for byte, in both ways of sending it."""
+        for name, block, end in (("application.bin", 31, 32), ("VARDA.1.4.3.c.bin", 14, 15)):
+            image = Path("images", name).read_bytes()
+            with tempfile.TemporaryDirectory() as folder:
+                done, frames = simulated(folder, "firmware", "upload", "--yes", f"images/{name}")
+            self.assertEqual(done.returncode, 0, done.stderr)
+            self.assertEqual(b"".join(each[9:] for each in frames if each[8] == block), image)
+            self.assertEqual([each[8] for each in frames][-2:], [end, 255])
+
+    def test_confirmed(self):
+        """What cannot be undone is asked for on a terminal; it names the computer."""
+        question = b"Delete all dives of Varda (00:AA:01:01:00:01)? [y/N] "
+        for typed in (b"y\n", b" YES \n"):
+            status, terminal, result = on_terminal(
+                "erase", "--simulate=scenarios/dives.json", answers=[(question, typed)])
+            self.assertEqual(status, 0, terminal)
+            self.assertEqual(result, "All dives are deleted. The computer's answer: 4, 0\n")
+
+    def test_not_confirmed(self):
+        question = b"Restart Varda (00:AA:01:01:00:01)? [y/N] "
+        for typed in (b"\n", b"n\n", b"\x04"):
+            status, terminal, result = on_terminal(
+                "reset", "--simulate", answers=[(question, typed)])
+            self.assertEqual(status, 1, terminal)
+            self.assertEqual(result, "")
+            self.assertIn("varda: not confirmed, nothing was done\r\n", terminal)
+
+    def test_interrupted_question(self):
+        question = b"Delete the last dive of Varda (00:AA:01:01:00:01)? [y/N] "
+        status, terminal, result = on_terminal(
+            "delete", "--simulate", answers=[(question, signal.SIGINT)])
+        self.assertEqual(status, 128 + signal.SIGINT, terminal)
+        self.assertEqual(result, "")
+
+    def test_known(self):
+        """Only the newest 60 are sent, for more does not fit in a write; none is listed."""
+        with tempfile.TemporaryDirectory() as folder:
+            done, frames = simulated(folder, "logbook", "--known", "3,1-2,4-100",
+                                     device={"dives": {"count": 102}})
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertEqual([line.split()[0] for line in done.stdout.splitlines()],
+                         ["NUMBER", "101", "102"])
+        request = next(each for each in frames if each[8] == 19)
+        self.assertEqual(request[9:], b"".join(bytes((n, 0)) for n in range(41, 101)))
+
+    def test_layout_file(self):
+        """A layout goes into the file that was named, whatever the computer calls it."""
+        with tempfile.TemporaryDirectory() as folder:
+            file = Path(folder, "layout file")
+            device = {"layouts": [{"index": 2, "name": "../x", "blob": "00 ff 0a"}]}
+            done, _ = simulated(folder, "layouts", "get", "2", "-o", file, device=device)
+            self.assertEqual(done.stdout, f"3 bytes written to {file}\n")
+            self.assertEqual(file.read_bytes(), b"\x00\xff\x0a")
+            done, _ = simulated(folder, "layouts", "get", "2", "-o", Path(folder, "no", "file"),
+                                device=device)
+            self.assertEqual(done.returncode, 1)
+            self.assertIn("cannot be written", done.stderr)
+            self.assertEqual(sorted(os.listdir(folder)), ["layout file", "record", "scenario.json"])
+
+    def test_layout_arrives(self):
+        blob = Path("images/layout.bin").read_bytes()
+        with tempfile.TemporaryDirectory() as folder:
+            done, frames = simulated(folder, "layouts", "add", "images/layout.bin")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        chunks = [each[9:] for each in frames if each[8] == 38]
+        self.assertEqual([each[0] for each in chunks], [1, 0, 0, 2])
+        self.assertEqual(b"".join(each[1:] for each in chunks), blob)
+
+    def test_set_time(self):
+        """The computer gets the local wall-clock time, as if it were that of Greenwich."""
+        done = run("time", "set", "--simulate", "--json", env=environment(TZ="Asia/Kathmandu"))
+        self.assertEqual(done.returncode, 0, done.stderr)
+        # Nobody runs a test for an hour; Nepal is 5:45 ahead.
+        ahead = json.loads(done.stdout)["computerTime"] - time.time()
+        self.assertAlmostEqual(ahead, 5.75 * 3600, delta=600)
+
+    def test_long_owner(self):
+        """33 bytes: the computer says no; 201 bytes: no write could carry them."""
+        done = run("owner", "set", "x" * 33, "--simulate")
+        self.assertEqual((done.returncode, done.stderr),
+                         (1, "varda: owner: the computer refused\n"))
+        self.assertEqual(run("owner", "set", "x" * 201, "--simulate").returncode, 2)
 
     def test_interrupt(self):
         """Ctrl-C lets the computer go before the process ends."""

@@ -6,7 +6,6 @@
 #include "terminal.h"
 
 #include <varda/bledevice.h>
-#include <varda/vardableprotocol.h>
 
 #include <QtBluetooth/qbluetoothaddress.h>
 #include <QtCore/qscopeguard.h>
@@ -40,6 +39,20 @@ QString reasonIn(QString message)
             message.remove(0, prefix.size());
     }
     return message;
+}
+
+QString refusalText(ExchangeError::ExchangeErrorIn error)
+{
+    switch (error) {
+    case ExchangeError::BeginProgramError:
+        return u"the computer refused it at the beginning"_s;
+    case ExchangeError::ProgramError:
+        return u"the computer refused a block of it"_s;
+    case ExchangeError::EndProgramError:
+        return u"the computer has all of it and refused it at the end"_s;
+    default:
+        return u"the computer refused"_s;
+    }
 }
 
 Failure notFound(const QString &who, std::chrono::seconds searched)
@@ -259,10 +272,7 @@ void Connection::onRefused(ExchangeError::ExchangeErrorIn error)
                       u"Try again, nearer to the computer."_s});
         return;
     }
-    m_step->fail({ExitCode::JobFailed,
-                  u"%1: the computer refused (%2)"_s.arg(
-                      m_jobName, VardaBleProtocol::exchangeErrorString(error)),
-                  {}});
+    m_step->fail({ExitCode::JobFailed, m_jobName + u": "_s + refusalText(error), {}});
 }
 
 Failure Connection::noAnswer() const

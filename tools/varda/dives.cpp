@@ -179,7 +179,7 @@ QString wholeText(const Dive &dive, bool samples)
     constexpr int kWidest = 120;
     const PlotStyle style{.width = std::min(outputWidth(), kWidest), .utf8 = speaksUtf8()};
     const QString picture = samples ? samplesTable(dive) : profilePlot(dive, style);
-    return diveSummary(dive) + (dive.lines.isEmpty() ? QString() : u'\n' + picture);
+    return diveSummary(dive) + (picture.isEmpty() ? QString() : u'\n' + picture);
 }
 
 void dive(const Options &options, const Numbers &numbers, bool samples)

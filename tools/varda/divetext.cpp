@@ -97,6 +97,8 @@ QString diveSummary(const Dive &dive)
 
 QString samplesTable(const Dive &dive)
 {
+    if (dive.lines.isEmpty())
+        return {};
     QList<Columns::Column> titles{{u"TIME"_s}, {u"DEPTH"_s}, {u"GAS"_s, Columns::Side::Left}};
     for (const auto &[name, value] : fieldsOf(DiveLine())) {
         if (isFilled(name) && !isTold(name))

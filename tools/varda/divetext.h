@@ -7,7 +7,7 @@
 
 /** What there is to say of a dive in a few lines. */
 [[nodiscard]] QString diveSummary(const Dive &dive);
-/** A row for each sample. */
+/** A row for each sample; empty without any. */
 [[nodiscard]] QString samplesTable(const Dive &dive);
 
 /** A table of dives that is printed while they come in. */

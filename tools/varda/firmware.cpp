@@ -165,6 +165,11 @@ void send(Connection &connection, const ImageFile &file, bool force)
                     .limit = kLongest});
 }
 
+QString elapsedText(double seconds)
+{
+    return seconds < 60 ? tenthsText(seconds) + u" s"_s : durationText(seconds);
+}
+
 void upload(const Options &options, const Confirmation &confirmation, const QString &path,
             bool force)
 {
@@ -190,9 +195,8 @@ void upload(const Options &options, const Confirmation &confirmation, const QStr
         fields.emplace_back("uploadElapsed"_L1, elapsed.count());
         print(fields);
     } else {
-        print(u"Uploaded %1 bytes of %2 %3 in %4 s.\n"_s.arg(file.bytes.size())
-                  .arg(what, safeText(versionOf(file.image)))
-                  .arg(elapsed.count(), 0, 'f', 1));
+        print(u"Uploaded %1 bytes of %2 %3 in %4.\n"_s.arg(file.bytes.size())
+                  .arg(what, safeText(versionOf(file.image)), elapsedText(elapsed.count())));
     }
 }
 

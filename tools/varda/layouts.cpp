@@ -23,7 +23,7 @@ QString listText(const QList<LayoutEntry> &layouts)
 {
     if (layouts.isEmpty())
         return u"There is no layout.\n"_s;
-    Columns columns({{u"FIRST"_s}, {u"SECOND"_s}, {u"NAME"_s, Columns::Side::Left}});
+    Columns columns({{u"INDEX"_s}, {u"KIND"_s}, {u"NAME"_s, Columns::Side::Left}});
     for (const LayoutEntry &each : layouts)
         columns.add(
             {QString::number(each.first), QString::number(each.second), safeText(each.name)});
@@ -151,7 +151,8 @@ void activate(const Options &options, int mode, int index)
                     session.startLayoutActiveSet(quint8(mode), qint8(index));
                 },
             .verb = u"Activating"_s},
-           u"Layout %1 is active in dive mode %2."_s.arg(index).arg(mode));
+           index < 0 ? u"No layout is active in dive mode %1."_s.arg(mode)
+                     : u"Layout %1 is active in dive mode %2."_s.arg(index).arg(mode));
 }
 
 // active

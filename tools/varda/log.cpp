@@ -23,7 +23,7 @@ Fields fieldsOf(const SyslogBinRecord &record)
             {"type"_L1, record.type},
             {"arg1"_L1, record.arg1},
             {"arg2"_L1, record.arg2},
-            {"text"_L1, convertSyslogRecord(record, true)}};
+            {"text"_L1, convertSyslogRecord(record, true).trimmed()}};
 }
 
 void readLog(Connection &connection, TidemarCommand::TidemarCommandIn command)
@@ -65,7 +65,7 @@ void binaryLog(const Options &options)
     }
     // The library's own timestamp counts the months from 0.
     for (const SyslogBinRecord &record : records)
-        print(clockText(record.time) + u' ' + safeText(convertSyslogRecord(record, true)) + u'\n');
+        print(clockText(record.time) + u' ' + convertSyslogRecord(record, true).trimmed() + u'\n');
 }
 
 } // namespace

@@ -204,5 +204,5 @@ private:
 
 QString profilePlot(const Dive &dive, const PlotStyle &style)
 {
-    return dive.lines.isEmpty() ? QString() : Plot(dive, style).text();
+    return dive.lines.size() < 2 ? QString() : Plot(dive, style).text();
 }

@@ -14,6 +14,7 @@ struct PlotStyle {
 
 /**
  * A dive's profile: depth downwards, time to the right, and below them the number of each gas where
- * its use begins. Empty for a dive without a profile.
+ * its use begins. Empty where there are not two points to draw a line
+ * between.
  */
 [[nodiscard]] QString profilePlot(const Dive &dive, const PlotStyle &style);

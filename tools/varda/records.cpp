@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "records.h"
 
+#include "text.h"
+
 #include <QtCore/qmetaobject.h>
 
 #include <cstring>
@@ -268,7 +270,7 @@ Fields fieldsOf(const Dive &dive)
                        {"ownerName"_L1, dive.ownerName},
                        {"text"_L1, dive.text},
                        {"serialNumber"_L1, dive.serialNumber},
-                       {"firmwareVersion"_L1, dive.firmwareVersion},
+                       {"firmwareVersion"_L1, versionText(dive.firmwareVersion)},
                        {"kind"_L1, dive.kind},
                        {"lines"_L1, recordsOf(dive.lines)},
                        {"lines2"_L1, recordsOf(dive.lines2)},
