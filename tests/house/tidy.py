@@ -30,9 +30,11 @@ def preprocessed(entry):
         if flag in command:
             at = command.index(flag)
             del command[at : at + 1 + values]
-    return subprocess.run(
+    text = subprocess.run(
         command + ["-E", "-C"], cwd=entry["directory"], check=True, capture_output=True
     ).stdout
+    # The same source in another checkout is the same source.
+    return text.replace(str(ROOT).encode(), b".")
 
 
 def tidy(entry, build, cache, salt):
