@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/qbytearray.h>
+#include <QtCore/qlist.h>
+#include <QtCore/qstringlist.h>
+
+#include <functional>
+
+#include <varda/vardasession.h>
+
+/** Something that an application asks of a computer. */
+struct Job {
+    QString name;
+    std::function<void(VardaSession &)> start;
+    /** What the session tells when all is well, but for its progress. */
+    QStringList ends;
+    /** Whether its answer comes in many notifications, ended by a quiet line. */
+    bool collected = false;
+    /** Whether a second run finds another computer than the first. */
+    bool consumes = false;
+    /** Jobs that have to come before it. */
+    QList<TidemarCommand::TidemarCommandIn> before = {TidemarCommand::Identification};
+};
+
+[[nodiscard]] const QList<Job> &allJobs();
+
+/** All that a session learned, as text. */
+[[nodiscard]] QByteArray digestOf(const VardaSession &session);
