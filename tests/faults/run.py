@@ -108,7 +108,7 @@ def main():
     parser.add_argument("program")
     parser.add_argument("--jobs", type=int, default=3 * (os.cpu_count() or 2))
     parser.add_argument("--filter", default="")
-    parser.add_argument("--every", type=int, default=1)
+    parser.add_argument("--every", type=int, default=6, help="one in N cases; 1: all")
     parser.add_argument("--speed", type=int, default=20)
     parser.add_argument("--real-time", action="store_true")
     options = parser.parse_args()

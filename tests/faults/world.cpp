@@ -121,9 +121,14 @@ void World::forget()
 
 void World::settle()
 {
-    QDBusConnection::systemBus().call(
-        QDBusMessage::createMethodCall(kService, kPath, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s));
+    ping();
     QCoreApplication::processEvents();
+}
+
+// Something that the daemon itself answers, behind all that it was told before.
+void World::ping()
+{
+    QDBusConnection::systemBus().call(message(u"State"_s, {kAddress}));
 }
 
 QList<Exchange> World::exchanges()
@@ -232,10 +237,12 @@ void World::doNow(const Deed &deed)
         break;
     case Deed::Kill:
         m_lost = true;
+        ping(); // what was sent before gets out before
         killDaemon();
         break;
     case Deed::Restart:
         m_lost = true;
+        ping(); // what was sent before gets out before
         killDaemon();
         startDaemon();
         break;

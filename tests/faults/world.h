@@ -71,6 +71,7 @@ private Q_SLOTS:
 private:
     void startDaemon();
     void killDaemon();
+    static void ping();
     void next();
     void doNow(const Deed &deed);
 
