@@ -166,6 +166,11 @@ QJsonObject Simulator::state(const QByteArray &address)
     return QJsonDocument::fromJson(reply.arguments().value(0).toString().toUtf8()).object();
 }
 
+QByteArray Simulator::firmware(const QByteArray &address)
+{
+    return call(u"Firmware"_s, {QString::fromLatin1(address)}).arguments().value(0).toByteArray();
+}
+
 void Simulator::settle()
 {
     // One connection carries all that the simulator says, in order.

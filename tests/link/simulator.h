@@ -39,6 +39,8 @@ void advertise(int rssi, const QByteArray &address = kAddress);
 void setPowered(bool powered);
 void removeAdapter();
 [[nodiscard]] QJsonObject state(const QByteArray &address = kAddress);
+/** The last image that it has accepted. */
+[[nodiscard]] QByteArray firmware(const QByteArray &address = kAddress);
 
 /** Lets everything arrive that the simulator has sent up to now. */
 void settle();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <varda/tidemardiveconverter.h>
 
+#include "headerbytes.h"
 #include "jobtest.h"
 
 using namespace Qt::StringLiterals;
@@ -10,60 +11,6 @@ namespace {
 constexpr auto kVarda = R"("Identification":["620204010b"],)";
 constexpr auto kTidemar = R"("Identification":["6202040115"],)";
 constexpr auto kVskm = R"("Identification":["620204011f"],)";
-
-// What the headers of all layouts have in common, in the order on the wire.
-constexpr auto kBegin = "09"               // headerByte5
-                        "03"               // kindByte
-                        "2855"             // headerByte1, headerByte2
-                        "fb03"             // 1019, so below 1020
-                        "f403";            // headerWord1
-constexpr auto kFourGases = "1528"         // 21 % oxygen, 40 % helium
-                            "2000"         // 32 %
-                            "0402"         // less oxygen than a gas may have, 2 % helium
-                            "6400";        // 100 %
-constexpr auto kTail = "8815476600000000"  // stamp
-                       "0301"              // headerWord3
-                       "3501"              // tenths1
-                       "9b00"              // tenths2
-                       "fc19"              // signed1, signed2
-                       "10270000"          // value32b
-                       "0201"              // headerWord2
-                       "03000000"          // count1
-                       "00e1f505"          // count2
-                       "0401"              // headerWord4
-                       "dc003c00"          // headerWord11, headerWord12
-                       "feffffffffffffff"  // stamp2
-                       "2a000000"          // value32c
-                       "0102030405060708"; // value32e, value32f
-
-QByteArray tissues()
-{
-    return "01010102" + QByteArray("e8030000").repeated(14) + "0f010f02";
-}
-
-/** The newest layout of a Varda. */
-QByteArray vardaHeader(const QByteArray &number = "0701")
-{
-    return "0a80" + number + kBegin + tissues() + "0900" + kFourGases
-           + QByteArray("0000").repeated(8) + "ee" + "460082000501" + "11111111" + "44332211"
-           + "0801" + kTail + "0a" + "201c0000" + "02" + "0d01" + "0e01";
-}
-
-/** The newest layout of a Tidemar. */
-QByteArray tidemarHeader()
-{
-    return QByteArray("0580") + "0701" + kBegin + tissues() + "010f" + kFourGases
-           + QByteArray("0000").repeated(7) + "2109" + "ee" + "4600eeeeee" + "8200eeeeee"
-           + "0501eeeeee" + "11111111" + "44332211" + kTail + "0a" + "201c0000" + "fe";
-}
-
-/** The layout of a VSKM that names no version. */
-QByteArray vskmHeader()
-{
-    return QByteArray("0701") + kBegin + tissues() + "81" + kFourGases
-           + QByteArray("0000").repeated(3) + "2109" + "ee" + "4600eeeeee" + "8200eeeeee"
-           + "0501eeeeee" + "11111111" + "44332211" + kTail;
-}
 
 const QStringList kIdentified{u"endCommand Identification"_s};
 const QStringList kLogbookRead{u"endCommand Logbook"_s};
@@ -260,8 +207,8 @@ void TestDiveHeaders::header()
 void TestDiveHeaders::genericDive()
 {
     CONNECT(connectTo(
-        R"("model":"varda","firmware":"1.4.2.b","owner":"Zoë","serial":"00420017-3138510D-37373934",
-           "responses":{)"_ba
+        R"("model":"varda","firmware":"1.4.2.b","owner":"Zoë",
+           "serial":"00420017-3138510D-37373934","responses":{)"_ba
         + answer("Logbook", {vardaHeader(), ""}) + ","
         + answer("Fullsamples", {"8003 0c e803 fa00 fe 3412 56 78 bc9a de f0 00 ffff f60f 19 0000 "
                                  "00 00 0000 00 00 13 e903 0008 7f 0000 00 00 0000 00 01",
