@@ -70,6 +70,34 @@ private Q_SLOTS:
         QCOMPARE(::gasName(0, 255), u"0/255"_s);
     }
 
+    void durationText()
+    {
+        QCOMPARE(::durationText(0), u"0:00"_s);
+        QCOMPARE(::durationText(59.4), u"0:59"_s);
+        QCOMPARE(::durationText(59.5), u"1:00"_s);
+        QCOMPARE(::durationText(3599), u"59:59"_s);
+        QCOMPARE(::durationText(3723), u"1:02:03"_s);
+        QCOMPARE(::durationText(-5), u"0:00"_s);
+        QCOMPARE(::durationText(1e300), u"277777:46:40"_s);
+    }
+
+    void bytesText()
+    {
+        QCOMPARE(::bytesText(0), u"0 B"_s);
+        QCOMPARE(::bytesText(999), u"999 B"_s);
+        QCOMPARE(::bytesText(1000), u"1.0 kB"_s);
+        QCOMPARE(::bytesText(12345), u"12 kB"_s);
+        QCOMPARE(::bytesText(2345678), u"2.3 MB"_s);
+    }
+
+    void columns()
+    {
+        Columns columns({{u"N"_s}, {u"NAME"_s, Columns::Side::Left}, {u"M"_s}});
+        columns.add({u"1"_s, u"Air"_s, u"2.5"_s});
+        columns.add({u"10"_s, u"Oxygen"_s, u"3"_s});
+        QCOMPARE(columns.text(), u" N  NAME      M\n 1  Air     2.5\n10  Oxygen    3\n"_s);
+    }
+
     void table()
     {
         Table table;

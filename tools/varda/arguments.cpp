@@ -24,10 +24,11 @@ bool readList(const std::string &text, Numbers &numbers)
         if (!readNumber(at, end, first))
             return false;
         std::uint16_t last = first;
-        if (at != end && *at == '-' && (++at, !readNumber(at, end, last)))
-            return false;
-        if (last < first)
-            return false;
+        if (at != end && *at == '-') {
+            ++at;
+            if (!readNumber(at, end, last) || last < first)
+                return false;
+        }
         for (std::uint32_t number = first; number <= last; ++number)
             numbers.insert(std::uint16_t(number));
         if (at == end)

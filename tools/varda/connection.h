@@ -28,7 +28,7 @@ struct Job {
     QString verb = QStringLiteral("Reading the");
     std::chrono::minutes limit{5}; ///< whatever it still sends
     /** Called while the answer comes in, not too often; it may show the status. */
-    std::function<void()> progress = {};
+    std::function<void()> progress = nullptr;
 };
 
 /**

@@ -7,6 +7,7 @@
 #include <varda/tidemardiveconverter.h>
 
 #include <algorithm>
+#include <set>
 
 using namespace Qt::StringLiterals;
 
@@ -41,18 +42,15 @@ QList<TidemarDiveHeader> DiveReader::headers(const QList<std::uint16_t> &known)
                                          + bytesText(double(m_connection.received())));
                           }});
     QList<TidemarDiveHeader> headers = m_connection.session().diveHeaders();
-    const auto byNumber = [](const TidemarDiveHeader &one, const TidemarDiveHeader &other) {
-        return one.diveNumber < other.diveNumber;
-    };
-    const auto sameNumber = [](const TidemarDiveHeader &one, const TidemarDiveHeader &other) {
-        return one.diveNumber == other.diveNumber;
-    };
     // The computer does not hear of the older ones, and may send a header twice.
-    headers.removeIf([&known](const TidemarDiveHeader &header) {
-        return std::binary_search(known.begin(), known.end(), header.diveNumber);
+    std::set<std::uint16_t> taken(known.begin(), known.end());
+    headers.removeIf([&taken](const TidemarDiveHeader &header) {
+        return !taken.insert(header.diveNumber).second;
     });
-    std::stable_sort(headers.begin(), headers.end(), byNumber);
-    headers.erase(std::unique(headers.begin(), headers.end(), sameNumber), headers.end());
+    std::sort(headers.begin(), headers.end(),
+              [](const TidemarDiveHeader &one, const TidemarDiveHeader &other) {
+                  return one.diveNumber < other.diveNumber;
+              });
     return headers;
 }
 

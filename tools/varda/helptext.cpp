@@ -52,8 +52,9 @@ std::string HelpText::make_help(const CLI::App *app, std::string /*name*/,
             options.emplace_back(signature(*option), option->get_description());
             continue;
         }
-        usage += " " + option->get_type_name()
-                 + (option->get_items_expected_max() > 1 ? "..." : "");
+        usage += " " + option->get_type_name();
+        if (option->get_items_expected_max() > 1)
+            usage += "...";
         arguments.emplace_back(option->get_type_name(), option->get_description());
     }
     Rows commands;

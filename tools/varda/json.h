@@ -23,7 +23,8 @@ public:
     Json(const QString &text) : m_value(text) { }
     Json(Fields members) : m_value(std::move(members)) { }
     Json(std::vector<Json> elements) : m_value(std::move(elements)) { }
-    template <typename Number, std::enable_if_t<std::is_arithmetic_v<Number>, int> = 0>
+    template <typename Number>
+        requires std::is_arithmetic_v<Number>
     Json(Number number) : m_value(literal(number))
     {
     }
@@ -59,20 +60,18 @@ inline void append(Fields &fields, const Fields &more)
     fields.insert(fields.end(), more.begin(), more.end());
 }
 
-template <typename Range> Json listOf(const Range &range)
-{
-    std::vector<Json> elements;
-    for (const auto &each : range)
-        elements.emplace_back(each);
-    return elements;
-}
-
 template <typename Range, typename Function> Json listOf(const Range &range, Function toJson)
 {
     std::vector<Json> elements;
+    elements.reserve(std::size_t(range.size()));
     for (const auto &each : range)
         elements.emplace_back(toJson(each));
     return elements;
+}
+
+template <typename Range> Json listOf(const Range &range)
+{
+    return listOf(range, [](const auto &each) -> Json { return each; });
 }
 
 /** Many readers of JSON keep only 53 bits of a number: wider ones are texts. */

@@ -28,17 +28,19 @@ class Canvas
 {
 public:
     Canvas(int width, int height, const Raster &raster)
-        : m_width(width), m_raster(raster), m_cells(std::size_t(width) * std::size_t(height))
+        : m_width(width),
+          m_height(height),
+          m_raster(raster),
+          m_cells(std::size_t(width) * std::size_t(height))
     {
     }
 
     [[nodiscard]] int dotColumns() const { return m_width * m_raster.columns; }
-    [[nodiscard]] int dotRows() const { return int(m_cells.size()) / m_width * m_raster.rows; }
+    [[nodiscard]] int dotRows() const { return m_height * m_raster.rows; }
 
     void set(int x, int y)
     {
-        const int cell = y / m_raster.rows * m_width + x / m_raster.columns;
-        m_cells[std::size_t(cell)] |=
+        m_cells[cell(x / m_raster.columns, y / m_raster.rows)] |=
             kBrailleDots[std::size_t(x % m_raster.columns)][std::size_t(y % m_raster.rows)];
     }
 
@@ -46,7 +48,7 @@ public:
     {
         QString text;
         for (int x = 0; x < m_width; ++x) {
-            const int dots = m_cells[std::size_t(row * m_width + x)];
+            const int dots = m_cells[cell(x, row)];
             if (dots == 0)
                 text += u' ';
             else if (m_raster.rows == 1)
@@ -58,7 +60,13 @@ public:
     }
 
 private:
+    [[nodiscard]] std::size_t cell(int column, int row) const
+    {
+        return std::size_t(row) * std::size_t(m_width) + std::size_t(column);
+    }
+
     int m_width;
+    int m_height;
     Raster m_raster;
     std::vector<int> m_cells;
 };
@@ -102,7 +110,7 @@ double niceStep(double range, int most)
 }
 
 /** Where it does not fit, nothing is put. */
-void put(QString &line, int at, const QString &text)
+void put(QString &line, qsizetype at, const QString &text)
 {
     const auto free = [&](qsizetype i) { return i < 0 || i >= line.size() || line[i] == u' '; };
     if (at < 0 || at + text.size() > line.size())
@@ -154,7 +162,9 @@ private:
 
     [[nodiscard]] QString depthLabel(int row) const
     {
-        for (double depth = 0; depth <= m_bottom; depth += m_depthStep) {
+        const int ticks = int(m_bottom / m_depthStep);
+        for (int tick = 0; tick <= ticks; ++tick) {
+            const double depth = tick * m_depthStep;
             if (int(std::lround(depth / m_bottom * (m_height - 1))) == row) {
                 return u"%1 m"_s.arg(depth, int(m_margin) - 2, 'f', 0) + (m_utf8 ? u'┤' : u'+');
             }
@@ -168,14 +178,17 @@ private:
         QString labels(m_margin + 1 + m_width, u' ');
         const double minutes = m_duration / 60;
         const double step = niceStep(minutes, std::max(m_width / 10, 1));
-        for (double minute = 0; minute <= minutes; minute += step) {
+        const int ticks = int(minutes / step);
+        for (int tick = 0; tick <= ticks; ++tick) {
+            const double minute = tick * step;
             const int column = columnOf(minute * 60);
             axis[column] = m_utf8 ? u'┬' : u'+';
             const QString number = QString::number(minute, 'f', 0);
-            put(labels, int(m_margin) + 1 + column - int(number.size() - 1) / 2, number);
+            const auto middle = m_margin + 1 + column - (number.size() - 1) / 2;
+            put(labels, std::min(middle, labels.size() - number.size()), number);
         }
         const QString unit = u"min"_s;
-        put(labels, int(m_margin - unit.size()), unit);
+        put(labels, m_margin - unit.size(), unit);
         return QString(m_margin, u' ') + (m_utf8 ? u'└' : u'+') + axis + u'\n' + trimmedEnd(labels);
     }
 
@@ -184,7 +197,7 @@ private:
         if (m_dive.gases.isEmpty())
             return {};
         QString row(m_margin + 1 + m_width, u' ');
-        put(row, int(m_margin) - 3, u"gas"_s);
+        put(row, m_margin - 3, u"gas"_s);
         for (const GasSwitch &each : gasSwitches(m_dive))
             row[m_margin + 1 + columnOf(each.time)] = gasMark(each.gasIndex);
         return trimmedEnd(row);

@@ -18,6 +18,7 @@ namespace {
 
 constexpr int kUsualWidth = 80;
 constexpr int kIndent = 4;
+constexpr int kElementIndent = 2 * kIndent;
 
 QString shownStatus;         // as it stands on the terminal
 QElapsedTimer sinceTheStart; // for the diagnostics
@@ -128,8 +129,8 @@ GrowingDocument::~GrowingDocument()
 
 void GrowingDocument::add(const Json &element)
 {
-    writeJson((m_isEmpty ? "\n" : ",\n") + QByteArray(2 * kIndent, ' ')
-              + element.text(2 * kIndent));
+    writeJson((m_isEmpty ? "\n" : ",\n") + QByteArray(kElementIndent, ' ')
+              + element.text(kElementIndent));
     m_isEmpty = false;
 }
 
