@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "bluez/bluezdaemon.h"
 
+#include <QtCore/QThread>
+#include <QtCore/QTimer>
 #include <QtDBus/QDBusArgument>
 #include <QtDBus/QDBusError>
 #include <QtDBus/QDBusVariant>
@@ -11,6 +13,7 @@ namespace simulator {
 
 namespace {
 
+const QString kName = u"org.bluez"_s;
 const QString kRoot = u"/"_s;
 const QString kBluez = u"/org/bluez"_s;
 const QString kAdapterPath = u"/org/bluez/hci0"_s;
@@ -37,7 +40,7 @@ bool BluezDaemon::start(QString *error)
     // The object manager alone stands at the root; below it there is room for others.
     if (m_bus.registerVirtualObject(kRoot, this, QDBusConnection::SingleNode)
         && m_bus.registerVirtualObject(kBluez, this, QDBusConnection::SubPath)
-        && m_bus.registerService(u"org.bluez"_s))
+        && m_bus.registerService(kName))
         return true;
     *error = u"cannot take the place of org.bluez: "_s + m_bus.lastError().message();
     return false;
@@ -51,15 +54,21 @@ void BluezDaemon::load(const Scenario &scenario)
     endDiscovery();
     m_filters.clear();
     m_recorder.restart();
+    m_recorder.setWithTraffic(scenario.recordTraffic);
 
+    ++m_generation;
     m_scenario = scenario;
+    if (m_ended)
+        takeName();
     loadAdapter();
-    const RemoteDevice::Surroundings around{m_bus,
-                                            m_tree,
-                                            m_recorder,
-                                            kAdapterPath,
-                                            scenario.disconnectDelay,
-                                            scenario.temporaryTimeout};
+    const RemoteDevice::Surroundings around{
+        m_bus,
+        m_tree,
+        m_recorder,
+        kAdapterPath,
+        scenario.disconnectDelay,
+        scenario.temporaryTimeout,
+        [this](const Fault &fault, const QString &address) { strike(fault, address); }};
     for (const DeviceScenario &device : scenario.devices)
         m_devices.push_back(std::make_unique<RemoteDevice>(device, around));
 }
@@ -105,19 +114,14 @@ void BluezDaemon::loadAdapter()
                });
 }
 
-void BluezDaemon::dropLinks()
-{
-    for (const auto &each : m_devices)
-        each->linkDown();
-}
-
 void BluezDaemon::setPowered(bool powered)
 {
     if (!m_tree.contains(kAdapterPath)
         || m_tree.property(kAdapterPath, kAdapter, u"Powered"_s).toBool() == powered)
         return;
     if (!powered) {
-        dropLinks();
+        for (const auto &each : m_devices)
+            each->powerLost();
         endDiscovery();
     }
     m_tree.change(kAdapterPath, kAdapter, {{u"Powered"_s, powered}});
@@ -125,17 +129,77 @@ void BluezDaemon::setPowered(bool powered)
 
 void BluezDaemon::removeAdapter()
 {
-    dropLinks();
+    for (const auto &each : m_devices)
+        each->linkDown();
     endDiscovery();
     for (const auto &each : m_devices)
         each->removeFromTree();
     m_tree.remove(kAdapterPath);
 }
 
+void BluezDaemon::end()
+{
+    if (m_ended)
+        return;
+    m_ended = true;
+    m_recorder.add(u"daemonGone"_s);
+    m_tree.setSilent(true);
+    m_bus.unregisterService(kName);
+    for (const auto &each : m_devices)
+        each->daemonGone();
+    endDiscovery();
+    m_filters.clear();
+    m_tree.remove(kAdapterPath);
+}
+
+void BluezDaemon::startAgain()
+{
+    if (!m_ended)
+        return;
+    takeName();
+    loadAdapter();
+    for (const auto &each : m_devices)
+        each->daemonBack();
+}
+
+void BluezDaemon::takeName()
+{
+    m_ended = false;
+    m_tree.setSilent(false);
+    m_bus.registerService(kName);
+}
+
+void BluezDaemon::strike(const Fault &fault, const QString &address)
+{
+    if (fault.kind == FaultKind::Freeze) {
+        QThread::msleep(ulong(fault.ms));
+        return;
+    }
+    // Later at the earliest: whoever asks for it is in the middle of something.
+    const auto happen = [this, kind = fault.kind, address, generation = m_generation] {
+        if (generation != m_generation)
+            return;
+        if (kind == FaultKind::Vanish)
+            device(address)->removeFromTree();
+        else if (kind == FaultKind::AdapterGone)
+            removeAdapter();
+        else if (kind == FaultKind::PowerOff)
+            setPowered(false);
+        else
+            end();
+    };
+    QTimer::singleShot(fault.ms, this, happen);
+}
+
 // ---- Calls
 
 bool BluezDaemon::handleMessage(const QDBusMessage &call, const QDBusConnection &)
 {
+    if (m_ended) {
+        refuse(call, QDBusError::errorString(QDBusError::ServiceUnknown),
+               u"The name org.bluez was not provided by any .service files"_s);
+        return true;
+    }
     const QString interface = call.interface();
     // Qt itself answers these, with the help of introspect().
     if (interface == "org.freedesktop.DBus.Introspectable"_L1

@@ -34,6 +34,9 @@ public:
     RemoteDevice *device(const QString &address) const;
     void setPowered(bool powered);
     void removeAdapter();
+    // As when the daemon's process ends, and when it is started again.
+    void end();
+    void startAgain();
     Recorder &recorder() { return m_recorder; }
 
     bool handleMessage(const QDBusMessage &call, const QDBusConnection &connection) override;
@@ -45,6 +48,8 @@ private:
     bool handleAdapter(const QDBusMessage &call);
     bool handleDevice(const QDBusMessage &call);
 
+    void strike(const Fault &fault, const QString &address);
+    void takeName();
     void loadAdapter();
     void setDiscoveryFilter(const QDBusMessage &call);
     void startDiscovery(const QDBusMessage &call);
@@ -52,7 +57,6 @@ private:
     void endDiscovery();
     void removeDevice(const QDBusMessage &call);
     void clientGone(const QString &client);
-    void dropLinks();
 
     void reply(const QDBusMessage &call, const QVariant &value = {});
     void refuse(const QDBusMessage &call, const QString &error, const QString &message);
@@ -62,6 +66,8 @@ private:
     Recorder m_recorder;
     QDBusServiceWatcher m_clients;
     Scenario m_scenario;
+    quint64 m_generation = 0; // of the scenario
+    bool m_ended = false;
     std::vector<std::unique_ptr<RemoteDevice>> m_devices;
     QHash<QString, QString> m_filters; // of each client: the transport it wants
     QStringList m_discoverers;

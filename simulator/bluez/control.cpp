@@ -95,6 +95,22 @@ void Control::RemoveAdapter()
     m_daemon.removeAdapter();
 }
 
+void Control::RemoveDevice(const QString &address)
+{
+    if (RemoteDevice *device = deviceOrError(address))
+        device->removeFromTree();
+}
+
+void Control::EndDaemon()
+{
+    m_daemon.end();
+}
+
+void Control::StartDaemon()
+{
+    m_daemon.startAgain();
+}
+
 QString Control::State(const QString &address)
 {
     const RemoteDevice *device = deviceOrError(address);

@@ -28,6 +28,9 @@ public Q_SLOTS:
     Q_SCRIPTABLE void Advertise(const QString &address, short rssi);
     Q_SCRIPTABLE void SetPowered(bool powered);
     Q_SCRIPTABLE void RemoveAdapter();
+    Q_SCRIPTABLE void RemoveDevice(const QString &address);
+    Q_SCRIPTABLE void EndDaemon();
+    Q_SCRIPTABLE void StartDaemon();
     Q_SCRIPTABLE QString State(const QString &address);
     Q_SCRIPTABLE QByteArray Firmware(const QString &address);
     Q_SCRIPTABLE void Freeze(uint milliseconds);

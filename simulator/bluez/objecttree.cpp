@@ -24,6 +24,12 @@ ObjectTree::ObjectTree(const QDBusConnection &bus) : m_bus(bus)
     qDBusRegisterMetaType<QList<QDBusObjectPath>>();
 }
 
+void ObjectTree::send(const QDBusMessage &signal) const
+{
+    if (!m_silent)
+        m_bus.send(signal);
+}
+
 void ObjectTree::add(const QString &path, const QString &interface, const QVariantMap &properties)
 {
     Interfaces &object = m_objects[path];
@@ -33,7 +39,7 @@ void ObjectTree::add(const QString &path, const QString &interface, const QVaria
 
     QDBusMessage signal = QDBusMessage::createSignal(u"/"_s, kObjectManager, u"InterfacesAdded"_s);
     signal << QVariant::fromValue(QDBusObjectPath(path)) << QVariant::fromValue(object);
-    m_bus.send(signal);
+    send(signal);
 }
 
 void ObjectTree::remove(const QString &path)
@@ -44,7 +50,7 @@ void ObjectTree::remove(const QString &path)
     QDBusMessage signal = QDBusMessage::createSignal(u"/"_s, kObjectManager,
                                                      u"InterfacesRemoved"_s);
     signal << QVariant::fromValue(QDBusObjectPath(path)) << QStringList(object.keys());
-    m_bus.send(signal);
+    send(signal);
 }
 
 void ObjectTree::removeAll(const QString &path)
@@ -79,7 +85,7 @@ void ObjectTree::change(const QString &path, const QString &interface, const QVa
 
     QDBusMessage signal = QDBusMessage::createSignal(path, kProperties, u"PropertiesChanged"_s);
     signal << interface << changes << invalidated;
-    m_bus.send(signal);
+    send(signal);
 }
 
 ManagedObjects ObjectTree::all() const

@@ -30,13 +30,19 @@ public:
     void change(const QString &path, const QString &interface, const QVariantMap &changes,
                 const QStringList &invalidated = {});
 
+    // A daemon that is gone tells nobody what becomes of its objects.
+    void setSilent(bool silent) { m_silent = silent; }
+
     ManagedObjects all() const;
     // Answers org.freedesktop.DBus.Properties.Get and GetAll.
     QDBusMessage answerProperties(const QDBusMessage &call) const;
     QString introspect(const QString &path) const;
 
 private:
+    void send(const QDBusMessage &signal) const;
+
     QDBusConnection m_bus;
+    bool m_silent = false;
     QMap<QString, Interfaces> m_objects;
 };
 

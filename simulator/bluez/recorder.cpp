@@ -7,6 +7,15 @@ using namespace Qt::StringLiterals;
 
 namespace simulator {
 
+namespace {
+
+bool isTraffic(const QString &event)
+{
+    return event == "frame"_L1 || event == "notification"_L1 || event == "write"_L1;
+}
+
+} // namespace
+
 Recorder::Recorder(QObject *parent) : QObject(parent)
 {
     m_time.start();
@@ -23,6 +32,8 @@ bool Recorder::openFile(const QString &name, QString *error)
 
 void Recorder::add(const QString &event, QJsonObject details)
 {
+    if (!m_withTraffic && isTraffic(event))
+        return;
     details.insert(u"event"_s, event);
     details.insert(u"t"_s, m_time.elapsed());
     m_events.append(details);

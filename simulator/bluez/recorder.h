@@ -23,6 +23,8 @@ public:
     void add(const QString &event, QJsonObject details = {});
     const QJsonArray &events() const { return m_events; }
     void clear() { m_events = {}; }
+    // Without what goes over the links: a large download would fill the memory.
+    void setWithTraffic(bool with) { m_withTraffic = with; }
     // Times count from here.
     void restart();
 
@@ -31,6 +33,7 @@ Q_SIGNALS:
 
 private:
     QJsonArray m_events;
+    bool m_withTraffic = true;
     QElapsedTimer m_time;
     QFile m_file;
 };

@@ -65,6 +65,8 @@ RemoteDevice::RemoteDevice(const DeviceScenario &scenario, const Surroundings &a
 {
     connect(&m_serial, &SerialLink::notification, this, &RemoteDevice::sendNotification);
     connect(&m_serial, &SerialLink::linkDropped, this, &RemoteDevice::linkDown);
+    connect(&m_serial, &SerialLink::calamity, this,
+            [this](const Fault &fault) { m_around.strike(fault, m_scenario.address); });
     connect(&m_serial, &SerialLink::credits, this,
             [this](const QString &event, int granted, qsizetype waiting) {
                 record(event, {{u"granted"_s, granted}, {u"waiting"_s, waiting}});
@@ -181,6 +183,29 @@ void RemoteDevice::removeFromTree()
     m_temporary = true;
 }
 
+void RemoteDevice::powerLost()
+{
+    linkDown();
+    ++m_generation;
+    failWaiting(u"le-connection-abort-by-local"_s);
+}
+
+void RemoteDevice::daemonGone()
+{
+    failWaiting(u"Message recipient disconnected from message bus without replying"_s,
+                u"org.freedesktop.DBus.Error.NoReply"_s);
+    ++m_generation;
+    removeFromTree();
+}
+
+void RemoteDevice::daemonBack()
+{
+    if (!m_scenario.known)
+        return;
+    m_temporary = false;
+    addToTree();
+}
+
 // ---- Calls
 
 bool RemoteDevice::handle(const QDBusMessage &call)
@@ -269,11 +294,14 @@ bool RemoteDevice::handleDescriptor(Descriptor &descriptor, const QDBusMessage &
 void RemoteDevice::withFault(const std::optional<Fault> &fault, const QDBusMessage &call,
                              const std::function<void()> &rest)
 {
-    if (!fault) {
+    if (!fault || fault->kind == FaultKind::Freeze) {
+        strikes(fault);
         rest();
         return;
     }
     const quint64 id = hold(call);
+    if (strikes(fault))
+        return;
     switch (fault->kind) {
     case FaultKind::Silent:
         break;
@@ -293,6 +321,15 @@ void RemoteDevice::withFault(const std::optional<Fault> &fault, const QDBusMessa
         });
         break;
     }
+}
+
+// Whether that was the end of the step.
+bool RemoteDevice::strikes(const std::optional<Fault> &fault)
+{
+    if (!fault || !isCalamity(fault->kind))
+        return false;
+    m_around.strike(*fault, m_scenario.address);
+    return fault->kind != FaultKind::Freeze;
 }
 
 void RemoteDevice::later(int ms, const std::function<void()> &what)
@@ -318,11 +355,11 @@ bool RemoteDevice::release(quint64 id)
     return m_waiting.removeIf([id](const Waiting &each) { return each.id == id; }) > 0;
 }
 
-void RemoteDevice::failWaiting(const QString &message)
+void RemoteDevice::failWaiting(const QString &message, const QString &error)
 {
     const QList<Waiting> waiting = std::exchange(m_waiting, {});
     for (const Waiting &each : waiting)
-        refuse(each.call, kFailed, message);
+        refuse(each.call, error, message);
 }
 
 // ---- The connection
@@ -372,6 +409,8 @@ void RemoteDevice::linkUp()
 void RemoteDevice::discoverServices()
 {
     const std::optional<Fault> fault = m_faults.next(Step::Discover);
+    if (strikes(fault))
+        return;
     if (!fault) {
         servicesResolved(true);
         return;
@@ -575,6 +614,11 @@ void RemoteDevice::writeCharacteristic(Characteristic &characteristic, const QDB
         if (fault && fault->kind == FaultKind::Drop) {
             reply(call);
             later(fault->ms, [this] { linkDown(); });
+            return;
+        }
+        if (fault && isCalamity(fault->kind) && fault->kind != FaultKind::Freeze) {
+            reply(call);
+            strikes(fault);
             return;
         }
         withFault(fault, call, [this, call, bytes, fault, &characteristic] {

@@ -31,6 +31,8 @@ public:
         QString adapterPath;
         int disconnectDelay;
         int temporaryTimeout;
+        // Does what happens to more than one device.
+        std::function<void(const Fault &, const QString &address)> strike;
     };
 
     RemoteDevice(const DeviceScenario &scenario, const Surroundings &around,
@@ -51,6 +53,11 @@ public:
     void linkDown();
     // Off the bus, as after RemoveDevice.
     void removeFromTree();
+    // The adapter has no power any more.
+    void powerLost();
+    // The daemon is gone and forgets what it was doing; back again, it remembers what it knew.
+    void daemonGone();
+    void daemonBack();
     bool notifyNow(const QByteArray &bytes);
     QJsonObject state() const;
     QByteArray firmwareImage() const { return m_serial.computer().firmwareImage(); }
@@ -97,6 +104,7 @@ private:
     // Runs the rest of a step as the fault wants it: now, later, or never.
     void withFault(const std::optional<Fault> &fault, const QDBusMessage &call,
                    const std::function<void()> &rest);
+    bool strikes(const std::optional<Fault> &fault);
     void later(int ms, const std::function<void()> &what);
 
     void addToTree();
@@ -106,7 +114,8 @@ private:
     void refuse(const QDBusMessage &call, const QString &error, const QString &message);
     quint64 hold(const QDBusMessage &call);
     bool release(quint64 id);
-    void failWaiting(const QString &message);
+    void failWaiting(const QString &message,
+                     const QString &error = QStringLiteral("org.bluez.Error.Failed"));
     void record(const QString &event, QJsonObject details = {});
 
     const DeviceScenario m_scenario;

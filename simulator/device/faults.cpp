@@ -31,32 +31,63 @@ constexpr std::pair<const char *, FaultKind> kKinds[] = {
     {"wrongCrc", FaultKind::WrongCrc},
     {"wrongStart", FaultKind::WrongStart},
     {"wrongCommand", FaultKind::WrongCommand},
+    {"wrongLength", FaultKind::WrongLength},
+    {"flip", FaultKind::Flip},
     {"garbage", FaultKind::Garbage},
+    {"insert", FaultKind::Insert},
+    {"append", FaultKind::Append},
     {"truncate", FaultKind::Truncate},
+    {"split", FaultKind::Split},
+    {"merge", FaultKind::Merge},
+    {"swap", FaultKind::Swap},
     {"duplicate", FaultKind::Duplicate},
+    {"endless", FaultKind::Endless},
+    {"vanish", FaultKind::Vanish},
+    {"adapterGone", FaultKind::AdapterGone},
+    {"powerOff", FaultKind::PowerOff},
+    {"daemonGone", FaultKind::DaemonGone},
+    {"freeze", FaultKind::Freeze},
 };
 
-bool canHappen(Step step, FaultKind kind)
+constexpr std::pair<const char *, FaultPart> kParts[] = {
+    {"all", FaultPart::All},
+    {"header", FaultPart::Header},
+    {"crc", FaultPart::Crc},
+    {"body", FaultPart::Body},
+};
+
+template <typename... Kinds> constexpr quint32 setOf(Kinds... kinds)
+{
+    return ((1U << quint32(kinds)) | ...);
+}
+
+constexpr quint32 kindsAt(Step step)
 {
     using enum FaultKind;
     switch (step) {
     case Step::Connect:
     case Step::Details:
     case Step::Subscribe:
-        return kind == Refuse || kind == Silent || kind == Late || kind == Drop;
+        return setOf(Refuse, Silent, Late, Drop);
     case Step::Discover:
-        return kind == Empty || kind == Silent || kind == Late || kind == Drop;
+        return setOf(Empty, Silent, Late, Drop);
     case Step::Write:
-        return kind == Refuse || kind == Silent || kind == Late || kind == Drop || kind == Lost;
+        return setOf(Refuse, Silent, Late, Drop, Lost);
     case Step::Answer:
-        return kind != Lost && kind != Empty;
+        return setOf(Refuse, Silent, Late, Drop, WrongCrc, WrongStart, WrongCommand, WrongLength,
+                     Flip, Garbage, Insert, Append, Truncate, Duplicate, Endless);
     case Step::Notification:
-        return kind == Drop || kind == Lost || kind == Late || kind == Duplicate || kind == Empty
-               || kind == Garbage;
+        return setOf(Lost, Late, Drop, Empty, Garbage, Insert, Flip, Truncate, Split, Merge, Swap,
+                     Duplicate);
     case Step::Disconnect:
-        return kind == Refuse || kind == Silent || kind == Late;
+        return setOf(Refuse, Silent, Late);
     }
-    return false;
+    return 0;
+}
+
+bool canHappen(Step step, FaultKind kind)
+{
+    return isCalamity(kind) || (kindsAt(step) & setOf(kind));
 }
 
 // What the real daemon says when a peer refuses.
@@ -107,8 +138,13 @@ Fault readFault(const QJsonValue &value, const QString &path)
     fault.nth = int(reader.integer("nth", 1, 1, kMax));
     fault.times = int(reader.integer("times", once ? 1 : 0, 0, kMax));
     fault.ms = int(reader.integer("ms", 0, 0, 3'600'000));
+    if (fault.kind == FaultKind::Freeze && fault.ms == 0)
+        badValue(reader.path("ms"), u"is missing"_s);
     fault.frame = int(reader.integer("frame", 1, 1, kMax));
     fault.keep = int(reader.integer("keep", -1, 0, kMax));
+    fault.by = int(reader.integer("by", 1, -0xFFFF, 0xFFFF));
+    fault.bit = int(reader.integer("bit", 0, 0, kMax));
+    fault.part = reader.choice("part", FaultPart::All, kParts);
     fault.bytes = reader.hex("bytes", QByteArray::fromHex("00ff17d0c5a41e6b9903e87742"));
     fault.errorName = reader.text("error", u"org.bluez.Error.Failed"_s);
     fault.errorMessage = reader.text("message", QLatin1String(defaultMessage(fault.step)));

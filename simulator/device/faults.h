@@ -32,10 +32,32 @@ enum class FaultKind {
     WrongCrc,
     WrongStart,
     WrongCommand,
+    WrongLength,
+    Flip,
     Garbage,
+    Insert,
+    Append,
     Truncate,
+    Split,
+    Merge,
+    Swap,
     Duplicate,
+    Endless,
+    // What happens to more than one link
+    Vanish,
+    AdapterGone,
+    PowerOff,
+    DaemonGone,
+    Freeze,
 };
+
+constexpr bool isCalamity(FaultKind kind)
+{
+    return kind >= FaultKind::Vanish;
+}
+
+// Where in a frame, or in what looks like one.
+enum class FaultPart { All, Header, Crc, Body };
 
 struct Fault {
     Step step = Step::Connect;
@@ -46,6 +68,9 @@ struct Fault {
     int ms = 0;
     int frame = 1;
     int keep = -1;
+    int by = 1;
+    int bit = 0;
+    FaultPart part = FaultPart::All;
     QByteArray bytes;
     QString errorName;
     QString errorMessage;

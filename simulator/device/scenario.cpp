@@ -417,6 +417,7 @@ Scenario readScenario(const QJsonObject &object, const Scenario::Overrides &over
     scenario.adapter = readAdapter(reader.take("adapter"));
     scenario.disconnectDelay = int(reader.integer("disconnectDelay", 0, 0, kMaxMs));
     scenario.temporaryTimeout = int(reader.integer("temporaryTimeout", 30000, 0, kMaxMs));
+    scenario.recordTraffic = reader.boolean("recordTraffic", true);
     const QJsonArray devices = reader.array("devices");
     for (qsizetype i = 0; i < devices.size(); ++i) {
         const QString path = u"devices[%1]"_s.arg(i);

@@ -139,6 +139,7 @@ struct Scenario {
     AdapterScenario adapter;
     int disconnectDelay = 0;
     int temporaryTimeout = 30000;
+    bool recordTraffic = true;
     QList<DeviceScenario> devices;
 
     // Values given on the command line, which stand over those of every Low Energy device.

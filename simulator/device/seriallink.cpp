@@ -1,36 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "device/seriallink.h"
 
-#include "device/commands.h"
+#include "device/pieces.h"
+#include "device/spoil.h"
+
+#include <algorithm>
 
 namespace simulator {
 
 namespace {
 
-void spoil(QByteArray &frame, const Fault &fault)
-{
-    switch (fault.kind) {
-    case FaultKind::WrongCrc:
-        frame[4] = char(frame[4] ^ 0x5A);
-        break;
-    case FaultKind::WrongStart:
-        frame[1] = char(0xDD);
-        break;
-    case FaultKind::WrongCommand: {
-        const auto other = quint8(fault.bytes.isEmpty() ? 0 : fault.bytes.front());
-        frame = encodeFrame({other, frame.mid(9)});
-        break;
-    }
-    case FaultKind::Garbage:
-        frame = fault.bytes;
-        break;
-    case FaultKind::Truncate:
-        frame.truncate(fault.keep >= 0 ? fault.keep : frame.size() - 1);
-        break;
-    default:
-        break;
-    }
-}
+// An endless answer leaves room for everything else.
+constexpr int kRepetition = 1;
 
 } // namespace
 
@@ -42,11 +23,15 @@ SerialLink::SerialLink(const DeviceScenario &scenario, FaultPlan &faults, QObjec
         m_sentInPace = 0;
         pump();
     });
+    m_repetition.setSingleShot(true);
+    connect(&m_repetition, &QTimer::timeout, this, &SerialLink::repeatEndlessly);
 }
 
 void SerialLink::reset()
 {
     ++m_generation;
+    m_endless.clear();
+    m_repetition.stop();
     m_assembler.clear();
     m_queue.clear();
     m_pause.stop();
@@ -77,6 +62,9 @@ void SerialLink::creditsGranted(const QByteArray &bytes)
 
 void SerialLink::handle(const Frame &request)
 {
+    // Whatever is still being said, a new request ends it.
+    m_endless.clear();
+    m_repetition.stop();
     const std::optional<Fault> fault = m_faults.next(Step::Answer, request.command);
     const QList<QByteArray> notifications = answerTo(request, fault);
 
@@ -86,7 +74,15 @@ void SerialLink::handle(const Frame &request)
         later(fault->ms, [this] { Q_EMIT linkDropped(); });
         return;
     }
-    later(fault ? fault->ms : 0,
+    if (fault && isCalamity(fault->kind)) {
+        Q_EMIT calamity(*fault);
+        if (fault->kind != FaultKind::Freeze)
+            return;
+    }
+    if (!m_endless.isEmpty())
+        m_repetition.start();
+    const bool waits = fault && fault->kind != FaultKind::Endless && !isCalamity(fault->kind);
+    later(waits ? fault->ms : 0,
           [this, command = request.command, notifications] { send(command, notifications); });
 }
 
@@ -110,11 +106,12 @@ QList<QByteArray> SerialLink::answerTo(const Frame &request, const std::optional
     QList<QByteArray> frames;
     for (const Frame &frame : std::as_const(answer))
         frames.append(encodeFrame(frame));
-    if (fault && fault->frame <= frames.size()) {
-        QByteArray &frame = frames[fault->frame - 1];
-        spoil(frame, *fault);
-        if (fault->kind == FaultKind::Duplicate)
-            frames.insert(fault->frame, QByteArray(frame));
+    if (fault)
+        spoilAnswer(frames, *fault);
+    if (fault && fault->kind == FaultKind::Endless && !frames.isEmpty()) {
+        m_repetition.setInterval(std::max(fault->ms, kRepetition));
+        for (const QByteArray &bytes : cut({frames.last()}))
+            m_endless.append({bytes, request.command, false});
     }
     return cut(frames);
 }
@@ -127,10 +124,8 @@ QList<QByteArray> SerialLink::cut(const QList<QByteArray> &frames) const
     const int size = m_scenario.split > 0 ? m_scenario.split : m_scenario.mtu - 3;
 
     QList<QByteArray> notifications;
-    for (const QByteArray &stream : streams) {
-        for (qsizetype at = 0; at < stream.size(); at += size)
-            notifications.append(stream.mid(at, size));
-    }
+    for (const QByteArray &stream : streams)
+        notifications.append(inPieces(stream, size));
     return notifications;
 }
 
@@ -165,32 +160,61 @@ bool SerialLink::sendFirst()
     std::optional<Fault> fault;
     if (!chunk.heldBack)
         fault = m_faults.next(Step::Notification, chunk.command);
-    if (fault && fault->kind == FaultKind::Late) {
+    if (fault && fault->kind == FaultKind::Swap && !m_queue.isEmpty()) {
         chunk.heldBack = true;
-        m_queue.prepend(chunk);
-        m_pause.start(fault->ms);
-        return false;
+        m_queue.insert(1, chunk);
+        return true;
     }
+    if (fault && holdUp(*fault, chunk))
+        return false;
+    if (fault && fault->kind == FaultKind::Merge && !m_queue.isEmpty())
+        chunk.bytes += m_queue.dequeue().bytes;
+
+    const QList<QByteArray> sent = fault ? spoiltNotification(chunk.bytes, *fault)
+                                         : QList<QByteArray>{chunk.bytes};
     if (m_scenario.countCredits)
         --m_credits;
-
-    if (fault && fault->kind == FaultKind::Drop) {
-        m_queue.clear();
-        later(fault->ms, [this] { Q_EMIT linkDropped(); });
-        return false;
-    }
-    if (fault && fault->kind == FaultKind::Lost)
-        return true;
-
-    QByteArray bytes = chunk.bytes;
-    if (fault && fault->kind == FaultKind::Empty)
-        bytes.clear();
-    if (fault && fault->kind == FaultKind::Garbage)
-        bytes = fault->bytes;
-    Q_EMIT notification(bytes);
-    if (fault && fault->kind == FaultKind::Duplicate && generation == m_generation)
+    return std::ranges::all_of(sent, [&](const QByteArray &bytes) {
         Q_EMIT notification(bytes);
-    return generation == m_generation;
+        return generation == m_generation;
+    });
+}
+
+bool SerialLink::holdUp(const Fault &fault, const Chunk &chunk)
+{
+    switch (fault.kind) {
+    case FaultKind::Late:
+        m_queue.prepend({chunk.bytes, chunk.command, true});
+        m_pause.start(fault.ms);
+        return true;
+    case FaultKind::Drop:
+        m_queue.clear();
+        m_endless.clear();
+        later(fault.ms, [this] { Q_EMIT linkDropped(); });
+        return true;
+    case FaultKind::Freeze:
+        Q_EMIT calamity(fault);
+        return false;
+    default:
+        break;
+    }
+    if (!isCalamity(fault.kind))
+        return false;
+    m_queue.clear();
+    m_endless.clear();
+    Q_EMIT calamity(fault);
+    return true;
+}
+
+void SerialLink::repeatEndlessly()
+{
+    if (m_endless.isEmpty())
+        return;
+    // What is not sent for want of credits does not pile up.
+    if (m_queue.isEmpty())
+        m_queue.append(m_endless);
+    m_repetition.start();
+    pump();
 }
 
 void SerialLink::later(int ms, const std::function<void()> &what)

@@ -33,6 +33,8 @@ public:
 Q_SIGNALS:
     void notification(const QByteArray &bytes);
     void linkDropped();
+    // Something happens to more than this link.
+    void calamity(const simulator::Fault &fault);
     void credits(const QString &event, int granted, qsizetype waiting);
 
 private:
@@ -48,6 +50,8 @@ private:
     void send(quint8 command, const QList<QByteArray> &notifications);
     void pump();
     bool sendFirst();
+    bool holdUp(const Fault &fault, const Chunk &chunk);
+    void repeatEndlessly();
     void later(int ms, const std::function<void()> &what);
 
     const DeviceScenario m_scenario;
@@ -56,6 +60,8 @@ private:
     FrameAssembler m_assembler;
     QQueue<Chunk> m_queue;
     QTimer m_pause;
+    QList<Chunk> m_endless; // sent again and again, until the link ends
+    QTimer m_repetition;
     int m_sentInPace = 0;
     int m_credits = 0;
     bool m_toldExhausted = false;

@@ -82,6 +82,11 @@ QJsonObject SimulatorProcess::state(const QString &address)
     return QJsonDocument::fromJson(json.toUtf8()).object();
 }
 
+QByteArray SimulatorProcess::firmware(const QString &address)
+{
+    return ask(u"Firmware"_s, {address}).arguments().value(0).toByteArray();
+}
+
 QList<QJsonObject> SimulatorProcess::events(const QString &event)
 {
     QList<QJsonObject> found;

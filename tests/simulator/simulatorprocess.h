@@ -30,6 +30,7 @@ public:
 
     QJsonArray record();
     QJsonObject state(const QString &address);
+    QByteArray firmware(const QString &address);
     // The events of this kind.
     QList<QJsonObject> events(const QString &event);
     // One value of each event of this kind.

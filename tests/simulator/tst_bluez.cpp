@@ -360,7 +360,7 @@ void TestBluez::badScenarios_data()
                              << u"line 2, column 13: missing name separator"_s;
     QTest::newRow("unknown key")
         << QByteArray(R"({"device":[]})")
-        << u"device: unknown key; known are adapter, devices, disconnectDelay, temporaryTimeout"_s;
+        << u"device: unknown key; known are adapter, devices, disconnectDelay, recordTraffic, temporaryTimeout"_s;
     QTest::newRow("unknown step")
         << QByteArray(R"({"devices":[{},{"faults":[{"step":"x","kind":"late"}]}]})")
         << u"devices[1].faults[0].step: \"x\" is none of connect, discover, details, "

@@ -3,7 +3,6 @@
 #include "device/computer.h"
 #include "device/frame.h"
 #include "device/scenario.h"
-#include "device/seriallink.h"
 #include "devices.h"
 
 #include <QtCore/QDir>
@@ -27,9 +26,6 @@ private Q_SLOTS:
     void configurationOfEveryVersion();
     void keepsWhatIsWritten();
     void gases();
-    void spoiltAnswers_data();
-    void spoiltAnswers();
-    void faultsCount();
     void overrides();
     void scenarioFiles();
 };
@@ -253,56 +249,6 @@ void TestDevice::gases()
     QCOMPARE(ask(json, GetGases, QByteArray(1, 7)).first(),
              u"0700e5e5e5e5e5e5e5e50000003f0000803e"_s);
     QCOMPARE(ask("{}", GetGases, QByteArray(1, 0)).size(), 13);
-}
-
-void TestDevice::spoiltAnswers_data()
-{
-    QTest::addColumn<QByteArray>("fault");
-    QTest::addColumn<QList<QByteArray>>("notifications");
-    const auto row = [](const char *name, const char *fault, const QList<QByteArray> &hex) {
-        QTest::newRow(name) << QByteArray(fault) << hex;
-    };
-    row("none", "", {"dcdc02002fa40000fe01"});
-    row("wrongCrc", R"("kind":"wrongCrc")", {"dcdc020075a40000fe01"});
-    row("wrongStart", R"("kind":"wrongStart")", {"dcdd02002fa40000fe01"});
-    row("garbage", R"("kind":"garbage","bytes":"0a0b")", {"0a0b"});
-    row("truncate", R"("kind":"truncate")", {"dcdc02002fa40000fe"});
-    row("truncate to", R"("kind":"truncate","keep":4)", {"dcdc0200"});
-    row("duplicate", R"("kind":"duplicate")", {"dcdc02002fa40000fe01", "dcdc02002fa40000fe01"});
-    row("wrongCommand", R"("kind":"wrongCommand","bytes":"01")", {"dcdc0200d0a700000101"});
-    row("refuse", R"("kind":"refuse")", {"dcdc02000eb40000fe00"});
-    row("silent", R"("kind":"silent")", {});
-    row("second frame", R"("kind":"garbage","frame":2)", {"dcdc02002fa40000fe01"});
-}
-
-void TestDevice::spoiltAnswers()
-{
-    QFETCH(QByteArray, fault);
-    QFETCH(QList<QByteArray>, notifications);
-    const QByteArray faults = fault.isEmpty() ? QByteArray() : R"({"step":"answer",)" + fault + "}";
-    const DeviceScenario scenario = device("{\"faults\":[" + faults + "]}");
-    FaultPlan plan(scenario.faults);
-    SerialLink link(scenario, plan);
-    QList<QByteArray> sent;
-    connect(&link, &SerialLink::notification, this,
-            [&sent](const QByteArray &bytes) { sent.append(bytes.toHex()); });
-    link.written(encodeFrame({Reset, {}}));
-    QCOMPARE(sent, notifications);
-}
-
-void TestDevice::faultsCount()
-{
-    const DeviceScenario scenario = device(R"({"faults":[
-        {"step":"answer","command":"Time","kind":"silent","nth":2},
-        {"step":"answer","command":7,"kind":"drop","nth":4,"times":2}]})");
-    FaultPlan plan(scenario.faults);
-    QStringList seen;
-    for (int i = 0; i < 6; ++i) {
-        QVERIFY(!plan.next(Step::Answer, Owner));
-        const std::optional<Fault> fault = plan.next(Step::Answer, Time);
-        seen << (!fault ? u"-"_s : fault->kind == FaultKind::Silent ? u"silent"_s : u"drop"_s);
-    }
-    QCOMPARE(seen, QString(u"- silent - drop drop -"_s).split(u' '));
 }
 
 void TestDevice::overrides()
