@@ -22,12 +22,12 @@ constexpr size_t kSignalSetSize = _NSIG / 8;
 
 long speed()
 {
-    static const long factor = [] {
-        const char *text = std::getenv("VARDA_TEST_SPEED");
+    static const long kFactor = [] {
+        const char *text = std::getenv("VARDA_TEST_SPEED"); // NOLINT(concurrency-mt-unsafe)
         const long value = text ? std::atol(text) : 1;
         return value > 0 ? value : 1;
     }();
-    return factor;
+    return kFactor;
 }
 
 bool isScaled(clockid_t clock)
@@ -71,6 +71,9 @@ int sleepFor(const timespec *time, timespec *left)
 
 extern "C" {
 
+// The C library's headers name the parameters with underscores.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
+
 int clock_gettime(clockid_t clock, timespec *time) noexcept
 {
     const long result = ::syscall(SYS_clock_gettime, clock, time);
@@ -107,5 +110,7 @@ int clock_nanosleep(clockid_t clock, int flags, const timespec *time, timespec *
     const timespec real = shorter(*time);
     return ::syscall(SYS_clock_nanosleep, clock, flags, &real, nullptr) == 0 ? 0 : errno;
 }
+
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 
 } // extern "C"
