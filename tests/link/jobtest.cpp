@@ -7,8 +7,8 @@ QString JobTest::connectTo(const QByteArray &keys, BleMode mode)
 {
     m_session.reset();
     m_log.react = nullptr;
-    const QString problem = Simulator::loadKnown(R"("mode":"both")"
-                                                 + (keys.isEmpty() ? keys : "," + keys));
+    QString problem = Simulator::loadKnown(R"("mode":"both")"
+                                           + (keys.isEmpty() ? keys : "," + keys));
     if (!problem.isEmpty())
         return problem;
     m_session = std::make_unique<VardaSession>();

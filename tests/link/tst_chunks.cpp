@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-int mtu = -1;
+int linkMtu = -1;
 
 constexpr auto kTaking = R"("responses":{"LayoutAdd":["01"],"Begin_program":["01"],
     "Program":["01"],"End_program":["01"],"BeginUpdate":["01"],"Close":["01"]})";
@@ -16,7 +16,7 @@ constexpr auto kTaking = R"("responses":{"LayoutAdd":["01"],"Begin_program":["01
 // The program's own definition comes before that of Qt Bluetooth, which never knows it on Linux.
 int QLowEnergyController::mtu() const
 {
-    return ::mtu;
+    return linkMtu;
 }
 
 /** How uploads are cut where the link tells its MTU, however small it is. */
@@ -55,7 +55,7 @@ void TestChunks::layout()
     QFETCH(const int, mtu);
     QFETCH(const QString, flags);
     QFETCH(const int, firstChunk);
-    ::mtu = mtu;
+    linkMtu = mtu;
     CONNECT(connectTo(kTaking));
     const QByteArray layout = image(154);
     m_session->startLayoutAdd(layout);
@@ -92,7 +92,7 @@ void TestChunks::firmware()
 {
     QFETCH(const int, mtu);
     QFETCH(const QList<int>, blocks);
-    ::mtu = mtu;
+    linkMtu = mtu;
     CONNECT(connectTo(R"("mtu":517,)"_ba + kTaking));
     const QByteArray firmware = image(300);
     QCOMPARE(m_session->uploadFirmware(firmware, u"a"_s, false), 300);
@@ -113,7 +113,7 @@ void TestChunks::firmware()
 
 void TestChunks::progressOfAThousandBytes()
 {
-    ::mtu = 247;
+    linkMtu = 247;
     CONNECT(connectTo(kTaking));
     m_session->uploadFirmware(image(1000), u"a"_s, false);
     QVERIFY(m_log.await(u"endCommand End_program"_s));
@@ -128,7 +128,7 @@ void TestChunks::progressOfAThousandBytes()
 // Told is what changes the percentage; 776 times 100.0 / 776 is a little less than 100.
 void TestChunks::progressOfSmallBlocks()
 {
-    ::mtu = 23;
+    linkMtu = 23;
     CONNECT(connectTo(kTaking));
     m_session->uploadFirmware(image(776), u"a"_s, false);
     QVERIFY(m_log.await(u"endCommand End_program"_s));
@@ -141,7 +141,7 @@ void TestChunks::progressOfSmallBlocks()
 // The percentage stays 0, but more than 1000 bytes are told in any case.
 void TestChunks::progressOfLargeBlocks()
 {
-    ::mtu = 1100;
+    linkMtu = 1100;
     CONNECT(connectTo(kTaking));
     m_session->uploadFirmware(image(200'000, kBootloaderHeader), u"a"_s, false);
     QVERIFY(m_log.await(u"uploadFirmwareProgress 1088 0"_s));

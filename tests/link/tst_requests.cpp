@@ -44,6 +44,7 @@ private Q_SLOTS:
     void initTestCase();
     void request_data();
     void request();
+    void codes();
     void time();
     void invokedByName();
     void pressure();
@@ -66,13 +67,6 @@ void TestRequests::request_data()
         QTest::newRow(name) << job << wire;
     };
     row("bare command", [](auto &s) { s.startCommand(TidemarCommand::Sensors); }, u"09"_s);
-    row("code of 255", [](auto &s) { s.startCommand(TidemarCommand::Close); }, u"ff"_s);
-    row(
-        "code without a name",
-        [](auto &s) { s.startCommand(TidemarCommand::TidemarCommandIn(21)); }, u"15"_s);
-    row(
-        "code of two bytes",
-        [](auto &s) { s.startCommand(TidemarCommand::TidemarCommandIn(0x123)); }, u"23"_s);
     row("logbook by command", [](auto &s) { s.startCommand(TidemarCommand::Logbook); }, u"13"_s);
     row("logbook", [](auto &s) { s.startGetLogbook({}); }, u"13"_s);
     row(
@@ -118,6 +112,16 @@ void TestRequests::request()
     QTRY_COMPARE(sent().size(), before + 1);
     QCOMPARE(sent().last(), wire);
     QCOMPARE(m_log.take(), QStringList());
+}
+
+// The low byte of any number is a code.
+void TestRequests::codes()
+{
+    const qsizetype before = sent().size();
+    for (const int code : {0, 21, 255, 0x123})
+        m_session->startCommand(TidemarCommand::TidemarCommandIn(code));
+    QTRY_COMPARE(sent().size(), before + 4);
+    QCOMPARE(sent().sliced(before), QStringList({u"00"_s, u"15"_s, u"ff"_s, u"23"_s}));
 }
 
 // Local time of the day counted as if it were UTC.

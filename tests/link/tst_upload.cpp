@@ -236,7 +236,8 @@ void TestUpload::beginOfPlainImage()
     const qsizetype before = sent().size();
     QCOMPARE(m_session->uploadFirmware(image(size), fileName, false), size);
     QTRY_COMPARE(sent().size(), before + 1);
-    QCOMPARE(sent().last(), u"0d"_s + name + QString(2 * zeros, u'0') + version + sizeAndCrc);
+    QCOMPARE(sent().last(),
+             u"0d"_s + name + QString(u"00"_s).repeated(zeros) + version + sizeAndCrc);
 }
 
 // The name is that of the file, wherever it lies.
