@@ -43,6 +43,10 @@ struct Wire {
         });
     }
     void ask(quint8 command) { link.written(encodeFrame({command, {}})); }
+    bool waitFor(qsizetype count)
+    {
+        return QTest::qWaitFor([&] { return sent.size() >= count; });
+    }
 
     DeviceScenario scenario;
     FaultPlan plan;
@@ -176,7 +180,8 @@ void TestFaults::lateNotification()
                         R"(,"responses":{"Reset":{"notifications":["a1","b1","c1"]}})"));
     wire.ask(Reset);
     QCOMPARE(wire.sent, QList<QByteArray>({"a1"}));
-    QTRY_COMPARE(wire.sent, QList<QByteArray>({"a1", "b1", "c1"}));
+    QVERIFY(wire.waitFor(3));
+    QCOMPARE(wire.sent, QList<QByteArray>({"a1", "b1", "c1"}));
 }
 
 void TestFaults::mergedStream()
@@ -195,7 +200,7 @@ void TestFaults::endless()
     wire.ask(Reset);
     const QList<QByteArray> first{"dcdc02002fa4", "0000fe01", "dcdc02004c94", "0000fe02"};
     QCOMPARE(wire.sent, first);
-    QTRY_VERIFY(wire.sent.size() >= 10);
+    QVERIFY(wire.waitFor(10));
     QCOMPARE(wire.sent.mid(4, 6), QList<QByteArray>({"dcdc02004c94", "0000fe02", "dcdc02004c94",
                                                      "0000fe02", "dcdc02004c94", "0000fe02"}));
 
@@ -208,7 +213,7 @@ void TestFaults::endless()
     QCOMPARE(wire.sent.size(), size);
 
     wire.ask(Reset);
-    QTRY_VERIFY(wire.sent.size() >= size + 8);
+    QVERIFY(wire.waitFor(size + 8));
     wire.link.reset();
     spy.clear();
     QVERIFY(!spy.wait(20));
@@ -226,7 +231,8 @@ void TestFaults::endlessWaitsForCredits()
     QCOMPARE(spy.first().at(2).toInt(), 1);
     QVERIFY(!spy.wait(20));
     wire.link.creditsGranted(QByteArray(1, 2));
-    QTRY_COMPARE(wire.sent.size(), 5);
+    QVERIFY(wire.waitFor(5));
+    QCOMPARE(wire.sent.size(), 5);
 }
 
 void TestFaults::counting()
