@@ -107,8 +107,9 @@ private Q_SLOTS:
         QCOMPARE(averageDepth(dive), 6.0);
         QVERIFY(!temperatures(dive));
         dive.lines[1].aux1Value = -2;
-        QCOMPARE(temperatures(dive)->lowest, -2.0);
-        QCOMPARE(temperatures(dive)->highest, 0.0);
+        const auto range = temperatures(dive).value_or(TemperatureRange{99, 99});
+        QCOMPARE(range.lowest, -2.0);
+        QCOMPARE(range.highest, 0.0);
         QCOMPARE(duration(Dive()), 0.0);
         QCOMPARE(averageDepth(Dive()), 0.0);
         QVERIFY(!temperatures(Dive()));

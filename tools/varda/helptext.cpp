@@ -43,7 +43,7 @@ std::string HelpText::make_help(const CLI::App *app, std::string /*name*/,
     const bool isCommand = app->get_parent() != nullptr;
     std::string program = app->get_name();
     for (const CLI::App *parent = app->get_parent(); parent; parent = parent->get_parent())
-        program = parent->get_name() + " " + program;
+        program.insert(0, parent->get_name() + " ");
     Rows arguments;
     Rows options;
     std::string usage = "Usage: " + program + " [OPTIONS]";
