@@ -26,8 +26,8 @@ void DiscoveryTimeout::replaceBy(int milliseconds)
 void QBluetoothDeviceDiscoveryAgent::setLowEnergyDiscoveryTimeout(int msTimeout)
 {
     using Function = void (*)(QBluetoothDeviceDiscoveryAgent *, int);
-    static const auto original = reinterpret_cast<Function>(
+    static const auto kOriginal = reinterpret_cast<Function>(
         ::dlsym(RTLD_NEXT, "_ZN30QBluetoothDeviceDiscoveryAgent28setLowEnergyDiscoveryTimeoutEi"));
     lastAsked = msTimeout;
-    original(this, replacement < 0 ? msTimeout : replacement);
+    kOriginal(this, replacement < 0 ? msTimeout : replacement);
 }

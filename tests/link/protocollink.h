@@ -35,8 +35,10 @@ public:
 };
 
 /** A link that is ready, with an empty log. */
+// NOLINTBEGIN(bugprone-macro-parentheses): it is a declaration
 #define OPEN(LINK, MODE)                                                                           \
     ProtocolLink LINK(m_log, MODE);                                                                \
     LINK.open();                                                                                   \
     QVERIFY(m_log.await(QStringLiteral("ready")));                                                 \
     m_log.take()
+// NOLINTEND(bugprone-macro-parentheses)

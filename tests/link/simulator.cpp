@@ -22,7 +22,7 @@ namespace {
 [[noreturn]] void giveUp(const char *what)
 {
     std::fprintf(stderr, "%s: cannot start %s\n", what, VARDA_SIMULATOR);
-    std::exit(1);
+    std::_Exit(1);
 }
 
 QByteArray readLine(int fd)
@@ -73,8 +73,9 @@ void Simulator::start()
     ::posix_spawn_file_actions_init(&actions);
     ::posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
     ::posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
-    std::array<char *, 3> arguments = {const_cast<char *>(VARDA_SIMULATOR),
-                                       const_cast<char *>("--exit-with-stdin"), nullptr};
+    QByteArray program(VARDA_SIMULATOR);
+    QByteArray option("--exit-with-stdin");
+    const std::array<char *, 3> arguments = {program.data(), option.data(), nullptr};
     pid_t pid = 0;
     if (::posix_spawn(&pid, VARDA_SIMULATOR, &actions, nullptr, arguments.data(), environ) != 0)
         giveUp("posix_spawn");

@@ -5,14 +5,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-int mtu = -1;
+int toldMtu = -1;
 
 } // namespace
 
 // The program's own definition comes before that of Qt Bluetooth, which never knows it on Linux.
 int QLowEnergyController::mtu() const
 {
-    return ::mtu;
+    return toldMtu;
 }
 
 class TestMtu : public LinkTest
@@ -52,7 +52,7 @@ void TestMtu::frameSize()
     QFETCH(const int, frameSize);
 
     LOAD(Simulator::loadKnown());
-    ::mtu = mtu;
+    toldMtu = mtu;
     ProtocolLink link(m_log, BleMode::Gatt);
     QCOMPARE(link.protocol->frameSize(), 128);
     QCOMPARE(link.device->mtu(), 0);
@@ -68,10 +68,10 @@ void TestMtu::frameSize()
 void TestMtu::newLinkNewSize()
 {
     LOAD(Simulator::loadKnown());
-    ::mtu = 247;
+    toldMtu = 247;
     OPEN(link, BleMode::Gatt);
     QCOMPARE(link.protocol->frameSize(), 232);
-    ::mtu = 0;
+    toldMtu = 0;
     link.device->connectTo(knownDevice());
     QVERIFY(m_log.await(u"ready"_s));
     QCOMPARE(link.protocol->frameSize(), 128);

@@ -113,6 +113,7 @@ void TestProtocol::roadOverSps()
 void TestProtocol::otherModesAreSpsWithoutCredits()
 {
     LOAD(Simulator::loadKnown(R"("mode":"both")"));
+    // NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange): that is the point
     OPEN(link, BleMode(2));
     QCOMPARE(Simulator::record({u"StartNotify"_s, u"write"_s}),
              QStringList(u"StartNotify "_s + kSpsFifo));
