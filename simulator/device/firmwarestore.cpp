@@ -58,7 +58,8 @@ bool FirmwareStore::beginProgram(const QByteArray &payload)
     if (payload.size() != kProgramSize)
         return false;
     const QByteArray name = payload.first(kNameSize);
-    m_name = QString::fromUtf8(name.constData(), qsizetype(qstrnlen(name.constData(), kNameSize)));
+    const qsizetype end = name.indexOf('\0');
+    m_name = QString::fromUtf8(end < 0 ? name : name.first(end));
     m_version = wordAt(payload, kNameSize);
     m_size = wordAt(payload, kNameSize + 4);
     m_crc = wordAt(payload, kNameSize + 8);
