@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "logging_p.h"
+#include "transport/deletelater_p.h"
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
 #    if QT_CONFIG(permissions)
@@ -34,11 +35,6 @@ int milliseconds(int seconds)
 class BleScanner::Private
 {
 public:
-    /** Deferred, because a slot may delete the scanner from inside the agent's own signal. */
-    struct DeleteLater {
-        void operator()(QObject *object) const { object->deleteLater(); }
-    };
-
     std::unique_ptr<QBluetoothDeviceDiscoveryAgent, DeleteLater> agent{
         new QBluetoothDeviceDiscoveryAgent};
     QList<BleDeviceInfo> devices;

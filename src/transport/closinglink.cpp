@@ -5,6 +5,8 @@
 #include <QtBluetooth/qbluetoothuuid.h>
 #include <QtCore/qtimer.h>
 
+#include "transport/deletelater_p.h"
+
 namespace {
 
 /** Those of this thread, a chain from the youngest on. */
@@ -14,12 +16,11 @@ thread_local ClosingLink *youngest = nullptr;
 
 void ClosingLink::close(QLowEnergyController *controller)
 {
-    // Not its owner's child any more: it may be in the middle of a signal when that is deleted.
     if (controller->state() == QLowEnergyController::UnconnectedState) {
-        controller->setParent(nullptr);
-        controller->deleteLater();
+        DeleteLater()(controller);
         return;
     }
+    // Not its owner's child any more: it may be in the middle of a signal when that is deleted.
     controller->setParent(watch(controller));
     if (controller->state() != QLowEnergyController::ClosingState)
         controller->disconnectFromDevice();
@@ -66,6 +67,6 @@ void ClosingLink::finish()
     if (!*link)
         return;
     *link = m_older;
-    deleteLater();
+    DeleteLater()(this);
     Q_EMIT closed();
 }
