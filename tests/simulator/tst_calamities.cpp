@@ -2,6 +2,7 @@
 #include "central.h"
 #include "simulatorprocess.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtDBus/QDBusConnectionInterface>
 #include <QtTest/QTest>
 
@@ -80,6 +81,8 @@ void TestCalamities::atAnAnswer()
             [] { return !simulator->state(kAddress).value(u"connected").toBool(); }));
         if (qtHears)
             QVERIFY(central.waitFor(u"disconnected"_s));
+        QCoreApplication::processEvents();
+        QCOMPARE(central.log.contains(u"disconnected"_s), qtHears);
         QCOMPARE(bluezIsThere(), qtHears);
         QCOMPARE(central.received.size(), 1);
     }
