@@ -199,8 +199,8 @@ void add(Digest &digest, const DiveSample &s)
 
 const QList<Job> &allJobs()
 {
-    static const QList<Job> jobs = makeJobs();
-    return jobs;
+    static const QList<Job> kJobs = makeJobs();
+    return kJobs;
 }
 
 QByteArray digestOf(const VardaSession &session)
