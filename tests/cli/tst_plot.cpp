@@ -102,7 +102,7 @@ private Q_SLOTS:
     void figures()
     {
         Dive dive = diveOf({{0, 0}, {60, 12}, {120, 6}});
-        QCOMPARE(duration(dive), 120.0);
+        QCOMPARE(diveDuration(dive), 120.0);
         QCOMPARE(maximumDepth(dive), 12.0);
         QCOMPARE(averageDepth(dive), 6.0);
         QVERIFY(!temperatures(dive));
@@ -110,7 +110,7 @@ private Q_SLOTS:
         const auto range = temperatures(dive).value_or(TemperatureRange{99, 99});
         QCOMPARE(range.lowest, -2.0);
         QCOMPARE(range.highest, 0.0);
-        QCOMPARE(duration(Dive()), 0.0);
+        QCOMPARE(diveDuration(Dive()), 0.0);
         QCOMPARE(averageDepth(Dive()), 0.0);
         QVERIFY(!temperatures(Dive()));
     }

@@ -78,7 +78,7 @@ QString diveSummary(const Dive &dive)
     if (const QString begin = beginText(dive); !begin.isEmpty())
         table.add(u"Begin"_s, begin);
     if (!dive.lines.isEmpty()) {
-        table.add(u"Duration"_s, durationText(duration(dive)));
+        table.add(u"Duration"_s, durationText(diveDuration(dive)));
         table.add(u"Maximum depth"_s, tenthsText(maximumDepth(dive)) + u" m"_s);
         table.add(u"Average depth"_s, tenthsText(averageDepth(dive)) + u" m"_s);
     }
@@ -127,7 +127,7 @@ QString divesRow(const Dive &dive)
     const QString begin = beginText(dive);
     const bool isClosed = dive.kindByte != 0;
     return divesLine(dive.numberText, begin.isEmpty() ? u"-"_s : begin,
-                     durationText(duration(dive)), tenthsText(maximumDepth(dive)) + u" m"_s,
+                     durationText(diveDuration(dive)), tenthsText(maximumDepth(dive)) + u" m"_s,
                      tenthsText(averageDepth(dive)) + u" m"_s,
                      gasNames(dive.gases) + (isClosed ? u" (closed circuit)"_s : QString()));
 }

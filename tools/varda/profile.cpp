@@ -17,7 +17,7 @@ QString nameOf(const DiveGas &gas)
 
 } // namespace
 
-double duration(const Dive &dive)
+double diveDuration(const Dive &dive)
 {
     return dive.lines.isEmpty() ? 0 : dive.lines.back().time;
 }

@@ -9,7 +9,7 @@
 #include <optional>
 
 // What a dive's profile amounts to; 0 without one.
-[[nodiscard]] double duration(const Dive &dive); ///< seconds
+[[nodiscard]] double diveDuration(const Dive &dive); ///< seconds
 [[nodiscard]] double maximumDepth(const Dive &dive);
 [[nodiscard]] double averageDepth(const Dive &dive);
 
