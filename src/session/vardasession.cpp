@@ -310,8 +310,7 @@ BleDeviceInfo VardaSession::lastDevice() const
 
 QString VardaSession::computerModelStr() const
 {
-    const QString name = nameOf(d->data.computerModel);
-    return name.isEmpty() ? u"Unknown"_s : name;
+    return nameOf(d->data.computerModel);
 }
 
 bool VardaSession::qmlConnected() const

@@ -152,7 +152,7 @@ void BleDevice::connectTo(BleDeviceInfo device)
     connect(controller, &QLowEnergyController::serviceDiscovered, this,
             &BleDevice::onServiceDiscovered);
     connect(controller, &QLowEnergyController::discoveryFinished, this,
-            &BleDevice::servicesDiscovered);
+            &BleDevice::onServiceDiscoveryFinished);
     if (const ClosingLink *const closing = ClosingLink::sameComputer(controller)) {
         connect(closing, &ClosingLink::closed, this, [this, attempt] {
             if (d->attempt == attempt)

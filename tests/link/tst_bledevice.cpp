@@ -42,6 +42,7 @@ private Q_SLOTS:
     void noServiceAtAll();
     void firstServiceStandsIn();
     void onlyTheFirstServiceStandsIn();
+    void oneOfTwoCharacteristics();
     void uuidTexts_data();
     void uuidTexts();
     void twoCharacteristics();
@@ -55,6 +56,7 @@ private Q_SLOTS:
     void cccdTooLate();
     void secondAcknowledgement();
     void acknowledgementAfterAnError();
+    void detailsOfNoService();
     void secondSetup();
     void secondSetupAtOnce();
     void secondSetupOfAnotherService();
@@ -85,6 +87,11 @@ private Q_SLOTS:
     void whatStays();
     void inside_data();
     void inside();
+    void deletionInsideAnError_data();
+    void deletionInsideAnError();
+    void deletionInsideTheWatchdog();
+    void insideANewConnection_data();
+    void insideANewConnection();
 
 private:
     /** Connects and sets up as a protocol does: from inside servicesDiscovered(). */
@@ -233,6 +240,15 @@ void TestBleDevice::onlyTheFirstServiceStandsIn()
     open(device);
     QVERIFY(m_log.await(kMissing));
     QCOMPARE(device.availableServices().last(), QBluetoothUuid(quint16(0xfff0)));
+}
+
+void TestBleDevice::oneOfTwoCharacteristics()
+{
+    LOAD(Simulator::loadKnown());
+    BleDevice device;
+    open(device, kService, kData, u"0000fff1-0000-1000-8000-00805f9b34fb"_s);
+    QVERIFY(m_log.await(kMissing));
+    QCOMPARE(Simulator::count(u"StartNotify"_s), 0);
 }
 
 void TestBleDevice::uuidTexts_data()
@@ -409,6 +425,16 @@ void TestBleDevice::acknowledgementAfterAnError()
     // Without a controller its error has no text; without a service its error is not told.
     QCOMPARE(m_log.entries(), QStringList({u"state Error"_s, u"error Controller error: "_s,
                                            u"state Connected"_s, u"connected"_s}));
+}
+
+void TestBleDevice::detailsOfNoService()
+{
+    BleDevice device;
+    m_log.watch(&device);
+    QVERIFY(QMetaObject::invokeMethod(
+        &device, "onServiceStateChanged",
+        Q_ARG(QLowEnergyService::ServiceState, QLowEnergyService::RemoteServiceDiscovered)));
+    QCOMPARE(m_log.entries(), QStringList());
 }
 
 void TestBleDevice::secondSetup()
@@ -831,6 +857,90 @@ void TestBleDevice::inside()
             QCOMPARE(rest.last(), u"disconnected"_s);
     }
     m_log.react = nullptr;
+}
+
+void TestBleDevice::deletionInsideAnError_data()
+{
+    QTest::addColumn<QByteArray>("step");
+    QTest::addColumn<QByteArray>("kind");
+    QTest::newRow("controller") << QByteArray("connect") << QByteArray("refuse");
+    QTest::newRow("service") << QByteArray("subscribe") << QByteArray("refuse");
+    QTest::newRow("watchdog") << QByteArray("subscribe") << QByteArray("silent");
+}
+
+void TestBleDevice::deletionInsideAnError()
+{
+    QFETCH(const QByteArray, step);
+    QFETCH(const QByteArray, kind);
+
+    LOAD(Simulator::loadKnown(R"("faults":[{"step":")" + step + R"(","kind":")" + kind + R"("}])"));
+    auto device = std::make_unique<BleDevice>();
+    m_log.react = [&](const QString &entry) {
+        if (entry == u"state Error"_s)
+            device.reset();
+    };
+    open(*device);
+    QTRY_VERIFY_WITH_TIMEOUT(!device, 20'000);
+    QTRY_VERIFY_WITH_TIMEOUT(!Simulator::state()["connected"_L1].toBool(), 20'000);
+    Simulator::settle();
+    // What the destruction itself tells comes last.
+    QCOMPARE(m_log.entries().mid(m_log.entries().size() - 2),
+             QStringList({u"state Error"_s, u"state Disconnected"_s}));
+    m_log.react = nullptr;
+}
+
+// Qt's controller is no secret: an application may hear from it that the link is being closed.
+void TestBleDevice::deletionInsideTheWatchdog()
+{
+    LOAD(Simulator::loadKnown(R"("faults":[{"step":"subscribe","kind":"silent"}])"));
+    auto device = std::make_unique<BleDevice>();
+    open(*device);
+    connect(device->findChild<QLowEnergyController *>(), &QLowEnergyController::stateChanged, this,
+            [&](QLowEnergyController::ControllerState state) {
+                if (state == QLowEnergyController::ClosingState)
+                    device.reset();
+            });
+    QTRY_VERIFY_WITH_TIMEOUT(!device, 20'000);
+    QTRY_VERIFY_WITH_TIMEOUT(!Simulator::state()["connected"_L1].toBool(), 20'000);
+    Simulator::settle();
+    QCOMPARE(m_log.entries(), roadToServices({u"state Error"_s, u"state Disconnected"_s}));
+}
+
+void TestBleDevice::insideANewConnection_data()
+{
+    QTest::addColumn<bool>("deletes");
+    QTest::newRow("deletion") << true;
+    QTest::newRow("connection") << false;
+}
+
+// A new connection begins with the end of the old one, and somebody may hear of that.
+void TestBleDevice::insideANewConnection()
+{
+    QFETCH(const bool, deletes);
+
+    LOAD(Simulator::loadScenario(
+        R"({"devices":[{"known":true},{"known":true,"model":"tidemar"}]})"));
+    auto device = std::make_unique<BleDevice>();
+    openUntilConnected(*device);
+    m_log.react = [&](const QString &entry) {
+        if (entry != u"state Disconnected"_s)
+            return;
+        m_log.react = nullptr;
+        if (deletes)
+            device.reset();
+        else
+            device->connectTo(BleDeviceInfo::fromAddress(u"00:AA:01:01:00:02"_s, u"Tidemar"_s));
+    };
+    device->connectTo(knownDevice());
+    if (deletes) {
+        QCOMPARE(m_log.entries(), QStringList(u"state Disconnected"_s));
+    } else {
+        QVERIFY(m_log.await(u"connected"_s));
+        QCOMPARE(device->deviceName(), u"Tidemar"_s);
+        QCOMPARE(Simulator::state("00:AA:01:01:00:02")["connected"_L1].toBool(), true);
+    }
+    QTRY_COMPARE(Simulator::state()["connected"_L1].toBool(), false);
+    QCOMPARE(Simulator::count(u"Connect"_s), deletes ? 1 : 2);
 }
 
 QTEST_GUILESS_MAIN(TestBleDevice)

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void device();
     void anotherDevice();
     void anotherComputer();
+    void anotherComputerMeanwhile();
     void session_data();
     void session();
     void anotherSession();
@@ -99,6 +100,25 @@ void TestClosingLink::anotherComputer()
     device.connectTo(BleDeviceInfo::fromAddress(u"00:AA:01:01:00:02"_s, u"Tidemar"_s));
     QVERIFY(m_log.await(u"servicesDiscovered"_s, 2));
     QCOMPARE(links(), QStringList({u"connected"_s, u"connected"_s}));
+}
+
+// Who has turned to another computer while waiting is not taken back.
+void TestClosingLink::anotherComputerMeanwhile()
+{
+    LOAD(Simulator::loadScenario(kSlow));
+    BleDevice device;
+    m_log.watch(&device);
+    device.connectTo(knownDevice());
+    QVERIFY(m_log.await(u"servicesDiscovered"_s));
+    device.connectTo(knownDevice());
+    device.connectTo(BleDeviceInfo::fromAddress(u"00:AA:01:01:00:02"_s, u"Tidemar"_s));
+    QVERIFY(m_log.await(u"servicesDiscovered"_s, 2));
+    m_log.take();
+    QTRY_COMPARE(links(), QStringList({u"connected"_s, u"connected"_s, u"disconnected"_s}));
+    Simulator::settle();
+    QCOMPARE(m_log.entries(), QStringList());
+    QCOMPARE(device.deviceName(), u"Tidemar"_s);
+    QCOMPARE(Simulator::state()["connected"_L1].toBool(), false);
 }
 
 void TestClosingLink::session_data()

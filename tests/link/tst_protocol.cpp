@@ -478,12 +478,14 @@ void TestProtocol::wireIsLogged()
     QLoggingCategory::setFilterRules(u"varda.wire.debug=true"_s);
     link.protocol->sendCommand(TidemarCommand::Identification);
     const bool second = m_log.await(u"response Identification 0a 2"_s, 2);
+    link.receive("dcdc0200");
     QLoggingCategory::setFilterRules({});
     qInstallMessageHandler(before);
     QVERIFY(first && second);
     QCOMPARE(silent, QStringList());
-    QCOMPARE(wire, QStringList({u"-> dc dc 01 00 bd dc 00 00 01"_s,
-                                u"<- dc dc 02 00 bb 16 00 00 01 0a"_s}));
+    QCOMPARE(wire,
+             QStringList({u"-> dc dc 01 00 bd dc 00 00 01"_s, u"<- dc dc 02 00 bb 16 00 00 01 0a"_s,
+                          u"discarded dc dc 02 00"_s}));
 }
 
 QTEST_GUILESS_MAIN(TestProtocol)

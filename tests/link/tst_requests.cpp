@@ -171,6 +171,14 @@ void TestRequests::pressure()
     QTRY_COMPARE(sent().size(), before + 2);
     QCOMPARE(sent().sliced(before), QStringList({u"0a98badcfe"_s, u"09"_s}));
 
+    // Before the link is up the job cannot start, and is told to have failed with the link.
+    m_session->connectTo(knownDevice());
+    m_log.take();
+    QVERIFY(!m_session->startSetPressure(1013));
+    QCOMPARE(m_log.take(),
+             QStringList({u"message BLE error: Write failed: characteristic not ready"_s,
+                          u"NotCreated"_s}));
+
     // A session that has let the computer go has no job left, and cannot start one.
     m_session->controllerDisconnect();
     QVERIFY(!m_session->startSetPressure(1013));

@@ -1,4 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include <QtCore/qeventloop.h>
+#include <QtCore/qtimer.h>
+
+#include <memory>
+
 #include <varda/bledevice.h>
 #include <varda/blescanner.h>
 #include <varda/vardableprotocol.h>
@@ -51,6 +56,7 @@ private Q_SLOTS:
     void scanTornDownIsSilent();
 
     void noService();
+    void servicesOfNoLink();
     void linkFailure_data();
     void linkFailure();
     void silentCccd();
@@ -62,6 +68,7 @@ private Q_SLOTS:
     void reconnectionIsGatt();
     void dropBeforeReady();
     void dropBeforeConnected();
+    void letGoInsideALoop();
     void adapterSwitchedOff();
     void adapterRemoved();
 
@@ -75,6 +82,8 @@ private Q_SLOTS:
     void disconnectWithoutDevice();
     void autoConnectWhileConnected();
     void lastDeviceStays();
+    void insideOperations_data();
+    void insideOperations();
 
     void wrongCrc();
     void noAnswer();
@@ -373,6 +382,17 @@ void TestSession::noService()
     QVERIFY(!session.isConnected());
 }
 
+void TestSession::servicesOfNoLink()
+{
+    LOAD(Simulator::loadScenario("{}"));
+    VardaSession session;
+    m_log.watch(&session);
+    session.autoConnect();
+    Q_EMIT session.findChild<BleDevice *>()->servicesDiscovered();
+    QCOMPARE(m_log.entries(), QStringList({u"message Scan Devices"_s,
+                                           u"message Service not found"_s, u"NoService"_s}));
+}
+
 void TestSession::linkFailure_data()
 {
     QTest::addColumn<QByteArray>("keys");
@@ -547,6 +567,28 @@ void TestSession::dropBeforeConnected()
                           u"Connected"_s, u"endCommand Identification"_s}));
 }
 
+// While a slot waits in an event loop of its own, what has been let go in it lives on.
+void TestSession::letGoInsideALoop()
+{
+    LOAD(Simulator::loadKnown());
+    VardaSession session;
+    m_log.watch(&session);
+    QEventLoop outer;
+    session.connectTo(knownDevice());
+    connect(session.findChild<VardaBleProtocol *>(), &VardaBleProtocol::ready, &outer, [&] {
+        session.controllerDisconnect();
+        QEventLoop inner;
+        // Longer than the session waits from here on; it was there first.
+        QTimer::singleShot(600, &inner, &QEventLoop::quit);
+        inner.exec();
+        outer.quit();
+    });
+    outer.exec();
+    QCOMPARE(m_log.entries(),
+             QStringList({u"message Connect to Varda"_s, u"message Device connected"_s,
+                          u"message Disconnect from device"_s, u"disconnectController"_s}));
+}
+
 void TestSession::adapterSwitchedOff()
 {
     LOAD(Simulator::loadKnown());
@@ -684,6 +726,68 @@ void TestSession::lastDeviceStays()
     session.controllerDisconnect();
     QCOMPARE(session.lastDevice().address(), u"00:AA:01:01:00:01"_s);
     QCOMPARE(session.lastDevice().name(), u"Varda"_s);
+}
+
+void TestSession::insideOperations_data()
+{
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<bool>("deletes");
+    for (const auto *message : {"Connect to Varda", "Reconnecting to Varda",
+                                "No device known, please scan first", "Disconnect from device"}) {
+        QTest::addRow("deletion in %s", message) << QString::fromLatin1(message) << true;
+        QTest::addRow("connection in %s", message) << QString::fromLatin1(message) << false;
+    }
+}
+
+// An operation tells what it is about to do; a slot may see to it that it does not.
+void TestSession::insideOperations()
+{
+    QFETCH(const QString, message);
+    QFETCH(const bool, deletes);
+
+    // A scan finds neither of them.
+    LOAD(Simulator::loadScenario(R"({"devices":[{"known":true,"name":"Somebody"},
+        {"known":true,"name":"Somebody else","model":"tidemar"}]})"));
+    auto session = std::make_unique<VardaSession>();
+    if (message.startsWith(u"Reconnecting"_s) || message.startsWith(u"Disconnect"_s))
+        connectSession(*session);
+    else
+        m_log.watch(session.get());
+    if (message.startsWith(u"Reconnecting"_s)) {
+        Simulator::drop();
+        QVERIFY(m_log.await(u"disconnectController"_s));
+    } else if (message.startsWith(u"No device"_s)) {
+        session->autoConnect();
+    }
+    m_log.take();
+    const qsizetype before = Simulator::count(u"Connect"_s);
+
+    m_log.react = [&](const QString &entry) {
+        if (entry != u"message "_s + message)
+            return;
+        if (deletes)
+            session.reset();
+        else
+            session->connectTo(BleDeviceInfo::fromAddress(u"00:AA:01:01:00:02"_s, u"Tidemar"_s));
+    };
+    if (message.startsWith(u"Connect"_s))
+        session->connectTo(knownDevice());
+    else if (message.startsWith(u"Disconnect"_s))
+        session->controllerDisconnect();
+    else
+        session->controllerConnect();
+
+    QStringList expected(u"message "_s + message);
+    if (!deletes) {
+        QVERIFY(m_log.await(u"Connected"_s));
+        expected += {u"message Connect to Tidemar"_s, u"message Device connected"_s,
+                     u"Connected"_s};
+        QVERIFY(Simulator::state("00:AA:01:01:00:02")["connected"_L1].toBool());
+    }
+    QTRY_VERIFY(!Simulator::state()["connected"_L1].toBool());
+    QCOMPARE(m_log.entries(), expected);
+    QCOMPARE(Simulator::count(u"Connect"_s), before + (deletes ? 0 : 1));
+    m_log.react = nullptr;
 }
 
 void TestSession::wrongCrc()

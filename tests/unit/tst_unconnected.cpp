@@ -2,6 +2,8 @@
 #include <QtTest/qsignalspy.h>
 #include <QtTest/qtest.h>
 
+#include <memory>
+
 #include <varda/bledevice.h>
 #include <varda/blescanner.h>
 #include <varda/vardableprotocol.h>
@@ -22,9 +24,15 @@ private Q_SLOTS:
     void device();
     void deviceWrites();
     void protocol();
+    void protocolReady_data();
+    void protocolReady();
+    void protocolGoneInsideCredits();
     void session();
     void sessionConnects();
     void sessionJobs();
+    void sessionServices();
+    void sessionTimeout();
+    void sessionUpload();
 };
 
 void TestUnconnected::deviceInfo()
@@ -140,6 +148,45 @@ void TestUnconnected::protocol()
     }
 }
 
+void TestUnconnected::protocolReady_data()
+{
+    QTest::addColumn<bool>("link");
+    QTest::addColumn<BleMode>("mode");
+    QTest::addColumn<QStringList>("errors");
+    QTest::newRow("no link, Gatt") << false << BleMode::Gatt << QStringList();
+    QTest::newRow("no link, Sps") << false << BleMode::Sps << QStringList();
+    QTest::newRow("Gatt") << true << BleMode::Gatt << QStringList();
+    QTest::newRow("Sps") << true << BleMode::Sps << QStringList(u"writeRaw failed: no service"_s);
+}
+
+// It asks a link for nothing that has to be there.
+void TestUnconnected::protocolReady()
+{
+    QFETCH(const bool, link);
+    QFETCH(const BleMode, mode);
+    QFETCH(const QStringList, errors);
+
+    BleDevice device;
+    QStringList told;
+    connect(&device, &BleDevice::error, this, [&](const QString &text) { told.append(text); });
+    VardaBleProtocol protocol(link ? &device : nullptr, mode);
+    QSignalSpy ready(&protocol, &VardaBleProtocol::ready);
+    QVERIFY(QMetaObject::invokeMethod(&protocol, "onBleConnected"));
+    QCOMPARE(told, errors);
+    QCOMPARE(ready.count(), 0);
+    QVERIFY(ready.wait());
+    QCOMPARE(protocol.frameSize(), 128);
+}
+
+void TestUnconnected::protocolGoneInsideCredits()
+{
+    BleDevice device;
+    auto protocol = std::make_unique<VardaBleProtocol>(&device, BleMode::Sps);
+    connect(&device, &BleDevice::error, this, [&] { protocol.reset(); });
+    Q_EMIT device.connected();
+    QVERIFY(!protocol);
+}
+
 void TestUnconnected::session()
 {
     const VardaSession session;
@@ -213,6 +260,52 @@ void TestUnconnected::sessionJobs()
     QCoreApplication::processEvents();
     QCOMPARE(ended.count() + failed.count() + messages.count(), 0);
     QCOMPARE(session.owner(), QString());
+}
+
+// What a link tells that nobody knows of.
+void TestUnconnected::sessionServices()
+{
+    VardaSession session;
+    QSignalSpy status(&session, &VardaSession::connectControllerStatus);
+    QVERIFY(QMetaObject::invokeMethod(&session, "onBleServicesDiscovered"));
+    QCOMPARE(session.message(), u"Service not found"_s);
+    QCOMPARE(status.count(), 1);
+    QCOMPARE(status.at(0).at(0).toInt(), int(ConnectControllerStatus::NoService));
+    QVERIFY(!session.isConnected());
+    session.controllerConnect();
+    QCOMPARE(status.count(), 2);
+    QCOMPARE(status.at(1).at(0).toInt(), int(ConnectControllerStatus::NoController));
+}
+
+void TestUnconnected::sessionTimeout()
+{
+    VardaSession session;
+    const QSignalSpy messages(&session, &VardaSession::messageChanged);
+    const QSignalSpy disconnected(&session, &VardaSession::disconnectController);
+    QVERIFY(QMetaObject::invokeMethod(
+        &session, "onReceiveTimeout",
+        Q_ARG(TidemarCommand::TidemarCommandIn, TidemarCommand::Identification)));
+    QCOMPARE(session.message(), u"Receive timeout"_s);
+    QCOMPARE(messages.count(), 1);
+    QCOMPARE(disconnected.count(), 0);
+}
+
+// An answer may still come in when the link is gone; the next step then is one of the smallest.
+void TestUnconnected::sessionUpload()
+{
+    VardaSession session;
+    QSignalSpy progress(&session, &VardaSession::uploadFirmwareProgress);
+    const auto accept = [&session](TidemarCommand::TidemarCommandIn command) {
+        return QMetaObject::invokeMethod(&session, "onResponseReceived",
+                                         Q_ARG(TidemarCommand::TidemarCommandIn, command),
+                                         Q_ARG(QByteArray, "\x01"), Q_ARG(uint16_t, 2));
+    };
+    QCOMPARE(session.uploadFirmware(QByteArray(800, '\0'), u"image.1.2.3.a.bin"_s, false), 800);
+    QVERIFY(accept(TidemarCommand::Begin_program));
+    QVERIFY(accept(TidemarCommand::Program));
+    QCOMPARE(progress.count(), 2);
+    QCOMPARE(progress.at(0), (QVariantList{8, 1}));
+    QCOMPARE(progress.at(1), (QVariantList{16, 2}));
 }
 
 QTEST_GUILESS_MAIN(TestUnconnected)
