@@ -67,6 +67,8 @@ private Q_SLOTS:
     void destructionStopsTheScan();
     void inside_data();
     void inside();
+    void deletionInsideAnError();
+    void deletionInsideANewScan();
 };
 
 void TestScanner::init()
@@ -513,6 +515,45 @@ void TestScanner::inside()
     QCOMPARE(m_log.entries().count(u"devices 1"_s), 1);
     QCOMPARE(m_log.entries().count(u"scanning true"_s), 1);
     QCOMPARE(m_log.entries().last(), u"scanFinished"_s);
+}
+
+void TestScanner::deletionInsideAnError()
+{
+    LOAD(Simulator::loadScenario("{}"));
+    auto scanner = std::make_unique<BleScanner>();
+    m_log.watch(scanner.get());
+    m_log.react = [&](const QString &entry) {
+        if (entry == u"scanning false"_s)
+            scanner.reset();
+    };
+    scanner->startScan();
+    QTRY_COMPARE(Simulator::count(u"StartDiscovery"_s), 1);
+    Simulator::removeAdapter();
+    QTRY_VERIFY(!scanner);
+    Simulator::settle();
+    QCOMPARE(m_log.entries(),
+             QStringList({u"devices 0"_s, u"scanning true"_s, u"scanning false"_s}));
+}
+
+// A new scan begins with the end of the old one, and somebody may hear of that.
+void TestScanner::deletionInsideANewScan()
+{
+    LOAD(Simulator::loadScenario("{}"));
+    auto scanner = std::make_unique<BleScanner>();
+    m_log.watch(scanner.get());
+    m_log.react = [&](const QString &entry) {
+        if (entry == u"scanning false"_s)
+            scanner.reset();
+    };
+    scanner->startScan();
+    QTRY_COMPARE(Simulator::count(u"StartDiscovery"_s), 1);
+    scanner->startScan();
+    QVERIFY(!scanner);
+    QTRY_COMPARE(Simulator::count(u"StopDiscovery"_s), 1);
+    Simulator::settle();
+    QCOMPARE(Simulator::count(u"StartDiscovery"_s), 1);
+    QCOMPARE(m_log.entries(),
+             QStringList({u"devices 0"_s, u"scanning true"_s, u"scanning false"_s}));
 }
 
 QTEST_GUILESS_MAIN(TestScanner)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QtCore/qeventloop.h>
+#include <QtCore/qthread.h>
 #include <QtCore/qtimer.h>
 
 #include <memory>
@@ -87,6 +88,7 @@ private Q_SLOTS:
 
     void wrongCrc();
     void noAnswer();
+    void inAThread();
 
 private:
     /** Brings @p session to the point where jobs may start, and forgets the road. */
@@ -818,6 +820,37 @@ void TestSession::noAnswer()
     QVERIFY(m_log.await(u"Connected"_s));
     session.startCommand(TidemarCommand::Identification);
     QVERIFY(m_log.await(u"endCommand Identification"_s));
+}
+
+// All that a session does, it does in the thread that it was made in.
+void TestSession::inAThread()
+{
+    LOAD(Simulator::loadKnown());
+    QStringList entries;
+    const std::unique_ptr<QThread> thread(QThread::create([&entries] {
+        SignalLog log;
+        VardaSession session;
+        log.watch(&session);
+        QEventLoop loop;
+        log.react = [&](const QString &entry) {
+            if (entry == u"Connected"_s)
+                session.startCommand(TidemarCommand::Identification);
+            else if (entry == u"endCommand Identification"_s)
+                session.controllerDisconnect();
+            else if (entry == u"disconnectController"_s)
+                loop.quit();
+        };
+        session.connectTo(knownDevice());
+        loop.exec();
+        QTRY_VERIFY(!Simulator::state()["connected"_L1].toBool());
+        entries = log.take();
+    }));
+    thread->start();
+    QTRY_VERIFY_WITH_TIMEOUT(thread->isFinished(), 20'000);
+    QCOMPARE(entries,
+             QStringList({u"message Connect to Varda"_s, u"message Device connected"_s,
+                          u"Connected"_s, u"endCommand Identification"_s,
+                          u"message Disconnect from device"_s, u"disconnectController"_s}));
 }
 
 QTEST_GUILESS_MAIN(TestSession)
