@@ -2,8 +2,8 @@
 #pragma once
 
 #include "bluez/objecttree.h"
-#include "bluez/recorder.h"
 #include "bluez/remotedevice.h"
+#include "device/recorder.h"
 #include "device/scenario.h"
 
 #include <QtCore/QHash>

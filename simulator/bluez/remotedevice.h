@@ -2,8 +2,8 @@
 #pragma once
 
 #include "bluez/objecttree.h"
-#include "bluez/recorder.h"
 #include "device/faults.h"
+#include "device/recorder.h"
 #include "device/scenario.h"
 #include "device/seriallink.h"
 

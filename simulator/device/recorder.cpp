@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "bluez/recorder.h"
+#include "device/recorder.h"
 
 #include <QtCore/QJsonDocument>
 
