@@ -3,6 +3,7 @@
 #include "bluez/control.h"
 #include "bluez/privatebus.h"
 #include "device/scenario.h"
+#include "radio/peripheral.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QCoreApplication>
@@ -21,6 +22,7 @@
 #include <cstring>
 #include <memory>
 #include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace simulator;
@@ -42,7 +44,21 @@ struct Options {
     Scenario::Overrides overrides;
     QStringList command;
     bool exitWithStdin = false;
+    std::optional<QString> radio; // the adapter's address; empty for the first one
 };
+
+// "--radio" may stand without the address, which the parser does not know of any option.
+QStringList arguments()
+{
+    QStringList list = QCoreApplication::arguments();
+    const qsizetype radio = list.indexOf(u"--radio"_s);
+    const qsizetype command = list.indexOf(u"--"_s);
+    if (radio < 0 || (command >= 0 && command < radio))
+        return list;
+    const bool hasAddress = radio + 1 < list.size() && !list[radio + 1].startsWith(u'-');
+    list[radio] += u'=' + (hasAddress ? list.takeAt(radio + 1) : QString());
+    return list;
+}
 
 // Nothing if the arguments ask for no more than a text; the status is then that of the program.
 std::optional<Options> parseArguments(int *status)
@@ -52,6 +68,7 @@ std::optional<Options> parseArguments(int *status)
         u"A simulated diving computer: BlueZ's D-Bus API on a message bus of its own.\n\n"
         "With a COMMAND, runs it on that bus and exits with its status. Without one, prints\n"
         "DBUS_SYSTEM_BUS_ADDRESS=<address> and serves until it is stopped.\n\n"
+        "With --radio, is a computer on the air instead, on one of this machine's adapters.\n\n"
         "Exit status: that of COMMAND; 2 after an error of its own; 127 when COMMAND cannot\n"
         "be started."_s);
     const QCommandLineOption help({u"h"_s, u"help"_s}, u"Show this text."_s);
@@ -65,18 +82,21 @@ std::optional<Options> parseArguments(int *status)
         u"record"_s, u"Write what happens to this file, one JSON object a line."_s, u"FILE"_s);
     const QCommandLineOption exitWithStdin(u"exit-with-stdin"_s,
                                            u"Stop when standard input is closed."_s);
+    const QCommandLineOption radio(u"radio"_s,
+                                   u"Go on the air, on the adapter of that address or the first."_s,
+                                   u"[ADAPTER]"_s);
     const QCommandLineOption daemonVersion(u"version"_s,
                                            u"Print the version of the BlueZ that is simulated."_s);
     const QCommandLineOption ownVersion(u"simulator-version"_s,
                                         u"Print the version of the simulator."_s);
     parser.addOptions(
-        {help, scenario, model, mode, record, exitWithStdin, daemonVersion, ownVersion});
+        {help, scenario, model, mode, record, exitWithStdin, radio, daemonVersion, ownVersion});
     parser.addPositionalArgument(u"COMMAND"_s, u"A program and its arguments."_s,
                                  u"[-- COMMAND…]"_s);
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
 
     *status = 0;
-    if (!parser.parse(QCoreApplication::arguments())) {
+    if (!parser.parse(arguments())) {
         *status = fail(parser.errorText());
         return std::nullopt;
     }
@@ -88,11 +108,19 @@ std::optional<Options> parseArguments(int *status)
         std::puts(VARDA_SIMULATOR_VERSION);
         return std::nullopt;
     }
-    return Options{parser.value(scenario),
-                   parser.value(record),
-                   {parser.value(model), parser.value(mode)},
-                   parser.positionalArguments(),
-                   parser.isSet(exitWithStdin)};
+    Options options{parser.value(scenario),
+                    parser.value(record),
+                    {parser.value(model), parser.value(mode)},
+                    parser.positionalArguments(),
+                    parser.isSet(exitWithStdin),
+                    std::nullopt};
+    if (parser.isSet(radio))
+        options.radio = parser.value(radio);
+    if (options.radio && !options.command.isEmpty()) {
+        *status = fail(u"--radio has no bus of its own for a COMMAND"_s);
+        return std::nullopt;
+    }
+    return options;
 }
 
 std::optional<Scenario> readScenario(const Options &options, QString *error)
@@ -179,6 +207,54 @@ void runCommand(QProcess &process, const QStringList &command, const QString &ad
     process.start(command.first(), command.mid(1));
 }
 
+std::unique_ptr<QSocketNotifier> endWithStdin()
+{
+    auto input = std::make_unique<QSocketNotifier>(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(input.get(), &QSocketNotifier::activated, qApp, [] {
+        char ignored[256];
+        if (::read(STDIN_FILENO, ignored, sizeof ignored) <= 0)
+            QCoreApplication::exit(0);
+    });
+    return input;
+}
+
+int broadcast(const Options &options, const Scenario &scenario, const StopSignals &stopSignals)
+{
+    QString error = Peripheral::problemWith(scenario);
+    if (!error.isEmpty())
+        return fail(error);
+    Recorder recorder;
+    recorder.setWithTraffic(scenario.recordTraffic);
+    if (!options.recordFile.isEmpty() && !recorder.openFile(options.recordFile, &error))
+        return fail(options.recordFile + u": "_s + error);
+
+    const DeviceScenario &device = scenario.devices.first();
+    Peripheral peripheral(device, recorder);
+    QObject::connect(&peripheral, &Peripheral::failed, qApp,
+                     [](const QString &text) { QCoreApplication::exit(fail(text)); });
+    bool told = false;
+    QObject::connect(&peripheral, &Peripheral::onAir, qApp, [&](const QString &address) {
+        if (std::exchange(told, true))
+            return;
+        const QStringList limits = Peripheral::limits(device);
+        for (const QString &each : limits)
+            std::fprintf(stderr, "varda-simulator: %s\n", qPrintable(each));
+        std::printf("%s is on the air as %s\n", qPrintable(address),
+                    qPrintable(device.name.value_or(u"a computer without a name"_s)));
+        std::fflush(stdout);
+    });
+
+    const QSocketNotifier stop(stopSignals.fd(), QSocketNotifier::Read);
+    QObject::connect(&stop, &QSocketNotifier::activated, qApp, [&] {
+        stopSignals.take();
+        QCoreApplication::exit(0);
+    });
+    const auto input = options.exitWithStdin ? endWithStdin() : nullptr;
+    QMetaObject::invokeMethod(
+        &peripheral, [&] { peripheral.start(*options.radio); }, Qt::QueuedConnection);
+    return QCoreApplication::exec();
+}
+
 int serve(const Options &options, const Scenario &scenario, const StopSignals &stopSignals)
 {
     QString error;
@@ -212,16 +288,7 @@ int serve(const Options &options, const Scenario &scenario, const StopSignals &s
             QCoreApplication::exit(0);
     });
 
-    std::unique_ptr<QSocketNotifier> input;
-    if (options.exitWithStdin) {
-        input = std::make_unique<QSocketNotifier>(STDIN_FILENO, QSocketNotifier::Read);
-        QObject::connect(input.get(), &QSocketNotifier::activated, qApp, [] {
-            char ignored[256];
-            if (::read(STDIN_FILENO, ignored, sizeof ignored) <= 0)
-                QCoreApplication::exit(0);
-        });
-    }
-
+    const auto input = options.exitWithStdin ? endWithStdin() : nullptr;
     if (options.command.isEmpty()) {
         std::printf("DBUS_SYSTEM_BUS_ADDRESS=%s\n", qPrintable(bus.address()));
         std::fflush(stdout);
@@ -254,5 +321,6 @@ int main(int argc, char *argv[])
     const std::optional<Scenario> scenario = readScenario(*options, &error);
     if (!scenario)
         return fail(error);
-    return serve(*options, *scenario, stopSignals);
+    return options->radio ? broadcast(*options, *scenario, stopSignals)
+                          : serve(*options, *scenario, stopSignals);
 }

@@ -4,6 +4,8 @@
 #include "device/commands.h"
 #include "device/jsonreader.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace simulator {
@@ -103,7 +105,20 @@ bool hasCommand(Step step)
     return step == Step::Write || step == Step::Answer || step == Step::Notification;
 }
 
+template <typename Value, std::size_t N>
+QString nameIn(const std::pair<const char *, Value> (&names)[N], Value value)
+{
+    const auto *const found = std::ranges::find(names, value,
+                                                &std::pair<const char *, Value>::second);
+    return QLatin1String(found->first);
+}
+
 } // namespace
+
+QString nameOf(const Fault &fault)
+{
+    return u"%1 at step %2"_s.arg(nameIn(kKinds, fault.kind), nameIn(kSteps, fault.step));
+}
 
 Fault readFault(const QJsonValue &value, const QString &path)
 {

@@ -78,6 +78,9 @@ struct Fault {
 
 Fault readFault(const QJsonValue &value, const QString &path);
 
+// Its step and its kind as a scenario spells them.
+QString nameOf(const Fault &fault);
+
 // The faults of one computer and how often each step was taken.
 class FaultPlan
 {

@@ -16,7 +16,11 @@ constexpr int kRepetition = 1;
 } // namespace
 
 SerialLink::SerialLink(const DeviceScenario &scenario, FaultPlan &faults, QObject *parent)
-    : QObject(parent), m_scenario(scenario), m_faults(faults), m_computer(scenario)
+    : QObject(parent),
+      m_scenario(scenario),
+      m_faults(faults),
+      m_computer(scenario),
+      m_mtu(scenario.mtu)
 {
     m_pause.setSingleShot(true);
     connect(&m_pause, &QTimer::timeout, this, [this] {
@@ -38,6 +42,12 @@ void SerialLink::reset()
     m_sentInPace = 0;
     m_credits = 0;
     m_toldExhausted = false;
+    m_mtu = m_scenario.mtu;
+}
+
+void SerialLink::setLinkMtu(int mtu)
+{
+    m_mtu = std::min(mtu, m_scenario.mtu);
 }
 
 void SerialLink::written(const QByteArray &bytes)
@@ -121,7 +131,7 @@ QList<QByteArray> SerialLink::cut(const QList<QByteArray> &frames) const
     // The module sends what the computer has handed over so far; between two frames it has the
     // time to do so, unless the scenario wants them as one stream.
     const QList<QByteArray> streams = m_scenario.merge ? QList<QByteArray>{frames.join()} : frames;
-    const int size = m_scenario.split > 0 ? m_scenario.split : m_scenario.mtu - 3;
+    const int size = m_scenario.split > 0 ? m_scenario.split : m_mtu - 3;
 
     QList<QByteArray> notifications;
     for (const QByteArray &stream : streams)

@@ -27,6 +27,8 @@ public:
     void creditsGranted(const QByteArray &bytes);
     // The link is new or gone: nothing that was under way is sent any more.
     void reset();
+    // The link carries less than the scenario wants.
+    void setLinkMtu(int mtu);
 
     const Computer &computer() const { return m_computer; }
 
@@ -62,6 +64,7 @@ private:
     QTimer m_pause;
     QList<Chunk> m_endless; // sent again and again, until the link ends
     QTimer m_repetition;
+    int m_mtu;
     int m_sentInPace = 0;
     int m_credits = 0;
     bool m_toldExhausted = false;

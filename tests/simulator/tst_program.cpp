@@ -24,6 +24,8 @@ private Q_SLOTS:
     void status();
     void errors_data();
     void errors();
+    void notOnTheAir_data();
+    void notOnTheAir();
     void serves_data();
     void serves();
     void leavesNothing();
@@ -95,6 +97,9 @@ void TestProgram::errors_data()
     QTest::newRow("model") << QStringList{u"--model"_s, u"boat"_s}
                            << u"varda-simulator: devices[0].model: \"boat\" is none of varda, "
                               "tidemar, vskm, none, thirdparty\n"_s;
+    QTest::newRow("radio with a command")
+        << QStringList{u"--radio"_s, u"--"_s, u"true"_s}
+        << u"varda-simulator: --radio has no bus of its own for a COMMAND\n"_s;
     QTest::newRow("record")
         << QStringList{u"--record"_s, u"/no/such/folder/file"_s}
         << u"varda-simulator: /no/such/folder/file: No such file or directory\n"_s;
@@ -108,6 +113,68 @@ void TestProgram::errors()
     QCOMPARE(outcome.status, 2);
     QCOMPARE(outcome.out, QString());
     QCOMPARE(outcome.err, text);
+}
+
+void TestProgram::notOnTheAir_data()
+{
+    QTest::addColumn<QByteArray>("scenario");
+    QTest::addColumn<QByteArray>("system");
+    QTest::addColumn<QStringList>("adapter");
+    QTest::addColumn<QString>("text");
+    const QByteArray one = R"({"devices": [{}]})";
+    const QByteArray none = R"({"adapter": {"present": false}})";
+    QTest::newRow("no adapter") << one << none << QStringList{}
+                                << u"no Bluetooth adapter found; is there one, and does the "
+                                   "Bluetooth service run?"_s;
+    QTest::newRow("no such adapter")
+        << one << one << QStringList{u"00:11:22:33:44:55"_s}
+        << u"no Bluetooth adapter 00:11:22:33:44:55; there are: 00:AA:01:00:00:00 (simulator)"_s;
+    QTest::newRow("no address")
+        << one << one << QStringList{u"hci0"_s}
+        << u"no Bluetooth adapter hci0; there are: 00:AA:01:00:00:00 (simulator)"_s;
+    QTest::newRow("switched off") << one << QByteArray(R"({"adapter": {"powered": false}})")
+                                  << QStringList{}
+                                  << u"the Bluetooth adapter 00:AA:01:00:00:00 is switched off"_s;
+    QTest::newRow("two computers") << QByteArray(R"({"devices": [{}, {}]})") << one << QStringList{}
+                                   << u"devices: there are 2, and an adapter is one computer"_s;
+    QTest::newRow("scenario without power")
+        << QByteArray(R"({"adapter": {"powered": false}, "devices": [{}]})") << one << QStringList{}
+        << u"adapter: it is a real one, which no scenario switches off"_s;
+    QTest::newRow("classic") << QByteArray(R"({"devices": [{"type": "classic"}]})") << one
+                             << QStringList{}
+                             << u"devices[0].type: only \"le\" can be on the air"_s;
+    QTest::newRow("fault of the system")
+        << QByteArray(R"({"devices": [{"faults": [{"step": "answer", "kind": "late", "ms": 9},
+                                                  {"step": "subscribe", "kind": "refuse"}]}]})")
+        << one << QStringList{}
+        << u"devices[0].faults[1]: refuse at step subscribe cannot be done over the air"_s;
+    QTest::newRow("calamity")
+        << QByteArray(R"({"devices": [{"faults": [{"step": "answer", "kind": "daemonGone"}]}]})")
+        << one << QStringList{}
+        << u"devices[0].faults[0]: daemonGone at step answer cannot be done over the air"_s;
+}
+
+void TestProgram::notOnTheAir()
+{
+    QFETCH(QByteArray, scenario);
+    QFETCH(QByteArray, system);
+    QFETCH(QStringList, adapter);
+    QFETCH(QString, text);
+    const QTemporaryDir folder;
+    const QString ours = folder.filePath(u"ours"_s);
+    const QString theirs = folder.filePath(u"theirs"_s);
+    for (const auto &[name, json] : {std::pair(ours, scenario), std::pair(theirs, system)}) {
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(json);
+    }
+    const QString simulator = QStringLiteral(VARDA_SIMULATOR);
+    const Outcome outcome = run(QStringList{u"--scenario"_s, theirs, u"--"_s, simulator,
+                                            u"--scenario"_s, ours, u"--radio"_s}
+                                + adapter);
+    QCOMPARE(outcome.status, 2);
+    QCOMPARE(outcome.out, QString());
+    QCOMPARE(outcome.err, u"varda-simulator: %1\n"_s.arg(text));
 }
 
 void TestProgram::serves_data()
