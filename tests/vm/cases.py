@@ -1,0 +1,615 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""cases.py [TEXT...]: the library and the command against the real Linux Bluetooth stack.
+
+Runs in the guest. A case is a function, in the order in which they stand; with arguments, those
+whose names have one of the texts. hci0 is the host's adapter, hci1 the computer's.
+"""
+
+import hashlib
+import json
+import os
+import queue
+import re
+import shutil
+import signal
+import struct
+import subprocess
+import sys
+import threading
+import time
+from pathlib import Path
+
+BIN = Path("/build/bin")
+ADDRESS = "00:AA:01:01:00:01"
+LONG = 120  # s; the machine is emulated, and what is on it has time-outs of its own
+
+CLOCK = "2024-05-17T08:30:00"
+
+
+class Wrong(Exception):
+    """What a case found."""
+
+
+def check(holds, text):
+    if not holds:
+        raise Wrong(text)
+
+
+def equal(found, expected, what):
+    check(found == expected, f"{what} is {found!r} and not {expected!r}")
+
+
+# --- those who take part
+
+
+class Process:
+    """Somebody who is told lines, and tells lines."""
+
+    def __init__(self, *command, **more):
+        self.lines = queue.Queue()
+        self.told = []
+        self.process = subprocess.Popen(
+            [str(each) for each in command], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+            stderr=subprocess.STDOUT, text=True, **more)
+        threading.Thread(target=self.listen, daemon=True).start()
+        people.append(self)
+
+    def listen(self):
+        for line in self.process.stdout:
+            self.lines.put(line.rstrip("\n"))
+        self.lines.put(None)
+
+    def tell(self, order):
+        self.told.append("> " + order)
+        self.process.stdin.write(order + "\n")
+        self.process.stdin.flush()
+
+    def hear(self, *patterns, timeout=LONG):
+        """The next line that is like one of these; all before it is passed over."""
+        end = time.monotonic() + timeout
+        while True:
+            try:
+                line = self.lines.get(timeout=max(0.0, end - time.monotonic()))
+            except queue.Empty:
+                raise Wrong(f"{' or '.join(patterns)} did not come within {timeout} s") from None
+            if line is None:
+                self.lines.put(None)
+                raise Wrong(f"{' or '.join(patterns)} did not come before the end")
+            self.told.append(line)
+            if any(re.fullmatch(each, line) for each in patterns):
+                return line
+
+    def hears_nothing(self, pattern, seconds):
+        try:
+            line = self.hear(pattern, timeout=seconds)
+        except Wrong:
+            return
+        raise Wrong(f"told: {line}")
+
+    def ask(self, question):
+        self.tell(question)
+        return self.hear(question + " .*").partition(" ")[2]
+
+    def stop(self, number=signal.SIGTERM):
+        self.process.send_signal(number)
+        self.process.wait(LONG)
+
+
+people = []
+
+
+def scenario(**device):
+    device = {"clock": CLOCK, **device}
+    file = Path(f"/tmp/scenario-{len(people)}.json")
+    file.write_text(json.dumps({"devices": [device]}))
+    return file
+
+
+class Radio(Process):
+    """The computer through the system's own peripheral role."""
+
+    def __init__(self, **device):
+        self.record = Path("/tmp/record")
+        super().__init__(BIN / "varda-simulator", "--radio", ADDRESS, "--record", self.record,
+                         "--scenario", scenario(**device))
+        self.hear(f"{ADDRESS} is on the air as .*")
+
+    def frames(self):
+        events = [json.loads(line) for line in self.record.read_text().splitlines()]
+        return [bytes.fromhex(each["hex"]) for each in events if each["event"] == "frame"]
+
+
+class Peripheral(Process):
+    """The computer behind a controller without a stack, that can misbehave."""
+
+    def __init__(self, *options, **device):
+        super().__init__("/vm/peripheral.py", *options, scenario(**device))
+        self.hear("advertising")
+
+
+class Application(Process):
+    """Uses the library."""
+
+    def __init__(self, *before):
+        super().__init__(*before, BIN / "varda-vm-application")
+
+    def connect(self, order="auto gatt"):
+        self.tell(order)
+        self.hear("Connected")
+
+    def job(self, name, end=None):
+        self.tell(f"job {name}")
+        self.hear(f"endCommand {end or name}")
+
+
+def varda(*arguments, status=0, seconds=LONG * 5):
+    """The command; its two outputs."""
+    done = subprocess.run([str(BIN / "varda"), *arguments], stdin=subprocess.DEVNULL, text=True,
+                          capture_output=True, timeout=seconds, check=False)
+    check(done.returncode == status,
+          f"varda {' '.join(arguments)}: status {done.returncode} and not {status}: {done.stderr}")
+    return done.stdout, done.stderr
+
+
+def bluez(*call):
+    return subprocess.run(["busctl", "--system", *call], capture_output=True, text=True, check=False)
+
+
+def power(on):
+    bluez("set-property", "org.bluez", "/org/bluez/hci0", "org.bluez.Adapter1", "Powered", "b",
+          "true" if on else "false")
+
+
+def bluetoothd(order):
+    done = subprocess.run(["sh", "-c", f". /vm/guest/bluetooth; bluetoothd_{order}"],
+                          stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False)
+    check(done.returncode == 0, f"bluetoothd: {done.stdout}{done.stderr}")
+
+
+def forget():
+    """As if the two had never met: bluetoothd keeps what it was connected to, also on its disk."""
+    for adapter, device in (("hci0", "00_AA_01_01_00_01"), ("hci1", "00_AA_01_00_00_00")):
+        bluez("call", "org.bluez", f"/org/bluez/{adapter}", "org.bluez.Adapter1", "RemoveDevice",
+              "o", f"/org/bluez/{adapter}/dev_{device}")
+    for cache in Path("/var/lib/bluetooth").glob("*/cache"):
+        shutil.rmtree(cache)
+
+
+# --- what is done in several cases
+
+# In this order, so that what is changed is read before and after; the link ends with the last.
+JOBS = {
+    **{name: name for name in (
+        "Identification", "BootloaderVersion", "Serialnumber", "Time", "Sensors", "SimulParams",
+        "Computer", "Computer_new", "Diver", "Owner", "Syslog", "SyslogBin")},
+    "SetTime": "Set_time", "SetPressure": "Set_sensors", "SetOwner": "Set_owner",
+    "Gases0": "GetGases", "Gases1": "GetGases", "Marlo": "MarloSet",
+    "Battery": "BatteryInformation", "Logbook": "Logbook", "Samples": "Fullsamples",
+    "LayoutGet": "LayoutGet", "LayoutActiveGet": "LayoutActiveGet",
+    "LayoutActiveSet": "LayoutActiveSet", "LayoutAdd": "LayoutAdd", "LayoutRemove": "LayoutRemove",
+    "LayoutRemoveAll": "LayoutRemoveAll", "LayoutList": "LayoutList",
+    "DeleteLastDive": "DeleteLastDive", "EraseDives": "DeleteLastDive",
+    "OldFirmware": "End_program", "Firmware": "End_program", "Bootloader": "End_program",
+}
+
+
+def all_jobs(application, mode):
+    """What the session has learned after each."""
+    application.connect(f"auto {mode}")
+    learned = {}
+    for name, end in JOBS.items():
+        application.job(name, end)
+        learned[name] = application.ask("digest")
+    application.tell("job SuperUser")  # of whose end nobody is told
+    application.job("Identification")
+    application.tell("job Reset")
+    application.hear("disconnectController")
+    return learned
+
+
+def compare_jobs(mode, **device):
+    """Every job gives what it gives against the simulated daemon."""
+    simulated = all_jobs(Application(BIN / "varda-simulator", "--scenario", scenario(**device),
+                                     "--"), mode)
+    real = all_jobs(Application(), mode)
+    for name, learned in simulated.items():
+        equal(real[name], learned, f"what {name} has learned")
+    check(len(set(simulated.values())) > 15, "the jobs have learned too little")
+
+
+def image(size):
+    """A firmware with its header at byte 512."""
+    data = bytearray(hashlib.shake_128(b"firmware").digest(size))
+    struct.pack_into("<III", data, 512, 0xDEADBEEF, 0, 0x02000161)
+    file = Path("/tmp/firmware.bin")
+    file.write_bytes(data)
+    return file, bytes(data)
+
+
+def works(application, peripheral=None):
+    """A new connection is as good as the first."""
+    application.connect()
+    application.job("Owner")
+    application.tell("letgo")
+    application.hear("disconnectController")
+    if peripheral:
+        peripheral.hear("link down .*")
+
+
+# --- through the system's peripheral role
+
+
+def radio_scan():
+    Radio()
+    out, _ = varda("scan", "--json", "--timeout", "8")
+    found = {each["address"]: each for each in json.loads(out)["devices"]}
+    equal(found[ADDRESS]["name"], "Varda", "the name")
+
+
+def radio_jobs_gatt():
+    Radio()
+    compare_jobs("gatt")
+
+
+def radio_jobs_sps():
+    Radio(mode="sps", model="tidemar")
+    compare_jobs("sps", mode="sps", model="tidemar")
+
+
+def radio_information():
+    for model in ("varda", "vskm"):
+        radio = Radio(model=model)
+        out, _ = varda("info", "--json")
+        simulated, _ = varda("info", "--json", "--simulate", str(scenario(model=model)))
+        radio.stop()
+        real, expected = json.loads(out), json.loads(simulated)
+        equal(real["device"]["address"], expected["device"]["address"], "the address")
+        real.pop("device"), expected.pop("device")
+        equal(real, expected, f"the information of {model}")
+        forget()
+
+
+def radio_hundred_dives():
+    Radio(dives={"count": 100, "samples": 150})
+    out, _ = varda("dives", "--json", seconds=1200)
+    expected, _ = varda("dives", "--json", "--simulate",
+                        str(scenario(dives={"count": 100, "samples": 150})), seconds=1200)
+    real, expected = json.loads(out)["dives"], json.loads(expected)["dives"]
+    equal(len(real), 100, "the number of dives")
+    for one, other in zip(real, expected):
+        equal(one, other, "a dive")
+
+
+def radio_firmware():
+    radio = Radio()
+    file, data = image(32 * 1024)
+    varda("firmware", "upload", str(file), "--yes")
+    blocks = [each[9:] for each in radio.frames() if each[8] == 31]
+    equal(hashlib.sha256(b"".join(blocks)).hexdigest(), hashlib.sha256(data).hexdigest(),
+          "the image's checksum")
+
+
+def radio_reconnect_at_once():
+    Radio()
+    application = Application()
+    application.connect()
+    for _ in range(2):
+        application.tell("letgo")
+        application.connect()
+        application.job("Owner")
+    application.tell("forget")
+    application.connect(f"to {ADDRESS} gatt")
+    application.job("Owner")
+
+
+def radio_commands_at_once():
+    Radio()
+    for _ in range(3):
+        out, _ = varda("owner")
+        equal(out, "Ada Lindqvist\n", "the owner")
+
+
+# --- against a peripheral that can misbehave
+
+
+def scan_of_unknown():
+    Peripheral()
+    out, _ = varda("scan", "--json", "--timeout", "8")
+    equal([each["address"] for each in json.loads(out)["devices"]], [ADDRESS], "what is in reach")
+
+
+def jobs_gatt():
+    Peripheral(model="vskm")
+    compare_jobs("gatt", model="vskm")
+
+
+def credits_counted():
+    Peripheral(mode="sps", credits="counted")
+    varda("owner", "--mode", "sps")
+    application = Application()
+    application.connect("auto sps")
+    application.job("Identification")
+
+
+def smallest_mtu():
+    Peripheral(mtu=23, dives=3)
+    out, _ = varda("dives", "--json")
+    expected, _ = varda("dives", "--json", "--simulate", str(scenario(dives=3)))
+    equal(json.loads(out)["dives"], json.loads(expected)["dives"], "the dives")
+
+
+def dropped_when_connected():
+    peripheral, application = Peripheral(), Application()
+    application.tell("auto gatt")
+    peripheral.hear("link up")
+    peripheral.tell("drop")
+    application.hear("disconnectController", "NotCreated")
+    application.tell("forget")
+    works(application, peripheral)
+
+
+def dropped_when_subscribed():
+    peripheral, application = Peripheral(), Application()
+    application.tell("auto gatt")
+    peripheral.hear("cccd data 0100")
+    peripheral.tell("drop")
+    application.hear("disconnectController", "NotCreated")
+    application.tell("forget")
+    works(application, peripheral)
+
+
+def dropped_instead_of_an_answer():
+    Peripheral(faults=[{"step": "answer", "command": "Owner", "nth": 1, "kind": "drop"}])
+    application = Application()
+    application.connect()
+    application.tell("job Owner")
+    application.hear("message Device disconnected")
+    application.hear("disconnectController")
+    application.connect("reconnect")
+    application.job("Owner")
+
+
+def dropped_within_an_answer():
+    Peripheral(dives=6, faults=[{"step": "notification", "command": "Fullsamples", "nth": 60,
+                                 "kind": "drop"}])
+    out, error = varda("dives", status=4)
+    check(1 < out.count("\n") < 7, f"{out.count(chr(10)) - 1} dives came")
+    equal(error.splitlines()[0], f"varda: the link to Varda ({ADDRESS}) was lost", "the reason")
+    out, _ = varda("dives")
+    equal(out.count("\n"), 7, "the number of lines")
+
+
+def dropped_within_an_upload():
+    peripheral = Peripheral(faults=[{"step": "answer", "command": "ProgramUpdate", "nth": 20,
+                                     "kind": "drop"}])
+    file, data = image(8 * 1024)
+    varda("firmware", "upload", str(file), "--yes", status=4)
+    equal(peripheral.ask("firmware"), "", "the image so far")
+    varda("firmware", "upload", str(file), "--yes")
+    equal(peripheral.ask("firmware"), data.hex(), "the image")
+
+
+def lost_while_idle():
+    peripheral, application = Peripheral(), Application()
+    application.connect()
+    peripheral.tell("lose")
+    application.hear("disconnectController")
+    application.connect("reconnect")
+    application.job("Owner")
+
+
+def cccd_refused(code):
+    peripheral, application = Peripheral("--refuse-cccd", code), Application()
+    application.tell("auto gatt")
+    application.hear("NotCreated", "disconnectController")
+    application.tell("forget")
+    peripheral.hear("link down .*")
+    _, error = varda("owner", status=4)
+    check(f"could not connect to Varda ({ADDRESS})" in error or "was lost" in error, error)
+
+
+def cccd_not_permitted():
+    cccd_refused("0x03")
+
+
+def cccd_wants_pairing():
+    cccd_refused("0x05")
+
+
+def cccd_refused_by_application():
+    cccd_refused("0x80")
+
+
+def cccd_silent():
+    peripheral, application = Peripheral("--ignore-cccd"), Application()
+    application.tell("auto gatt")
+    application.hear("message BLE error: Notifications activation timed out — peripheral not "
+                     "responding")
+    application.hear("NotCreated")
+    peripheral.hear("link down .*")
+    _, error = varda("owner", status=4)
+    check("Notifications activation timed out" in error, error)
+
+
+def mute():
+    Peripheral("--mute")
+    varda("owner", "--timeout", "50", status=4)
+
+
+def off_and_unknown():
+    peripheral = Peripheral()
+    peripheral.tell("off")
+    peripheral.hear("off")
+    varda("owner", status=3)
+
+
+def off_while_known():
+    peripheral, application = Peripheral(), Application()
+    works(application, peripheral)
+    peripheral.tell("off")
+    peripheral.hear("off")
+    out, _ = varda("scan", "--timeout", "5")
+    check(re.search(f"{ADDRESS} +-  Varda", out), f"the scan tells: {out}")
+    application.tell(f"to {ADDRESS} gatt")
+    application.hear("NotCreated")
+    varda("owner", status=4)
+    peripheral.tell("on")
+    peripheral.hear("advertising")
+    works(application, peripheral)
+
+
+def reconnect_at_once():
+    peripheral, application = Peripheral(), Application()
+    application.connect()
+    application.tell("letgo")
+    application.connect(f"to {ADDRESS} gatt")
+    application.job("Owner")
+    peripheral.tell("drop")
+    application.hear("disconnectController")
+    application.connect("reconnect")
+    application.job("Owner")
+
+
+def bluetoothd_killed():
+    """The library learns it from its own time-out, the command at once."""
+    peripheral, application = Peripheral(dives=40), Application()
+    application.connect()
+    bluetoothd("down -KILL")
+    application.hears_nothing("disconnectController|message .*", 5)
+    application.tell("job Owner")
+    application.hear("message Receive timeout")
+    application.hear("disconnectController")
+    bluetoothd("up")
+    peripheral.hear("link down .*")
+    application.tell("forget")
+    works(application, peripheral)
+
+    command = Process(BIN / "varda", "dives")
+    command.hear(" +1 .*")
+    bluetoothd("down -KILL")
+    command.hear("varda: the Bluetooth service has ended")
+    equal(command.process.wait(LONG), 4, "the status")
+    bluetoothd("up")
+    peripheral.hear("link down .*")
+    varda("owner")
+
+
+def bluetoothd_restarted():
+    peripheral, application = Peripheral(), Application()
+    application.connect()
+    bluetoothd("down")
+    peripheral.hear("link down .*")
+    bluetoothd("up")
+    application.tell("forget")
+    works(application, peripheral)
+    varda("owner")
+
+
+def no_bluetoothd():
+    bluetoothd("down")
+    try:
+        application = Application()
+        application.tell("auto gatt")
+        application.hear("Error")
+        _, error = varda("owner", status=6)
+        check("no Bluetooth adapter found" in error, error)
+    finally:
+        bluetoothd("up")
+
+
+def adapter_off_and_on():
+    peripheral, application = Peripheral(), Application()
+    application.connect()
+    power(False)
+    application.hear("disconnectController")
+    application.tell("auto gatt")
+    application.hear("Error")
+    _, error = varda("owner", status=6)
+    check("Bluetooth is switched off" in error, error)
+    power(True)
+    peripheral.hear("link down .*")
+    works(application, peripheral)
+    varda("owner")
+
+
+def application_killed():
+    """bluetoothd keeps the link, and the next one goes on with it."""
+    peripheral = Peripheral()
+    for _ in range(2):
+        application = Application()
+        application.connect()
+        application.job("Owner")
+        application.stop(signal.SIGKILL)
+    equal([each for each in peripheral.told if each.startswith("link down")], [], "what was heard")
+    varda("owner")
+
+
+def command_killed():
+    peripheral = Peripheral(dives=40)
+    command = Process(BIN / "varda", "dives")
+    command.hear(" +1 .*")
+    command.stop(signal.SIGKILL)
+    varda("owner")
+    peripheral.hear("link down .*")
+
+
+def command_interrupted():
+    peripheral = Peripheral(dives=40)
+    command = Process(BIN / "varda", "dives")
+    command.hear(" +1 .*")
+    command.stop(signal.SIGINT)
+    equal(command.process.returncode, 128 + signal.SIGINT, "the status")
+    peripheral.hear("link down .*")
+    varda("owner")
+
+
+CASES = [
+    radio_scan, radio_jobs_gatt, radio_jobs_sps, radio_information, radio_hundred_dives,
+    radio_firmware, radio_reconnect_at_once, radio_commands_at_once,
+    scan_of_unknown, jobs_gatt, credits_counted, smallest_mtu,
+    dropped_when_connected, dropped_when_subscribed, dropped_instead_of_an_answer,
+    dropped_within_an_answer, dropped_within_an_upload, lost_while_idle,
+    cccd_not_permitted, cccd_wants_pairing, cccd_refused_by_application, cccd_silent, mute,
+    off_and_unknown, off_while_known, reconnect_at_once,
+    bluetoothd_killed, bluetoothd_restarted, no_bluetoothd, adapter_off_and_on,
+    application_killed, command_killed, command_interrupted,
+]
+
+
+def run(case):
+    name = case.__name__.replace("_", "-")
+    begin = time.monotonic()
+    why = None
+    try:
+        case()
+    except Wrong as wrong:
+        why = str(wrong)
+    except Exception as error:  # a case that is wrong itself, or what it started
+        why = f"{type(error).__name__}: {error}"
+    took = f"({time.monotonic() - begin:.0f} s)"
+    print(f"PASS {name} {took}" if why is None else f"FAIL {name}: {why} {took}", flush=True)
+    with open(f"/logs/{name}.log", "w", encoding="utf-8") as log:
+        for each in reversed(people):  # the computer last
+            each.process.terminate()
+        for each in people:
+            each.process.wait()
+            while (line := each.lines.get()) is not None:
+                each.told.append(line)
+            log.write(f"# {each.process.args}\n" + "".join(f"{line}\n" for line in each.told))
+    people.clear()
+    forget()
+    return why is None
+
+
+def main():
+    os.environ["QT_LOGGING_RULES"] = "varda.*=false"
+    texts = sys.argv[1:]
+    chosen = [each for each in CASES
+              if not texts or any(text in each.__name__.replace("_", "-") for text in texts)]
+    passed = sum(run(each) for each in chosen)
+    print(f"{passed} passed, {len(chosen) - passed} failed", flush=True)
+    return 0 if passed == len(chosen) else 1
+
+
+sys.exit(main())
