@@ -44,6 +44,8 @@ public:
     QString notifyUuid;
     QString writeUuid;
     QTimer notificationsWatchdog;
+    /** Connects the controller when the old link to the same computer has ended. */
+    QMetaObject::Connection waiting;
     /** Counts connectTo(), so that one called from a slot of another is noticed. */
     quint64 attempt = 0;
 
@@ -61,6 +63,7 @@ public:
         if (!controller)
             return;
         controller->disconnect(q);
+        QObject::disconnect(waiting);
         ClosingLink::close(controller);
         controller = nullptr;
     }
@@ -154,10 +157,8 @@ void BleDevice::connectTo(BleDeviceInfo device)
     connect(controller, &QLowEnergyController::discoveryFinished, this,
             &BleDevice::onServiceDiscoveryFinished);
     if (const ClosingLink *const closing = ClosingLink::sameComputer(controller)) {
-        connect(closing, &ClosingLink::closed, this, [this, attempt] {
-            if (d->attempt == attempt)
-                d->controller->connectToDevice();
-        });
+        d->waiting = connect(closing, &ClosingLink::closed, controller,
+                             &QLowEnergyController::connectToDevice, Qt::SingleShotConnection);
         return;
     }
     controller->connectToDevice();
@@ -165,12 +166,17 @@ void BleDevice::connectTo(BleDeviceInfo device)
 
 void BleDevice::disconnect()
 {
-    const QPointer<QLowEnergyController> controller(d->controller);
+    // It outlives this object where a slot deletes that.
+    auto *const controller = d->controller;
     if (!controller)
         return;
+    if (QObject::disconnect(d->waiting)) {
+        onControllerDisconnected();
+        return;
+    }
     controller->disconnectFromDevice();
     // A session connects anew before the old device is deleted.
-    if (controller && controller->state() == QLowEnergyController::ClosingState)
+    if (controller->state() == QLowEnergyController::ClosingState)
         ClosingLink::watch(controller);
 }
 

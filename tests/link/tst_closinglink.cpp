@@ -33,8 +33,10 @@ private Q_SLOTS:
     void anotherDevice();
     void anotherComputer();
     void anotherComputerMeanwhile();
+    void disconnectionMeanwhile();
     void session_data();
     void session();
+    void sessionConnectsTwice();
     void anotherSession();
 
 private:
@@ -121,6 +123,28 @@ void TestClosingLink::anotherComputerMeanwhile()
     QCOMPARE(Simulator::state()["connected"_L1].toBool(), false);
 }
 
+void TestClosingLink::disconnectionMeanwhile()
+{
+    LOAD(Simulator::loadScenario(kSlow));
+    BleDevice device;
+    m_log.watch(&device);
+    device.connectTo(knownDevice());
+    QVERIFY(m_log.await(u"servicesDiscovered"_s));
+    device.connectTo(knownDevice());
+    m_log.take();
+    device.disconnect();
+    QCOMPARE(m_log.take(), QStringList({u"state Disconnected"_s, u"disconnected"_s}));
+    device.disconnect();
+    QTRY_COMPARE(links(), QStringList({u"connected"_s, u"disconnected"_s}));
+    Simulator::settle();
+    QCOMPARE(m_log.take(), QStringList());
+    QCOMPARE(Simulator::count(u"Connect"_s), 1);
+    // Nothing is left of it.
+    device.connectTo(knownDevice());
+    QVERIFY(m_log.await(u"servicesDiscovered"_s));
+    QCOMPARE(links(), kOneAfterTheOther);
+}
+
 void TestClosingLink::session_data()
 {
     QTest::addColumn<bool>("disconnects");
@@ -156,6 +180,20 @@ void TestClosingLink::session()
     useIt(session);
     expected += {u"message Device connected"_s, u"Connected"_s, u"endCommand Owner"_s};
     QCOMPARE(m_log.entries(), expected);
+}
+
+// An attempt that was given up while it waited does not come back, and takes no link with it.
+void TestClosingLink::sessionConnectsTwice()
+{
+    LOAD(Simulator::loadKnown());
+    VardaSession session;
+    connectSession(session);
+    session.connectTo(knownDevice());
+    session.connectTo(knownDevice());
+    useIt(session);
+    QCOMPARE(m_log.entries(),
+             QStringList({u"message Connect to Varda"_s, u"message Connect to Varda"_s,
+                          u"message Device connected"_s, u"Connected"_s, u"endCommand Owner"_s}));
 }
 
 void TestClosingLink::anotherSession()
