@@ -34,6 +34,7 @@ private Q_SLOTS:
     void anotherComputer();
     void anotherComputerMeanwhile();
     void disconnectionMeanwhile();
+    void slowerThanTheWait();
     void session_data();
     void session();
     void sessionConnectsTwice();
@@ -143,6 +144,22 @@ void TestClosingLink::disconnectionMeanwhile()
     device.connectTo(knownDevice());
     QVERIFY(m_log.await(u"servicesDiscovered"_s));
     QCOMPARE(links(), kOneAfterTheOther);
+}
+
+// The wait has an end; what then comes of the new link is between Qt and the system.
+void TestClosingLink::slowerThanTheWait()
+{
+    LOAD(Simulator::loadScenario(R"({"disconnectDelay":8000,"devices":[{"known":true}]})"));
+    BleDevice device;
+    m_log.watch(&device);
+    device.connectTo(knownDevice());
+    QVERIFY(m_log.await(u"servicesDiscovered"_s));
+    m_log.take();
+    device.connectTo(knownDevice());
+    QVERIFY(m_log.await(u"state DiscoveringServices"_s));
+    QCOMPARE(links(), QStringList(u"connected"_s));
+    QVERIFY(m_log.await(u"disconnected"_s));
+    QCOMPARE(links(), QStringList({u"connected"_s, u"disconnected"_s}));
 }
 
 void TestClosingLink::session_data()
