@@ -9,6 +9,8 @@ namespace {
 
 constexpr std::uint8_t kVersionMark = 0x80;
 constexpr int kDeepest = 3500; // 350 m; what is deeper is a disturbance
+// Longer than any answer: each empty one decodes all again, so a few bytes would make megabytes.
+constexpr qsizetype kMostSamples = 400'000;
 
 /** A cursor over the stream; the last sample may be cut short, what is missing reads as zeros. */
 class SampleReader
@@ -168,7 +170,7 @@ void VardaData::processSamples(const Payload &payload, std::uint16_t length)
                              qsizetype(size - 1));
         return;
     }
-    if (samplesBuffer.isEmpty())
+    if (samplesBuffer.isEmpty() || diveSamples.size() >= kMostSamples)
         return;
 
     std::uint8_t version = 0;

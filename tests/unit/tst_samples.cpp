@@ -23,6 +23,7 @@ private Q_SLOTS:
     void headerAlone();
     void flagsCarryOver();
     void twoStreams();
+    void closedAgainAndAgain();
     void collects();
     void longPayload_data();
     void longPayload();
@@ -336,6 +337,18 @@ void TestSamples::twoStreams()
         depths << QString::number(sample.depth);
     QCOMPARE(depths.join(QLatin1Char(' ')), QStringLiteral("10 10 11"));
     QCOMPARE(data.samplesBuffer.toHex(), "000a00000001000b00000002");
+}
+
+// Each closing decodes all again; that many closings must not eat up the memory.
+void TestSamples::closedAgainAndAgain()
+{
+    VardaData data;
+    data.computerModel = ComputerModel::Varda;
+    for (int i = 0; i < 600; ++i)
+        data.processSamples({}, 501);
+    for (int i = 0; i < 100; ++i)
+        data.processSamples({}, 1);
+    QCOMPARE(data.diveSamples.size(), 400'000); // 8 times 50 000
 }
 
 void TestSamples::collects()
