@@ -5,6 +5,7 @@
 #include "failure.h"
 #include "helptext.h"
 #include "interrupt.h"
+#include "servicewatch.h"
 #include "simulation.h"
 #include "terminal.h"
 
@@ -136,6 +137,7 @@ int CommandLine::run() const
         std::unique_ptr<Simulation> simulation;
         if (m_options.simulate)
             simulation = std::make_unique<Simulation>(*m_options.simulate);
+        const ServiceWatch watch; // the first to use the bus, whichever it is now
         m_action(m_options);
         clearStatus();
         flushOutput();

@@ -11,7 +11,7 @@ enum class ExitCode : int {
     NotFound = 3,    ///< no computer in reach
     LinkFailed = 4,  ///< could not connect, or the link was lost
     TimedOut = 5,    ///< found, but it did not answer in time
-    NoBluetooth = 6, ///< no adapter, switched off, or not allowed
+    NoBluetooth = 6, ///< no adapter, no service, switched off, or not allowed
     Signal = 128,    ///< plus the number of the signal that interrupted
 };
 

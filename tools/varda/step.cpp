@@ -2,6 +2,7 @@
 #include "step.h"
 
 #include "interrupt.h"
+#include "servicewatch.h"
 
 using namespace Qt::StringLiterals;
 
@@ -19,6 +20,15 @@ Step::Step()
         connect(interrupt, &Interrupt::came, this, onInterrupt);
         if (interrupt->number() != 0)
             onInterrupt();
+    }
+    if (const ServiceWatch *watch = ServiceWatch::instance()) {
+        const auto onEnd = [this] {
+            fail({ExitCode::NoBluetooth, u"the system's Bluetooth service has ended"_s,
+                  u"Does it run again? (systemctl status bluetooth)"_s});
+        };
+        connect(watch, &ServiceWatch::ended, this, onEnd);
+        if (watch->hasEnded())
+            onEnd();
     }
 }
 
