@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Rules of the house that no compiler knows: check.py arrows|licence|umbrella|links [LIBRARY]"""
+"""Rules of the house that no compiler knows: check.py CHECK [FILE...]; the checks are at the end"""
 
 import os
 import re
@@ -134,12 +134,33 @@ def links(library):
             yield Path(library), f"needs {name}"
 
 
+def hardening(*binaries):
+    for binary in binaries:
+        text = subprocess.run(
+            ["readelf", "-hldW", "--dyn-syms", binary], check=True, capture_output=True, text=True
+        ).stdout
+        wanted = {
+            "is no position independent code": r"Type:\s+DYN",
+            "has an executable stack": r"GNU_STACK .* RW ",
+            "has writable relocations": r"GNU_RELRO",
+            "binds its symbols late": r"BIND_NOW|Flags:.*NOW",
+            "has no stack protector": r"__stack_chk_fail",
+        }
+        for what, pattern in wanted.items():
+            if not re.search(pattern, text):
+                yield Path(binary), what
+
+
 def main():
     check, *arguments = sys.argv[1:]
     found = [
         f"{path.relative_to(ROOT) if path.is_relative_to(ROOT) else path}: {what}"
         for path, what in {
-            "arrows": arrows, "licence": licence, "umbrella": umbrella, "links": links
+            "arrows": arrows,
+            "hardening": hardening,
+            "licence": licence,
+            "links": links,
+            "umbrella": umbrella,
         }[check](*arguments)
     ]
     print("\n".join(found) if found else f"{check}: ok")
