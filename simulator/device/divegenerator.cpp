@@ -127,7 +127,7 @@ QList<Sample> profileOf(const DivePlan &plan, const DiveRecipe &recipe, Random &
 void setTimes(DiveHeader &header, const DiveRecipe &recipe, qsizetype samples, Random &random)
 {
     // Two dives a day, in the morning and in the afternoon.
-    const qint64 begin = kFirstDay + recipe.number / 2 * kDay
+    const qint64 begin = kFirstDay + (recipe.number - 1) / 2 * kDay
                          + (recipe.number % 2 ? 34'200 : 50'400) + random.between(0, 3'600);
     const qint64 duration = std::max<qint64>(samples - 1, 0) * recipe.interval;
     using enum HeaderField;

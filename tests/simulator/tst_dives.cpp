@@ -3,6 +3,7 @@
 #include "devices.h"
 
 #include <QtCore/QCryptographicHash>
+#include <QtCore/QDateTime>
 #include <QtTest/QTest>
 
 using namespace Qt::StringLiterals;
@@ -82,6 +83,7 @@ private Q_SLOTS:
     void wishes();
     void generatedDivesNeverChange_data();
     void generatedDivesNeverChange();
+    void generatedDivesAreInOrder();
     void generatedDivesAreWhole_data();
     void generatedDivesAreWhole();
     void complaints_data();
@@ -339,7 +341,7 @@ void TestDives::generatedDivesNeverChange_data()
     QTest::newRow("1") << 1 << QByteArray("f143e09c7b2addf416e9bf047d5d9225");
     QTest::newRow("3") << 3 << QByteArray("5ae4f44d78119a2bb39222b2ae5f2843");
     QTest::newRow("5") << 5 << QByteArray("e79f91ad9ef84dd68d859ece2fc1aae1");
-    QTest::newRow("6") << 6 << QByteArray("c8e989711e688350a7c2b589fe17793a");
+    QTest::newRow("6") << 6 << QByteArray("4a3e9bb10b2feecbfdec99c3da799c87");
 }
 
 void TestDives::generatedDivesNeverChange()
@@ -351,6 +353,24 @@ void TestDives::generatedDivesNeverChange()
     const QByteArray all = QByteArray::fromHex(ask(json, ListDives).first().toLatin1())
                            + stream(json, quint16(dive));
     QCOMPARE(QCryptographicHash::hash(all, QCryptographicHash::Md5).toHex(), hash);
+}
+
+// Two a day, and nobody begins a dive before the last one has ended.
+void TestDives::generatedDivesAreInOrder()
+{
+    QStringList days;
+    quint64 end = 0;
+    for (quint16 number = 1; number <= 60; ++number) {
+        DiveRecipe recipe;
+        recipe.number = number;
+        const DiveHeader header = generateDive(recipe, Model::Varda).header;
+        QVERIFY(header[HeaderField::Stamp] > end);
+        end = header[HeaderField::Stamp2];
+        days.append(QDateTime::fromSecsSinceEpoch(qint64(end), Qt::UTC).toString(u"yyyy-MM-dd"_s));
+    }
+    QCOMPARE(days.first(4),
+             QStringList({u"2024-03-01"_s, u"2024-03-01"_s, u"2024-03-02"_s, u"2024-03-02"_s}));
+    QCOMPARE(days.last(), u"2024-03-30"_s);
 }
 
 void TestDives::generatedDivesAreWhole_data()
