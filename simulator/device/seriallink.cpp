@@ -42,7 +42,6 @@ void SerialLink::reset()
     m_sentInPace = 0;
     m_credits = 0;
     m_toldExhausted = false;
-    m_mtu = m_scenario.mtu;
 }
 
 void SerialLink::setLinkMtu(int mtu)

@@ -27,7 +27,7 @@ public:
     void creditsGranted(const QByteArray &bytes);
     // The link is new or gone: nothing that was under way is sent any more.
     void reset();
-    // The link carries less than the scenario wants.
+    // What the link carries, where that is less than the scenario's.
     void setLinkMtu(int mtu);
 
     const Computer &computer() const { return m_computer; }

@@ -168,11 +168,14 @@ void Peripheral::start(const QString &adapterAddress)
     connect(m_controller.get(), &QLowEnergyController::errorOccurred, this, &Peripheral::fail);
     connect(m_controller.get(), &QLowEnergyController::mtuChanged, &m_serial,
             &SerialLink::setLinkMtu);
-    connect(m_controller.get(), &QLowEnergyController::stateChanged, this,
-            [this](QLowEnergyController::ControllerState state) {
-                if (state == QLowEnergyController::AdvertisingState)
-                    Q_EMIT onAir(m_adapter.toString());
-            });
+    // Queued, for an error that comes with it takes it back.
+    connect(
+        m_controller.get(), &QLowEnergyController::stateChanged, this,
+        [this](QLowEnergyController::ControllerState state) {
+            if (state == QLowEnergyController::AdvertisingState && state == m_controller->state())
+                Q_EMIT onAir(m_adapter.toString());
+        },
+        Qt::QueuedConnection);
     advertise();
 }
 
@@ -256,15 +259,17 @@ void Peripheral::linkUp()
 void Peripheral::linkDown()
 {
     m_serial.reset();
+    m_serial.setLinkMtu(m_scenario.mtu);
     record(u"disconnected"_s);
     advertise();
 }
 
 void Peripheral::fail()
 {
+    m_controller->disconnect(this); // it may say so twice
     QString text = u"the system does not take it on the air: "_s + m_controller->errorString();
     if (m_controller->error() == QLowEnergyController::AdvertisingError)
-        text += u" Does it let this user advertise, and can the adapter?"_s;
+        text += u"; may this user advertise, and can the adapter?"_s;
     Q_EMIT failed(text);
 }
 

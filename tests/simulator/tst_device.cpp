@@ -3,10 +3,13 @@
 #include "device/computer.h"
 #include "device/frame.h"
 #include "device/scenario.h"
+#include "device/seriallink.h"
 #include "devices.h"
 
 #include <QtCore/QDir>
 #include <QtTest/QTest>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace simulator;
@@ -26,6 +29,7 @@ private Q_SLOTS:
     void configurationOfEveryVersion();
     void keepsWhatIsWritten();
     void gases();
+    void linkMtu();
     void overrides();
     void scenarioFiles();
 };
@@ -249,6 +253,28 @@ void TestDevice::gases()
     QCOMPARE(ask(json, GetGases, QByteArray(1, 7)).first(),
              u"0700e5e5e5e5e5e5e5e50000003f0000803e"_s);
     QCOMPARE(ask("{}", GetGases, QByteArray(1, 0)).size(), 13);
+}
+
+void TestDevice::linkMtu()
+{
+    const DeviceScenario ada = device(R"({"owner": "Ada Lindqvist", "mtu": 25})");
+    FaultPlan faults;
+    SerialLink link(ada, faults);
+    QList<qsizetype> sizes;
+    connect(&link, &SerialLink::notification, &link,
+            [&](const QByteArray &bytes) { sizes.append(bytes.size()); });
+    const auto askForOwner = [&] {
+        link.written(encodeFrame({22, {}}));
+        return std::exchange(sizes, {});
+    };
+
+    // 9 bytes, the 13 of the name, and a zero
+    QCOMPARE(askForOwner(), QList<qsizetype>({22, 1}));
+    link.setLinkMtu(23);
+    QCOMPARE(askForOwner(), QList<qsizetype>({20, 3}));
+    // No more than the scenario allows.
+    link.setLinkMtu(517);
+    QCOMPARE(askForOwner(), QList<qsizetype>({22, 1}));
 }
 
 void TestDevice::overrides()
