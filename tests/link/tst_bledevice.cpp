@@ -922,10 +922,11 @@ void TestBleDevice::insideANewConnection()
         R"({"devices":[{"known":true},{"known":true,"model":"tidemar"}]})"));
     auto device = std::make_unique<BleDevice>();
     openUntilConnected(*device);
+    bool done = false;
     m_log.react = [&](const QString &entry) {
-        if (entry != u"state Disconnected"_s)
+        if (done || entry != u"state Disconnected"_s)
             return;
-        m_log.react = nullptr;
+        done = true;
         if (deletes)
             device.reset();
         else
@@ -941,6 +942,7 @@ void TestBleDevice::insideANewConnection()
     }
     QTRY_COMPARE(Simulator::state()["connected"_L1].toBool(), false);
     QCOMPARE(Simulator::count(u"Connect"_s), deletes ? 1 : 2);
+    m_log.react = nullptr;
 }
 
 QTEST_GUILESS_MAIN(TestBleDevice)
