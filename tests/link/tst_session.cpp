@@ -86,6 +86,7 @@ private Q_SLOTS:
     void insideOperations_data();
     void insideOperations();
 
+    void insideARefusedJob();
     void wrongCrc();
     void noAnswer();
     void inAThread();
@@ -789,6 +790,26 @@ void TestSession::insideOperations()
     QTRY_VERIFY(!Simulator::state()["connected"_L1].toBool());
     QCOMPARE(m_log.entries(), expected);
     QCOMPARE(Simulator::count(u"Connect"_s), before + (deletes ? 0 : 1));
+    m_log.react = nullptr;
+}
+
+// A job that cannot be written is told as the link's failure, from inside its start.
+void TestSession::insideARefusedJob()
+{
+    LOAD(Simulator::loadKnown());
+    auto session = std::make_unique<VardaSession>();
+    m_log.watch(session.get());
+    const auto refusal = u"message BLE error: Write failed: characteristic not ready"_s;
+    m_log.react = [&](const QString &entry) {
+        if (entry == refusal)
+            session.reset();
+    };
+    session->connectTo(knownDevice());
+    VardaSession *const deleted = session.get();
+    QVERIFY(!deleted->startSetPressure(1013));
+    QVERIFY(!session);
+    Simulator::settle();
+    QCOMPARE(m_log.entries(), QStringList({u"message Connect to Varda"_s, refusal}));
     m_log.react = nullptr;
 }
 
