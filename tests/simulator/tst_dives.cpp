@@ -4,6 +4,7 @@
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QDateTime>
+#include <QtCore/QTimeZone>
 #include <QtTest/QTest>
 
 using namespace Qt::StringLiterals;
@@ -366,7 +367,8 @@ void TestDives::generatedDivesAreInOrder()
         const DiveHeader header = generateDive(recipe, Model::Varda).header;
         QVERIFY(header[HeaderField::Stamp] > end);
         end = header[HeaderField::Stamp2];
-        days.append(QDateTime::fromSecsSinceEpoch(qint64(end), Qt::UTC).toString(u"yyyy-MM-dd"_s));
+        days.append(
+            QDateTime::fromSecsSinceEpoch(qint64(end), QTimeZone::utc()).toString(u"yyyy-MM-dd"_s));
     }
     QCOMPARE(days.first(4),
              QStringList({u"2024-03-01"_s, u"2024-03-01"_s, u"2024-03-02"_s, u"2024-03-02"_s}));
