@@ -165,6 +165,19 @@ class Behaviour(unittest.TestCase):
             self.assertIn("cannot be written", done.stderr)
             self.assertEqual(sorted(os.listdir(folder)), ["layout file", "record", "scenario.json"])
 
+    def test_layout_folder(self):
+        """A layout's name becomes a file's, but leads nowhere else."""
+        with tempfile.TemporaryDirectory() as folder:
+            inner = Path(folder, "inner")
+            inner.mkdir()
+            for index in (0, 1):
+                done = run("layouts", "get", str(index), "-o", inner, "--simulate", "nasty-names")
+                self.assertEqual((done.returncode, done.stderr), (0, ""))
+            self.assertEqual(os.listdir(folder), ["inner"])
+            self.assertEqual(
+                sorted(os.listdir(inner)), ["0-______etc.layout", "1-__0_x_.layout"]
+            )
+
     def test_layout_arrives(self):
         blob = Path("images/layout.bin").read_bytes()
         with tempfile.TemporaryDirectory() as folder:

@@ -43,6 +43,27 @@ private Q_SLOTS:
         QCOMPARE(::safeJson(u"\U000E0041"_s), u"\\udb40\\udc41"_s); // a tag, in two units
     }
 
+    void safeFileName_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("plain") << u"Deep wall 2"_s << u"Deep wall 2"_s;
+        QTest::newRow("letters") << u"Åse-深海"_s << u"Åse-深海"_s;
+        QTest::newRow("empty") << QString() << QString();
+        QTest::newRow("upwards") << u"../../etc/passwd"_s << u"______etc_passwd"_s;
+        QTest::newRow("other roots") << u"C:\\x\\~"_s << u"C__x__"_s;
+        QTest::newRow("controls") << u"a\0b\n\u001b[2J\u202E"_s << u"a_b___2J_"_s;
+        QTest::newRow("wildcards") << u"*?\"<>|$`';&"_s << u"___________"_s;
+        QTest::newRow("long") << QString(300, u'x') << QString(50, u'x');
+        QTest::newRow("long, in four bytes each")
+            << u"\U00020000"_s.repeated(60) << u"\U00020000"_s.repeated(50);
+    }
+    void safeFileName()
+    {
+        QFETCH(QString, text);
+        QTEST(::safeFileName(text), "name");
+    }
+
     void versionText()
     {
         QCOMPARE(::versionText(u"1.4.2.b"_s), u"1.4.2.b"_s);

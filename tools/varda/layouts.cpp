@@ -9,6 +9,9 @@
 #include "terminal.h"
 #include "text.h"
 
+#include <QtCore/qdir.h>
+#include <QtCore/qfileinfo.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -30,13 +33,18 @@ QString listText(const QList<LayoutEntry> &layouts)
     return columns.text();
 }
 
-void list(const Options &options)
+QList<LayoutEntry> readList(Connection &connection)
 {
-    Connection connection(options);
     connection.run({.name = u"list of layouts"_s,
                     .end = TidemarCommand::LayoutList,
                     .start = [](VardaSession &session) { session.startLayoutList(); }});
-    const auto &layouts = connection.session().layouts();
+    return connection.session().layouts();
+}
+
+void list(const Options &options)
+{
+    Connection connection(options);
+    const QList<LayoutEntry> layouts = readList(connection);
     if (options.json) {
         print({{"device"_L1, fieldsOf(connection.device())},
                {"layouts"_L1, listOf(layouts, [](const LayoutEntry &each) {
@@ -60,9 +68,23 @@ QString dump(const QByteArray &blob)
     return text;
 }
 
-void get(const Options &options, int index, const QString &file)
+/** In a folder, a file of the layout's own name. */
+QString fileFor(Connection &connection, int index, const QString &output)
+{
+    if (!QFileInfo(output).isDir())
+        return output;
+    QString name;
+    for (const LayoutEntry &each : readList(connection)) {
+        if (each.first == index)
+            name = each.name;
+    }
+    return QDir(output).filePath(u"%1-%2.layout"_s.arg(QString::number(index), safeFileName(name)));
+}
+
+void get(const Options &options, int index, const QString &output)
 {
     Connection connection(options);
+    const QString file = fileFor(connection, index, output);
     connection.run(
         {.name = u"layout %1"_s.arg(index),
          .end = TidemarCommand::LayoutGet,
@@ -189,7 +211,10 @@ void addGet(CommandLine &line, CLI::App *layouts)
         ->type_name("INDEX")
         ->required()
         ->check(between(0, kLastIndex));
-    command->add_option("-o,--output", *file, "The file to write")->type_name("FILE");
+    command
+        ->add_option("-o,--output", *file,
+                     "The file to write, or a folder for one of the layout's name")
+        ->type_name("FILE");
 }
 
 void addActivate(CommandLine &line, CLI::App *layouts)

@@ -68,6 +68,22 @@ QString safeJson(const QString &json)
     return replaced(json, [](char32_t c) { return c == U'\n' ? u"\n"_s : escaped(c); });
 }
 
+QString safeFileName(const QString &text)
+{
+    // 255 bytes is as long as a name may be; a character takes up to four.
+    constexpr qsizetype kLongest = 50;
+    QString result;
+    for (const char32_t character : text.toUcs4().mid(0, kLongest)) {
+        const bool fits = QChar::isLetterOrNumber(character) || QChar::isMark(character)
+                          || character == U' ' || character == U'-';
+        if (fits)
+            result += QChar::fromUcs4(character);
+        else
+            result += u'_';
+    }
+    return result;
+}
+
 QString versionText(const QString &version)
 {
     QString text = version;

@@ -16,6 +16,12 @@
 /** JSON text in which such characters, where they are left as they are, are escaped. */
 [[nodiscard]] QString safeJson(const QString &json);
 
+/**
+ * Text of a stranger, fit for a part of a file name: letters, digits, spaces and dashes, anything
+ * else as "_", so that it cannot lead to another folder, and not longer than a name may be.
+ */
+[[nodiscard]] QString safeFileName(const QString &text);
+
 /** A version as the computer gives it; its last character may be a NUL, which is left out. */
 [[nodiscard]] QString versionText(const QString &version);
 
