@@ -709,7 +709,9 @@ void RemoteDevice::sendNotification(const QByteArray &bytes)
     const QByteArray sent = bytes.left(m_scenario.mtu - 3);
     record(u"notification"_s,
            {{u"characteristic"_s, characteristic->spec.uuid}, {u"hex"_s, toHex(sent)}});
-    m_around.tree.change(m_serialPath, kCharacteristic, {{u"Value"_s, sent}});
+    // The daemon keeps a subscription for each client, and tells all of them for each.
+    for (qsizetype i = 0; i < characteristic->clients.size(); ++i)
+        m_around.tree.change(m_serialPath, kCharacteristic, {{u"Value"_s, sent}});
 }
 
 bool RemoteDevice::notifyNow(const QByteArray &bytes)

@@ -37,6 +37,7 @@ private Q_SLOTS:
     void droppedOnACommand();
     void subscriptionRefused();
     void subscriptionOutlivesADrop();
+    void secondSubscriber();
     void writeTooLong();
     void notificationTooLong();
     void splitAndMerged_data();
@@ -224,6 +225,22 @@ void TestBluez::subscriptionOutlivesADrop()
     QVERIFY(central.waitFor(u"connected"_s));
     QCOMPARE(simulator->values(u"cccd"_s, u"value"_s), QStringList{u"0100"_s});
     QVERIFY(simulator->events(u"StartNotify"_s).isEmpty());
+}
+
+void TestBluez::secondSubscriber()
+{
+    QCOMPARE(simulator->loadDevice("{}"), QString());
+    Central central;
+    QVERIFY(central.reach(kAddress));
+    QDBusConnection other = QDBusConnection::connectToBus(simulator->address(), u"other"_s);
+    other.call(QDBusMessage::createMethodCall(
+        u"org.bluez"_s, simulator->values(u"StartNotify"_s, u"path"_s).value(0),
+        u"org.bluez.GattCharacteristic1"_s, u"StartNotify"_s));
+    QCOMPARE(simulator->call(u"Notify"_s, {kAddress, QByteArray("once")}), QString());
+    QVERIFY(central.waitForReceived(2));
+    QCOMPARE(central.received, (QList<QByteArray>{"once", "once"}));
+    QCOMPARE(simulator->values(u"notification"_s), QStringList{u"6f6e6365"_s});
+    QDBusConnection::disconnectFromBus(u"other"_s);
 }
 
 void TestBluez::writeTooLong()
