@@ -55,6 +55,13 @@ QString refusalText(ExchangeError::ExchangeErrorIn error)
     }
 }
 
+/** The command that a notification answers, below 0 where that is not to be seen. */
+int commandOf(const QByteArray &notification)
+{
+    constexpr qsizetype kCommandAt = 8;
+    return notification.size() > kCommandAt ? quint8(notification.at(kCommandAt)) : -1;
+}
+
 Failure notFound(const QString &who, std::chrono::seconds searched)
 {
     return {
@@ -160,6 +167,10 @@ void Connection::start(const Job &job, Step &step)
     m_job = &job;
     m_jobName = job.name;
     m_received = 0;
+    if (commandOf(m_latest) == job.end)
+        m_latest.clear(); // it may well say the same again
+    m_before = m_latest;
+    m_over = false;
     m_sinceProgress.start();
     showStatus(job.verb + u' ' + job.name);
     job.start(m_session);
@@ -258,8 +269,10 @@ Failure Connection::notConnected() const
 
 void Connection::onJobEnded(TidemarCommand::TidemarCommandIn command)
 {
-    if (m_step && m_job && m_ending == Ending::EndCommand && m_job->end == command)
-        m_step->end();
+    if (!m_step || !m_job || m_ending != Ending::EndCommand || m_job->end != command)
+        return;
+    m_over = true;
+    m_step->end();
 }
 
 void Connection::onRefused(ExchangeError::ExchangeErrorIn error)
@@ -296,6 +309,8 @@ void Connection::onLinkDown()
 void Connection::onNotification(const QByteArray &data)
 {
     m_received += data.size();
+    checkTold(data);
+    m_latest = data;
     if (!m_step)
         return;
     m_step->goOn();
@@ -305,6 +320,18 @@ void Connection::onNotification(const QByteArray &data)
         m_sinceProgress.start();
         m_job->progress();
     }
+}
+
+/**
+ * bluetoothd tells all its clients of a notification as often as there are subscriptions, and a
+ * program keeps its own as long as it lives, also when it has let go of the computer.
+ */
+void Connection::checkTold(const QByteArray &notification)
+{
+    if (notification != (m_over ? m_latest : m_before))
+        return;
+    fail({ExitCode::JobFailed, u"what %1 says comes more than once"_s.arg(computerName()),
+          u"Another program here is connected to it, or was: close that first."_s});
 }
 
 void Connection::fail(const Failure &failure)

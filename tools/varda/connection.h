@@ -77,6 +77,7 @@ private:
     void onNotification(const QByteArray &data);
     void start(const Job &job, Step &step);
     void stop();
+    void checkTold(const QByteArray &notification);
     void fail(const Failure &failure);
     void letGo();
     [[nodiscard]] Failure notConnected() const;
@@ -94,5 +95,8 @@ private:
     QElapsedTimer m_sinceProgress;
     bool m_silent = false; ///< the library has waited in vain for an answer
     qint64 m_received = 0;
+    QByteArray m_latest;    ///< notification
+    QByteArray m_before;    ///< the one that no answer to the job can be equal to
+    bool m_over = false;    ///< the job has ended, all of its answer has come
     VardaSession m_session; // last: what it still has to say finds the rest in place
 };
