@@ -282,11 +282,14 @@ def radio_information():
 
 
 def radio_hundred_dives():
-    Radio(dives={"count": 100, "samples": 150})
-    out, _ = varda("dives", "--json", seconds=1200)
-    expected, _ = varda("dives", "--json", "--simulate",
-                        str(scenario(dives={"count": 100, "samples": 150})), seconds=1200)
-    real, expected = json.loads(out)["dives"], json.loads(expected)["dives"]
+    dives = {"count": 100, "samples": 150}
+    Radio(dives=dives)
+    # Beside it, for both wait a second after each dive.
+    with subprocess.Popen([BIN / "varda", "dives", "--json", "--simulate", scenario(dives=dives)],
+                          stdin=subprocess.DEVNULL, stdout=subprocess.PIPE) as simulated:
+        out, _ = varda("dives", "--json", seconds=1200)
+        expected = json.load(simulated.stdout)["dives"]
+    real = json.loads(out)["dives"]
     equal(len(real), 100, "the number of dives")
     for one, other in zip(real, expected):
         equal(one, other, "a dive")
@@ -333,6 +336,17 @@ def scan_of_unknown():
 def jobs_gatt():
     Peripheral(model="vskm")
     compare_jobs(model="vskm")
+
+
+def firmware():
+    peripheral, application = Peripheral(), Application()
+    file, data = image(8 * 1024)
+    application.connect()
+    application.job("Identification")
+    application.job("BootloaderVersion")
+    application.tell(f"upload {file}")
+    application.hear("endCommand End_program")
+    equal(peripheral.ask("firmware"), data.hex(), "the image")
 
 
 def credits_counted():
@@ -495,6 +509,7 @@ def bluetoothd_killed():
     peripheral.hear("link down .*")
     application.tell("forget")
     works(application, peripheral)
+    application.stop()
 
     command = Process(BIN / "varda", "dives")
     command.hear(" +1 .*")
@@ -509,7 +524,8 @@ def bluetoothd_killed():
 def bluetoothd_restarted():
     peripheral, application = Peripheral(), Application()
     application.connect()
-    bluetoothd("down")
+    bluetoothd("down")  # in order: it ends its links before
+    application.hear("disconnectController")
     peripheral.hear("link down .*")
     bluetoothd("up")
     application.tell("forget")
@@ -576,16 +592,28 @@ def command_interrupted():
     varda("owner")
 
 
+def second_program():
+    """bluetoothd keeps the subscription of a program that lives, and tells everybody twice."""
+    peripheral, application = Peripheral(dives=3), Application()
+    works(application, peripheral)
+    _, error = varda("dives", status=1)
+    check("comes more than once" in error, error)
+    peripheral.hear("link down .*")
+    application.stop()
+    out, _ = varda("dives")
+    equal(out.count("\n"), 4, "the number of lines")
+
+
 CASES = [
     radio_scan, radio_jobs_gatt, radio_jobs_sps, radio_information, radio_hundred_dives,
     radio_firmware, radio_reconnect_at_once, radio_commands_at_once,
-    scan_of_unknown, jobs_gatt, credits_counted, small_mtu,
+    scan_of_unknown, jobs_gatt, firmware, credits_counted, small_mtu,
     dropped_when_connected, dropped_when_subscribed, dropped_instead_of_an_answer,
     dropped_within_an_answer, dropped_within_an_upload, lost_while_idle,
     cccd_not_permitted, cccd_wants_pairing, cccd_refused_by_application, cccd_silent, mute,
     off_and_unknown, off_while_known, reconnect_at_once,
     bluetoothd_killed, bluetoothd_restarted, no_bluetoothd, adapter_off_and_on,
-    application_killed, command_killed, command_interrupted,
+    application_killed, command_killed, command_interrupted, second_program,
 ]
 
 
