@@ -34,11 +34,12 @@ def fuzz(target, binaries, finds, seconds):
     folder.mkdir(parents=True, exist_ok=True)
     findings.mkdir(exist_ok=True)
     log = finds / f"{target}.log"
+    words = CORPUS.parent / f"{target}.dict"
     with log.open("w", encoding="utf-8", errors="replace") as output:
         subprocess.run(
             ["nice", "-n", "10", binaries / f"fuzz-{target}", f"-max_total_time={seconds}",
              "-timeout=10", "-print_final_stats=1", f"-artifact_prefix={findings}/{target}-",
-             folder, CORPUS / target],
+             *([f"-dict={words}"] if words.exists() else []), folder, CORPUS / target],
             env={**os.environ, **ENVIRONMENT}, stdin=subprocess.DEVNULL, stdout=output,
             stderr=subprocess.STDOUT, check=False,
         )

@@ -52,8 +52,6 @@ struct Incoming {
 
 class Run : public QObject
 {
-    Q_OBJECT
-
 public:
     explicit Run(Input &input) : m_input(input) { }
     ~Run() override;
@@ -494,5 +492,3 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
     Run(input).go();
     return 0;
 }
-
-#include "session.moc"
