@@ -41,6 +41,16 @@ bool isValid(const QString &text)
     return QString::fromUtf8(text.toUtf8()) == text;
 }
 
+/** A part of a name, and that of no folder. */
+void checkFileName(const QString &text)
+{
+    const QString name = safeFileName(text);
+    checkLine(name);
+    check(!name.contains(u'/') && !name.contains(u'\\') && !name.contains(u'.')
+              && !name.contains(u':') && name.toUtf8().size() <= 200,
+          "a file made of a stranger's text stays in its folder");
+}
+
 void checkTable(const QString &first, const QString &second)
 {
     Table table;
@@ -122,6 +132,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
     checkLine(safeText(first));
     check(safeText(safeText(first)) == safeText(first), "what is safe stays as it is");
     checkLine(safeText(versionText(first)));
+    checkFileName(first);
     checkTable(first, second);
     checkPrinted(first, second);
     checkJson(first, second);
