@@ -24,8 +24,8 @@ constexpr int kLong = 600'000;
 constexpr int kCloses = 10'000;
 // The message bus' library keeps the buffers of some messages, each as large as it ever was, so a
 // young process still grows a little.
-constexpr qint64 kHeapNoise = 256 * 1024;
-constexpr qint64 kResidentNoise = 2 * 1024 * 1024;
+constexpr qint64 kHeapNoise = 256 * qint64(1024);
+constexpr qint64 kResidentNoise = 8 * kHeapNoise;
 
 // Dives of a computer, and visits that one session makes to it.
 constexpr int kDives = 3;
