@@ -60,7 +60,7 @@ def main():
     build, cache = Path(sys.argv[1]).resolve(), Path(sys.argv[2])
     cache.mkdir(parents=True, exist_ok=True)
     version = subprocess.run([TIDY, "--version"], check=True, capture_output=True).stdout
-    configurations = (ROOT / ".clang-tidy", ROOT / "tests/.clang-tidy")
+    configurations = [ROOT / ".clang-tidy", *sorted(ROOT.glob("*/.clang-tidy"))]
     salt = version + b"".join(file.read_bytes() for file in configurations)
     entries = {
         entry["file"]: entry
