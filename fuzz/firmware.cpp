@@ -7,9 +7,8 @@
 
 #include <QtCore/qendian.h>
 
+#include <varda/firmwareimage.h>
 #include <varda/vardasession.h>
-
-#include "firmwareimage.h"
 
 using namespace Qt::StringLiterals;
 
@@ -153,11 +152,11 @@ void Upload::run()
     connect();
     makeImage();
     const bool force = m_input.byte() % 2 != 0;
-    const auto image = FirmwareImage::of(m_image, m_name);
+    const FirmwareImage image = FirmwareImage::fromData(m_image, m_name);
     m_sent.clear();
     const int result = m_session.uploadFirmware(m_image, m_name, force);
     check(result == expectedResult(force), "an image is what it is");
-    check(image.has_value() == (result != -1 && result != 0), "both see an image, or none");
+    check(image.isValid() == (result != -1 && result != 0), "an image is known before");
     if (result <= 0) {
         check(m_sent.isEmpty(), "of a bad image nothing is sent");
         return;

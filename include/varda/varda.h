@@ -24,6 +24,7 @@
 #include <varda/divemark.h>
 #include <varda/divesample.h>
 #include <varda/exchangeerror.h>
+#include <varda/firmwareimage.h>
 #include <varda/gasusage.h>
 #include <varda/layoutentry.h>
 #include <varda/marlosettings.h>

@@ -23,7 +23,7 @@ ROOMS = {
 PUBLIC = {
     "transport": {"bledevice.h", "bledeviceinfo.h", "blescanner.h"},
     "protocol": {"vardableprotocol.h"},
-    "session": {"vardasession.h"},
+    "session": {"firmwareimage.h", "vardasession.h"},
     "decoding": {"bufferreader.h", "vardadata.h"},
     "conversion": {"tidemardiveconverter.h"},
 }

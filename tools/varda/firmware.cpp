@@ -4,12 +4,11 @@
 #include "confirmation.h"
 #include "connection.h"
 #include "files.h"
-#include "firmwareimage.h"
 #include "records.h"
 #include "terminal.h"
 #include "text.h"
 
-#include <varda/vardadata.h>
+#include <varda/firmwareimage.h>
 
 #include <QtCore/qelapsedtimer.h>
 #include <QtCore/qfileinfo.h>
@@ -29,50 +28,40 @@ ImageFile readImage(const QString &path)
 {
     const QString fileName = QFileInfo(path).fileName();
     const QByteArray bytes = readFile(path);
-    const auto image = FirmwareImage::of(bytes, fileName);
-    if (!image) {
+    const FirmwareImage image = FirmwareImage::fromData(bytes, fileName);
+    if (!image.isValid()) {
         throw Failure{ExitCode::UsageError, u"\"%1\" is no firmware image"_s.arg(path),
-                      bytes.isEmpty() ? u"It is empty."_s
-                                      : u"The word at its byte 512 is no known one."_s};
+                      image.errorString()};
     }
-    return {fileName, bytes, *image};
+    return {fileName, bytes, image};
 }
 
 QString versionOf(const FirmwareImage &image)
 {
-    return versionText(VardaData::firmwareVersionToString(image.version));
+    return versionText(image.versionStr);
 }
 
 // info
 
-QString familyKey(FirmwareImage::Family family)
+QString familyKey(const FirmwareImage &image)
 {
-    switch (family) {
-    case FirmwareImage::Family::Application:
-        return u"application"_s;
-    case FirmwareImage::Family::Bootloader:
-        return u"bootloader"_s;
-    case FirmwareImage::Family::Headerless:
-        break;
-    }
-    return u"headerless"_s;
+    if (!image.hasHeader())
+        return u"headerless"_s;
+    return image.kind == FirmwareImage::Kind::Bootloader ? u"bootloader"_s : u"application"_s;
 }
 
-QString familyText(FirmwareImage::Family family)
+QString familyText(const FirmwareImage &image)
 {
-    if (family == FirmwareImage::Family::Headerless)
+    if (!image.hasHeader())
         return u"older, without an update header; named by its file name"_s;
-    return u"%1, with an update header"_s.arg(familyKey(family));
+    return u"%1, with an update header"_s.arg(familyKey(image));
 }
 
 Fields fieldsOf(const FirmwareImage &image)
 {
-    return {{"family"_L1, familyKey(image.family)},
-            {"name"_L1, image.name},
-            {"version"_L1, image.version},
-            {"versionStr"_L1, versionOf(image)},
-            {"size"_L1, image.size},
-            {"crc"_L1, image.crc}};
+    return {{"family"_L1, familyKey(image)}, {"name"_L1, image.name},
+            {"version"_L1, image.version},   {"versionStr"_L1, versionOf(image)},
+            {"size"_L1, image.size},         {"crc"_L1, image.checksum}};
 }
 
 void info(const Options &options, const QString &path)
@@ -81,12 +70,12 @@ void info(const Options &options, const QString &path)
     if (options.json)
         return print(fieldsOf(image));
     Table table;
-    table.add(u"Family"_s, familyText(image.family));
-    if (image.family == FirmwareImage::Family::Headerless)
+    table.add(u"Family"_s, familyText(image));
+    if (!image.hasHeader())
         table.add(u"Name"_s, safeText(image.name));
     table.add(u"Version"_s, safeText(versionOf(image)));
     table.add(u"Size"_s, u"%1 bytes"_s.arg(image.size));
-    table.add(u"CRC"_s, u"0x%1"_s.arg(image.crc, 4, 16, QChar(u'0')));
+    table.add(u"CRC"_s, u"0x%1"_s.arg(image.checksum, 4, 16, QChar(u'0')));
     print(table.text());
 }
 
@@ -178,11 +167,10 @@ void upload(const Options &options, const Confirmation &confirmation, const QStr
     Connection connection(options);
     // What it has decides what it takes.
     connection.read(TidemarCommand::Identification, u"identification"_s);
-    const bool needsBootloader = file.image.family != FirmwareImage::Family::Headerless;
-    if (needsBootloader && connection.session().bootloaderVersion() == 0)
+    if (file.image.hasHeader() && connection.session().bootloaderVersion() == 0)
         connection.read(TidemarCommand::BootloaderVersion, u"bootloader version"_s);
-    const QString what = file.image.family == FirmwareImage::Family::Bootloader ? u"bootloader"_s
-                                                                                : u"firmware"_s;
+    const QString what = file.image.kind == FirmwareImage::Kind::Bootloader ? u"bootloader"_s
+                                                                            : u"firmware"_s;
     confirmation.ask(u"Replace the %1 of %2 (%3, firmware %4) by version %5?"_s.arg(
         what, connection.device().name(), connection.device().address(),
         versionText(connection.session().firmwareVersionStr()), versionOf(file.image)));

@@ -2,24 +2,13 @@
 #include "session/vardasession_p.h"
 
 #include <QtCore/qendian.h>
-#include <QtCore/qfile.h>
-#include <QtCore/qfileinfo.h>
 
 #include <algorithm>
 #include <cmath>
 
-#include "protocol/crc16.h"
+#include <varda/firmwareimage.h>
 
 namespace {
-
-// An update header stands at this place of an image, if the image has one.
-constexpr qsizetype kHeaderOffset = 512;
-constexpr qsizetype kHeaderSize = 32;
-constexpr qsizetype kVersionOffset = 8; // within the header
-
-constexpr quint32 kNoHeader = 0;
-constexpr quint32 kApplicationMagic = 0xDEADBEEF;
-constexpr quint32 kBootloaderMagic = 0x424F4F54;
 
 constexpr qsizetype kNameField = 32;
 constexpr int kProgressBytes = 1000;
@@ -37,33 +26,6 @@ VardaSession::Ticks now()
     return std::chrono::duration_cast<VardaSession::Ticks>(sinceEpoch);
 }
 
-/** The 32 bytes of the update header; zeros for what a short image does not have. */
-QByteArray headerOf(const QByteArray &image)
-{
-    QByteArray header = image.mid(kHeaderOffset, kHeaderSize);
-    header.append(kHeaderSize - header.size(), '\0');
-    return header;
-}
-
-quint32 wordAt(const QByteArray &bytes, qsizetype offset)
-{
-    return qFromLittleEndian<quint32>(bytes.constData() + offset);
-}
-
-/**
- * The version in the part of a file name behind its name, "1.2.3.a.bin": three numbers and a
- * character, the first in the top byte. The character is widened with its sign, as the computers'
- * own tools do, so one above 0x7F sets all of the upper bytes.
- */
-quint32 versionFrom(const QString &text)
-{
-    const QStringList fields = text.split(u'.');
-    const auto number = [&fields](int i) { return quint32(fields.value(i).toInt()); };
-    const QString last = fields.value(3);
-    const auto character = last.isEmpty() ? qint8(0) : qint8(last.front().toLatin1());
-    return number(0) << 24 | number(1) << 16 | number(2) << 8 | quint32(qint32(character));
-}
-
 void appendWord(QByteArray &bytes, quint32 word)
 {
     char raw[sizeof word];
@@ -72,14 +34,13 @@ void appendWord(QByteArray &bytes, quint32 word)
 }
 
 /** The name is padded by its number of characters but written in UTF-8: so the computers count. */
-QByteArray beginProgramPayload(const QByteArray &image, const QString &fileName)
+QByteArray beginProgramPayload(const FirmwareImage &image)
 {
-    const QString name = fileName.section(u'.', 0, 0);
-    QByteArray payload = name.toUtf8();
-    payload.append(std::max<qsizetype>(kNameField - name.size(), 0), '\0');
-    appendWord(payload, versionFrom(fileName.section(u'.', 1)));
-    appendWord(payload, quint32(image.size()));
-    appendWord(payload, Crc16::computeCrc(image));
+    QByteArray payload = image.name.toUtf8();
+    payload.append(std::max<qsizetype>(kNameField - image.name.size(), 0), '\0');
+    appendWord(payload, image.version);
+    appendWord(payload, quint32(image.size));
+    appendWord(payload, image.checksum);
     return payload;
 }
 
@@ -94,15 +55,6 @@ int VardaSession::uploadFirmware(const QByteArray &data, const QString &fileName
 {
     d->firmwareData = data;
     return d->uploadFirmware(fileName, force);
-}
-
-int VardaSession::uploadFirmware(const QString &path, bool force)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    d->firmwareData = file.readAll();
-    return d->uploadFirmware(QFileInfo(path).fileName(), force);
 }
 
 int VardaSession::Private::uploadFirmware(const QString &fileName, bool force)
@@ -120,29 +72,29 @@ int VardaSession::Private::uploadFirmware(const QString &fileName, bool force)
 
 int VardaSession::Private::firmwareBeginProgram(const QString &fileName, bool force)
 {
-    const QByteArray header = headerOf(firmwareData);
-    const quint32 version = wordAt(header, kVersionOffset);
-    switch (wordAt(header, 0)) {
-    case kNoHeader:
+    const FirmwareImage image = FirmwareImage::fromData(firmwareData, fileName);
+    switch (image.kind) {
+    case FirmwareImage::Kind::WithoutHeader:
         firmwareLastPercent = -1;
         firmwareLastPosition = 0;
-        send({TidemarCommand::Begin_program, beginProgramPayload(firmwareData, fileName)});
+        send({TidemarCommand::Begin_program, beginProgramPayload(image)});
         return 0;
-    case kApplicationMagic:
-        if (version == data.firmwareVersion && !force)
+    case FirmwareImage::Kind::Firmware:
+        if (image.version == data.firmwareVersion && !force)
             return SameFirmware;
         // Only a computer whose bootloader is known can be brought back from a bad firmware.
         if (data.bootloaderVersion == 0)
             return BootloaderNotKnown;
         break;
-    case kBootloaderMagic:
-        if (version == data.bootloaderVersion && !force)
+    case FirmwareImage::Kind::Bootloader:
+        if (image.version == data.bootloaderVersion && !force)
             return SameBootloader;
         break;
-    default:
+    case FirmwareImage::Kind::Empty:
+    case FirmwareImage::Kind::Unknown:
         return UnknownImage;
     }
-    send({TidemarCommand::BeginUpdate, header});
+    send({TidemarCommand::BeginUpdate, image.header});
     return 0;
 }
 
