@@ -22,6 +22,7 @@
 #include <varda/diveheaderblock.h>
 #include <varda/diveline.h>
 #include <varda/divemark.h>
+#include <varda/diveprofile.h>
 #include <varda/divesample.h>
 #include <varda/exchangeerror.h>
 #include <varda/firmwareimage.h>

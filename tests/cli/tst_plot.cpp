@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "plot.h"
-#include "profile.h"
 
 #include <QtTest/qtest.h>
-
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -85,61 +82,12 @@ private Q_SLOTS:
         }
     }
 
-    void switches()
+    void marks()
     {
-        const auto list = gasSwitches(
-            diveOf({{0, 0, 2}, {5, 1, 2}, {10, 1, 0}, {15, 1, 2}, {20, 0, 2}}, 3));
-        QCOMPARE(list.size(), 3);
-        QCOMPARE(list[0].time, 0.0);
-        QCOMPARE(list[0].gasIndex, 2);
-        QCOMPARE(list[1].time, 10.0);
-        QCOMPARE(list[1].gasIndex, 0);
-        QCOMPARE(list[2].time, 15.0);
-        QCOMPARE(list[2].gasIndex, 2);
-        QVERIFY(gasSwitches(diveOf({{0, 0}}, 0)).isEmpty());
-    }
-
-    void figures()
-    {
-        Dive dive = diveOf({{0, 0}, {60, 12}, {120, 6}});
-        QCOMPARE(diveDuration(dive), 120.0);
-        QCOMPARE(maximumDepth(dive), 12.0);
-        QCOMPARE(averageDepth(dive), 6.0);
-        QVERIFY(!temperatures(dive));
-        dive.lines[1].aux1Value = -2;
-        const auto range = temperatures(dive).value_or(TemperatureRange{99, 99});
-        QCOMPARE(range.lowest, -2.0);
-        QCOMPARE(range.highest, 0.0);
-        QCOMPARE(diveDuration(Dive()), 0.0);
-        QCOMPARE(averageDepth(Dive()), 0.0);
-        QVERIFY(!temperatures(Dive()));
-    }
-
-    void names()
-    {
-        Dive dive = diveOf({}, 2);
-        dive.gases[1].setO2(0.18);
-        dive.gases[1].setHe(0.45);
-        QCOMPARE(gasNames(dive.gases), u"Air, 18/45"_s);
-        QCOMPARE(gasNames({}), u"-"_s);
-        QCOMPARE(gasNameOf(dive, 1), u"18/45"_s);
-        QCOMPARE(gasNameOf(dive, 2), u"-"_s);
-        QCOMPARE(gasNameOf(dive, -1), u"-"_s);
         QCOMPARE(gasMark(0), QChar(u'1'));
         QCOMPARE(gasMark(11), QChar(u'c'));
         QCOMPARE(gasMark(12), QChar(u'?'));
-    }
-
-    void begin()
-    {
-        DiveHeaderBlock header;
-        QCOMPARE(beginText(header), QString());
-        header.stamp = 1715934600;
-        QCOMPARE(beginText(header), u"2024-05-17 08:30:00"_s);
-        header.stamp = 946684799;
-        QCOMPARE(beginText(header), QString());
-        header.stamp = std::numeric_limits<std::uint64_t>::max();
-        QCOMPARE(beginText(header), QString());
+        QCOMPARE(gasMark(-1), QChar(u'?'));
     }
 };
 

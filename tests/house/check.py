@@ -25,7 +25,7 @@ PUBLIC = {
     "protocol": {"vardableprotocol.h"},
     "session": {"firmwareimage.h", "vardasession.h"},
     "decoding": {"bufferreader.h", "vardadata.h"},
-    "conversion": {"tidemardiveconverter.h"},
+    "conversion": {"diveprofile.h", "tidemardiveconverter.h"},
 }
 # Outside the library: what includes <varda/...> only, and what not even that.
 GUESTS = ("formats", "qml", "tools", "apps")

@@ -5,7 +5,6 @@
 #include "divereader.h"
 #include "divetext.h"
 #include "plot.h"
-#include "profile.h"
 #include "records.h"
 #include "terminal.h"
 #include "text.h"

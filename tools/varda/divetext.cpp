@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "divetext.h"
 
-#include "profile.h"
+#include "plot.h"
 #include "records.h"
 #include "terminal.h"
 #include "text.h"
+
+#include <varda/diveprofile.h>
 
 using namespace Qt::StringLiterals;
 
@@ -13,7 +15,7 @@ namespace {
 // What the first columns of the table of samples tell in another way.
 constexpr std::array kToldFields = {"time"_L1, "depth"_L1, "gasIndex"_L1};
 
-QString temperatureText(const TemperatureRange &range)
+QString temperatureText(const DiveProfile::TemperatureRange &range)
 {
     const QString unit = speaksUtf8() ? u"°C"_s : u"C"_s;
     if (range.lowest == range.highest)
@@ -31,11 +33,10 @@ QString gasesText(const Dive &dive)
 }
 
 /** "to EAN50 at 23:10"; empty when the gas at the beginning is the only one. */
-QString switchesText(const Dive &dive)
+QString switchesText(const Dive &dive, const QList<DiveProfile::GasSwitch> &switches)
 {
     constexpr qsizetype kMost = 12;
     QStringList parts;
-    const auto switches = gasSwitches(dive);
     for (qsizetype i = 1; i < switches.size(); ++i) {
         if (parts.size() == kMost) {
             parts.append(u"%1 more"_s.arg(switches.size() - i));
@@ -71,22 +72,52 @@ QString divesLine(const QString &number, const QString &begin, const QString &le
 
 } // namespace
 
+QString gasNameOf(const Dive &dive, int gasIndex)
+{
+    if (gasIndex < 0 || gasIndex >= dive.gases.size())
+        return u"-"_s;
+    return DiveProfile::gasName(dive.gases[gasIndex]);
+}
+
+QString gasNames(const QList<DiveGas> &gases)
+{
+    QStringList names;
+    for (const DiveGas &gas : gases)
+        names.append(DiveProfile::gasName(gas));
+    return names.isEmpty() ? u"-"_s : names.join(u", "_s);
+}
+
+QString beginText(const DiveHeaderBlock &header)
+{
+    constexpr quint64 kEarliest = 946684800; // 2000-01-01
+    constexpr quint64 kLatest = 4102444800;  // 2100-01-01
+    if (header.stamp < kEarliest || header.stamp >= kLatest)
+        return {};
+    return clockText(qint64(header.stamp));
+}
+
+QString circuitText(const DiveHeaderBlock &header)
+{
+    return header.kindByte == 0 ? u"open"_s : u"closed"_s;
+}
+
 QString diveSummary(const Dive &dive)
 {
+    const DiveProfile profile = DiveProfile::fromDive(dive);
     Table table;
     table.add(u"Dive"_s, dive.numberText);
     if (const QString begin = beginText(dive); !begin.isEmpty())
         table.add(u"Begin"_s, begin);
     if (!dive.lines.isEmpty()) {
-        table.add(u"Duration"_s, durationText(diveDuration(dive)));
-        table.add(u"Maximum depth"_s, tenthsText(maximumDepth(dive)) + u" m"_s);
-        table.add(u"Average depth"_s, tenthsText(averageDepth(dive)) + u" m"_s);
+        table.add(u"Duration"_s, durationText(profile.duration));
+        table.add(u"Maximum depth"_s, tenthsText(profile.maximumDepth) + u" m"_s);
+        table.add(u"Average depth"_s, tenthsText(profile.meanDepth) + u" m"_s);
     }
-    if (const auto range = temperatures(dive))
-        table.add(u"Temperature"_s, temperatureText(*range));
+    if (profile.temperature)
+        table.add(u"Temperature"_s, temperatureText(*profile.temperature));
     table.add(u"Circuit"_s, circuitText(dive));
     table.add(u"Gases"_s, gasesText(dive));
-    if (const QString switches = switchesText(dive); !switches.isEmpty())
+    if (const QString switches = switchesText(dive, profile.switches); !switches.isEmpty())
         table.add(u"Switches"_s, switches);
     table.add(u"Samples"_s,
               dive.lines.isEmpty()
@@ -126,8 +157,9 @@ QString divesRow(const Dive &dive)
 {
     const QString begin = beginText(dive);
     const bool isClosed = dive.kindByte != 0;
+    const DiveProfile profile = DiveProfile::fromDive(dive);
     return divesLine(dive.numberText, begin.isEmpty() ? u"-"_s : begin,
-                     durationText(diveDuration(dive)), tenthsText(maximumDepth(dive)) + u" m"_s,
-                     tenthsText(averageDepth(dive)) + u" m"_s,
+                     durationText(profile.duration), tenthsText(profile.maximumDepth) + u" m"_s,
+                     tenthsText(profile.meanDepth) + u" m"_s,
                      gasNames(dive.gases) + (isClosed ? u" (closed circuit)"_s : QString()));
 }

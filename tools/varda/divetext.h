@@ -10,6 +10,14 @@
 /** A row for each sample; empty without any. */
 [[nodiscard]] QString samplesTable(const Dive &dive);
 
+/** "EAN32"; "-" for an index that the list of gases does not have. */
+[[nodiscard]] QString gasNameOf(const Dive &dive, int gasIndex);
+/** All of them, "Air, EAN50"; "-" without any. */
+[[nodiscard]] QString gasNames(const QList<DiveGas> &gases);
+/** "2024-05-17 08:30:00"; empty if the header's stamp is no time. */
+[[nodiscard]] QString beginText(const DiveHeaderBlock &header);
+[[nodiscard]] QString circuitText(const DiveHeaderBlock &header);
+
 /** A table of dives that is printed while they come in. */
 [[nodiscard]] QString divesHeading();
 [[nodiscard]] QString divesRow(const Dive &dive);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "gastable.h"
 
-#include "text.h"
+#include <varda/diveprofile.h>
 
 using namespace Qt::StringLiterals;
 
@@ -13,7 +13,7 @@ QString gasesText(const std::array<BleConfig::Gas, 12> &table)
         if (oxygen == 0 && helium == 0)
             continue;
         text += u"  %1  %2 % O2  %3 % He  %4\n"_s.arg(i, 2).arg(oxygen, 3).arg(helium, 3).arg(
-            gasName(oxygen, helium));
+            DiveProfile::gasName(oxygen, helium));
     }
     return text.isEmpty() ? u"  none\n"_s : text;
 }

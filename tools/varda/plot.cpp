@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "plot.h"
 
-#include "profile.h"
+#include <varda/diveprofile.h>
 
 #include <algorithm>
 #include <array>
@@ -136,8 +136,9 @@ public:
         : m_dive(dive),
           m_utf8(style.utf8),
           m_height(style.height),
-          m_duration(std::max(dive.lines.back().time, 1.0)),
-          m_bottom(std::max(maximumDepth(dive), 1.0)),
+          m_profile(DiveProfile::fromDive(dive)),
+          m_duration(std::max(m_profile.duration, 1.0)),
+          m_bottom(std::max(m_profile.maximumDepth, 1.0)),
           m_depthStep(niceStep(m_bottom, std::max(m_height / 3, 1))),
           m_margin(QString::number(m_bottom, 'f', 0).size() + 4),
           m_width(std::max(style.width - int(m_margin) - 1, kNarrowest))
@@ -198,7 +199,7 @@ private:
             return {};
         QString row(m_margin + 1 + m_width, u' ');
         put(row, m_margin - 3, u"gas"_s);
-        for (const GasSwitch &each : gasSwitches(m_dive))
+        for (const DiveProfile::GasSwitch &each : m_profile.switches)
             row[m_margin + 1 + columnOf(each.time)] = gasMark(each.gasIndex);
         return trimmedEnd(row);
     }
@@ -206,6 +207,7 @@ private:
     const Dive &m_dive;
     const bool m_utf8;
     const int m_height;
+    const DiveProfile m_profile;
     const double m_duration;
     const double m_bottom;
     const double m_depthStep;
@@ -214,6 +216,12 @@ private:
 };
 
 } // namespace
+
+QChar gasMark(int gasIndex)
+{
+    constexpr QStringView kMarks = u"123456789abc";
+    return gasIndex >= 0 && gasIndex < kMarks.size() ? kMarks[gasIndex] : QChar(u'?');
+}
 
 QString profilePlot(const Dive &dive, const PlotStyle &style)
 {

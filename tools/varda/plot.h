@@ -12,6 +12,9 @@ struct PlotStyle {
     bool utf8 = true; ///< braille dots and lines, otherwise ASCII
 };
 
+/** The character that stands for a gas in a plot, 1 for the first one. */
+[[nodiscard]] QChar gasMark(int gasIndex);
+
 /**
  * A dive's profile: depth downwards, time to the right, and below them the number of each gas where
  * its use begins. Empty where there are not two points to draw a line
