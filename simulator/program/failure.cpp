@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#include "program/failure.h"
+
+#include <cstdio>
+
+namespace simulator {
+
+int fail(const QString &text)
+{
+    std::fprintf(stderr, "varda-simulator: %s\n", qPrintable(text));
+    return kOwnError;
+}
+
+} // namespace simulator

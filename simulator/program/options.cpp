@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: MIT
+#include "program/options.h"
+
+#include "program/failure.h"
+
+#include <QtCore/qcommandlineparser.h>
+#include <QtCore/qcoreapplication.h>
+#include <QtCore/qfile.h>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+namespace simulator {
+
+namespace {
+
+// "--radio" may stand without the address, which the parser does not know of any option.
+QStringList arguments()
+{
+    QStringList list = QCoreApplication::arguments();
+    const qsizetype radio = list.indexOf(u"--radio"_s);
+    const qsizetype command = list.indexOf(u"--"_s);
+    if (radio < 0 || (command >= 0 && command < radio))
+        return list;
+    const bool hasAddress = radio + 1 < list.size() && !list[radio + 1].startsWith(u'-');
+    list[radio] += u'=' + (hasAddress ? list.takeAt(radio + 1) : QString());
+    return list;
+}
+
+} // namespace
+
+std::optional<Options> parseArguments(int *status)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        u"A simulated diving computer: BlueZ's D-Bus API on a message bus of its own.\n\n"
+        "With a COMMAND, runs it on that bus and exits with its status. Without one, prints\n"
+        "DBUS_SYSTEM_BUS_ADDRESS=<address> and serves until it is stopped.\n\n"
+        "With --radio, is a computer on the air instead, on one of this machine's adapters.\n\n"
+        "Exit status: that of COMMAND; 2 after an error of its own; 127 when COMMAND cannot\n"
+        "be started."_s);
+    const QCommandLineOption help({u"h"_s, u"help"_s}, u"Show this text."_s);
+    const QCommandLineOption scenario(
+        u"scenario"_s, u"The devices to simulate; one healthy computer if not given."_s, u"FILE"_s);
+    const QCommandLineOption model(u"model"_s, u"Make every computer a varda, tidemar or vskm."_s,
+                                   u"MODEL"_s);
+    const QCommandLineOption mode(u"mode"_s, u"Make every computer speak over gatt or sps."_s,
+                                  u"MODE"_s);
+    const QCommandLineOption record(
+        u"record"_s, u"Write what happens to this file, one JSON object a line."_s, u"FILE"_s);
+    const QCommandLineOption exitWithStdin(u"exit-with-stdin"_s,
+                                           u"Stop when standard input is closed."_s);
+    const QCommandLineOption radio(u"radio"_s,
+                                   u"Go on the air, on the adapter of that address or the first."_s,
+                                   u"[ADAPTER]"_s);
+    const QCommandLineOption daemonVersion(u"version"_s,
+                                           u"Print the version of the BlueZ that is simulated."_s);
+    const QCommandLineOption ownVersion(u"simulator-version"_s,
+                                        u"Print the version of the simulator."_s);
+    parser.addOptions(
+        {help, scenario, model, mode, record, exitWithStdin, radio, daemonVersion, ownVersion});
+    parser.addPositionalArgument(u"COMMAND"_s, u"A program and its arguments."_s,
+                                 u"[-- COMMAND…]"_s);
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+
+    *status = 0;
+    if (!parser.parse(arguments())) {
+        *status = fail(parser.errorText());
+        return std::nullopt;
+    }
+    if (parser.isSet(help)) {
+        std::fputs(parser.helpText().toUtf8().constData(), stdout);
+        return std::nullopt;
+    }
+    if (parser.isSet(ownVersion)) {
+        std::puts(VARDA_SIMULATOR_VERSION);
+        return std::nullopt;
+    }
+    Options options{parser.value(scenario),
+                    parser.value(record),
+                    {parser.value(model), parser.value(mode)},
+                    parser.positionalArguments(),
+                    parser.isSet(exitWithStdin),
+                    std::nullopt};
+    if (parser.isSet(radio))
+        options.radio = parser.value(radio);
+    if (options.radio && !options.command.isEmpty()) {
+        *status = fail(u"--radio has no bus of its own for a COMMAND"_s);
+        return std::nullopt;
+    }
+    return options;
+}
+
+std::optional<Scenario> readScenario(const Options &options, QString *error)
+{
+    QByteArray json = QByteArrayLiteral("{\"devices\":[{}]}");
+    if (!options.scenarioFile.isEmpty()) {
+        QFile file(options.scenarioFile);
+        if (!file.open(QIODevice::ReadOnly)) {
+            *error = options.scenarioFile + u": "_s + file.errorString();
+            return std::nullopt;
+        }
+        json = file.readAll();
+    }
+    const std::optional<Scenario> scenario = Scenario::parse(json, error, options.overrides);
+    if (!scenario && !options.scenarioFile.isEmpty())
+        error->prepend(options.scenarioFile + u": "_s);
+    return scenario;
+}
+
+} // namespace simulator
