@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "bluez/bluezdaemon.h"
 
-#include <QtCore/QThread>
-#include <QtCore/QTimer>
-#include <QtDBus/QDBusArgument>
-#include <QtDBus/QDBusError>
-#include <QtDBus/QDBusVariant>
+#include <QtCore/qthread.h>
+#include <QtCore/qtimer.h>
+#include <QtDBus/qdbusargument.h>
+#include <QtDBus/qdbuserror.h>
+#include <QtDBus/qdbusextratypes.h>
 
 using namespace Qt::StringLiterals;
 

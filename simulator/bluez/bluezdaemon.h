@@ -6,11 +6,11 @@
 #include "device/recorder.h"
 #include "device/scenario.h"
 
-#include <QtCore/QHash>
-#include <QtCore/QObject>
-#include <QtDBus/QDBusConnection>
-#include <QtDBus/QDBusServiceWatcher>
-#include <QtDBus/QDBusVirtualObject>
+#include <QtCore/qhash.h>
+#include <QtCore/qobject.h>
+#include <QtDBus/qdbusconnection.h>
+#include <QtDBus/qdbusservicewatcher.h>
+#include <QtDBus/qdbusvirtualobject.h>
 
 #include <memory>
 #include <vector>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "bluez/control.h"
 
-#include <QtCore/QCoreApplication>
-#include <QtCore/QJsonDocument>
-#include <QtCore/QThread>
-#include <QtCore/QTimer>
-#include <QtDBus/QDBusError>
+#include <QtCore/qcoreapplication.h>
+#include <QtCore/qjsondocument.h>
+#include <QtCore/qthread.h>
+#include <QtCore/qtimer.h>
+#include <QtDBus/qdbuserror.h>
 
 using namespace Qt::StringLiterals;
 

@@ -3,8 +3,8 @@
 
 #include "bluez/bluezdaemon.h"
 
-#include <QtCore/QObject>
-#include <QtDBus/QDBusContext>
+#include <QtCore/qobject.h>
+#include <QtDBus/qdbuscontext.h>
 
 namespace simulator {
 

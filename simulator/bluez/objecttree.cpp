@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "bluez/objecttree.h"
 
-#include <QtCore/QSet>
-#include <QtDBus/QDBusMetaType>
-#include <QtDBus/QDBusVariant>
+#include <QtCore/qset.h>
+#include <QtDBus/qdbusextratypes.h>
+#include <QtDBus/qdbusmetatype.h>
 
 using namespace Qt::StringLiterals;
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QMap>
-#include <QtCore/QStringList>
-#include <QtCore/QVariantMap>
-#include <QtDBus/QDBusConnection>
-#include <QtDBus/QDBusMessage>
-#include <QtDBus/QDBusObjectPath>
+#include <QtCore/qmap.h>
+#include <QtCore/qstringlist.h>
+#include <QtCore/qvariant.h>
+#include <QtDBus/qdbusconnection.h>
+#include <QtDBus/qdbusextratypes.h>
+#include <QtDBus/qdbusmessage.h>
 
 namespace simulator {
 

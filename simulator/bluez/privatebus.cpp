@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "bluez/privatebus.h"
 
-#include <QtCore/QFile>
+#include <QtCore/qfile.h>
 
 #include <sys/prctl.h>
 

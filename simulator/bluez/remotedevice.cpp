@@ -3,7 +3,7 @@
 
 #include "device/gatttable.h"
 
-#include <QtDBus/QDBusArgument>
+#include <QtDBus/qdbusargument.h>
 
 #include <algorithm>
 #include <utility>

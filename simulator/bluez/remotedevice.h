@@ -7,11 +7,11 @@
 #include "device/scenario.h"
 #include "device/seriallink.h"
 
-#include <QtCore/QJsonObject>
-#include <QtCore/QMap>
-#include <QtCore/QObject>
-#include <QtCore/QTimer>
-#include <QtDBus/QDBusMessage>
+#include <QtCore/qjsonobject.h>
+#include <QtCore/qmap.h>
+#include <QtCore/qobject.h>
+#include <QtCore/qtimer.h>
+#include <QtDBus/qdbusmessage.h>
 
 #include <functional>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QString>
+#include <QtCore/qstring.h>
 
 #include <optional>
 

@@ -5,8 +5,8 @@
 #include "device/versiontext.h"
 #include "device/wirewriter.h"
 
-#include <QtCore/QJsonArray>
-#include <QtCore/QtEndian>
+#include <QtCore/qendian.h>
+#include <QtCore/qjsonarray.h>
 
 #include <algorithm>
 

@@ -7,9 +7,9 @@
 #include "device/logbook.h"
 #include "device/scenario.h"
 
-#include <QtCore/QElapsedTimer>
-#include <QtCore/QJsonObject>
-#include <QtCore/QList>
+#include <QtCore/qelapsedtimer.h>
+#include <QtCore/qjsonobject.h>
+#include <QtCore/qlist.h>
 
 #include <optional>
 

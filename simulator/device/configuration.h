@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QByteArray>
-#include <QtCore/QHash>
-#include <QtCore/QJsonValue>
-#include <QtCore/QList>
-#include <QtCore/QString>
+#include <QtCore/qbytearray.h>
+#include <QtCore/qhash.h>
+#include <QtCore/qjsonvalue.h>
+#include <QtCore/qlist.h>
+#include <QtCore/qstring.h>
 
 namespace simulator {
 

@@ -5,8 +5,8 @@
 #include "device/diveplan.h"
 #include "device/divesample.h"
 
-#include <QtCore/QByteArray>
-#include <QtCore/QList>
+#include <QtCore/qbytearray.h>
+#include <QtCore/qlist.h>
 
 #include <array>
 #include <optional>

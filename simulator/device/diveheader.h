@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QByteArray>
+#include <QtCore/qbytearray.h>
 
 #include <array>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QList>
+#include <QtCore/qlist.h>
 
 #include <array>
 

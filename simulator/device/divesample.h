@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QByteArray>
-#include <QtCore/QJsonValue>
-#include <QtCore/QList>
+#include <QtCore/qbytearray.h>
+#include <QtCore/qjsonvalue.h>
+#include <QtCore/qlist.h>
 
 namespace simulator {
 

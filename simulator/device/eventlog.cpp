@@ -5,8 +5,8 @@
 #include "device/random.h"
 #include "device/wirewriter.h"
 
-#include <QtCore/QDateTime>
-#include <QtCore/QTimeZone>
+#include <QtCore/qdatetime.h>
+#include <QtCore/qtimezone.h>
 
 #include <algorithm>
 #include <limits>

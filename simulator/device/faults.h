@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QByteArray>
-#include <QtCore/QJsonValue>
-#include <QtCore/QList>
-#include <QtCore/QString>
+#include <QtCore/qbytearray.h>
+#include <QtCore/qjsonvalue.h>
+#include <QtCore/qlist.h>
+#include <QtCore/qstring.h>
 
 #include <optional>
 

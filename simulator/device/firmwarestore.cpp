@@ -6,8 +6,8 @@
 #include "device/versiontext.h"
 #include "device/wirewriter.h"
 
-#include <QtCore/QCryptographicHash>
-#include <QtCore/QtEndian>
+#include <QtCore/qcryptographichash.h>
+#include <QtCore/qendian.h>
 
 #include <algorithm>
 #include <utility>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QByteArray>
-#include <QtCore/QJsonObject>
-#include <QtCore/QString>
+#include <QtCore/qbytearray.h>
+#include <QtCore/qjsonobject.h>
+#include <QtCore/qstring.h>
 
 #include <optional>
 

@@ -3,7 +3,7 @@
 
 #include "device/wirewriter.h"
 
-#include <QtCore/QtEndian>
+#include <QtCore/qendian.h>
 
 namespace simulator {
 

@@ -3,7 +3,7 @@
 
 #include "device/jsonreader.h"
 
-#include <QtCore/QRegularExpression>
+#include <QtCore/qregularexpression.h>
 
 using namespace Qt::StringLiterals;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "device/jsonreader.h"
 
-#include <QtCore/QRegularExpression>
+#include <QtCore/qregularexpression.h>
 
 #include <cmath>
 

@@ -5,7 +5,7 @@
 #include "device/pieces.h"
 #include "device/wirewriter.h"
 
-#include <QtCore/QJsonArray>
+#include <QtCore/qjsonarray.h>
 
 #include <algorithm>
 #include <utility>

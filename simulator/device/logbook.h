@@ -3,9 +3,9 @@
 
 #include "device/divegenerator.h"
 
-#include <QtCore/QByteArray>
-#include <QtCore/QList>
-#include <QtCore/QSet>
+#include <QtCore/qbytearray.h>
+#include <QtCore/qlist.h>
+#include <QtCore/qset.h>
 
 namespace simulator {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QtGlobal>
+#include <QtCore/qglobal.h>
 
 namespace simulator {
 

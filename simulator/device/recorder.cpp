@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "device/recorder.h"
 
-#include <QtCore/QJsonDocument>
+#include <QtCore/qjsondocument.h>
 
 using namespace Qt::StringLiterals;
 

@@ -8,10 +8,10 @@
 #include "device/versiontext.h"
 #include "device/wirewriter.h"
 
-#include <QtCore/QDateTime>
-#include <QtCore/QJsonDocument>
-#include <QtCore/QRegularExpression>
-#include <QtCore/QTimeZone>
+#include <QtCore/qdatetime.h>
+#include <QtCore/qjsondocument.h>
+#include <QtCore/qregularexpression.h>
+#include <QtCore/qtimezone.h>
 
 #include <algorithm>
 #include <limits>

@@ -6,9 +6,9 @@
 #include "device/frame.h"
 #include "device/scenario.h"
 
-#include <QtCore/QObject>
-#include <QtCore/QQueue>
-#include <QtCore/QTimer>
+#include <QtCore/qobject.h>
+#include <QtCore/qqueue.h>
+#include <QtCore/qtimer.h>
 
 #include <functional>
 

@@ -4,7 +4,7 @@
 #include "device/faults.h"
 #include "device/frame.h"
 
-#include <QtCore/QtEndian>
+#include <QtCore/qendian.h>
 
 #include <algorithm>
 #include <utility>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "device/versiontext.h"
 
-#include <QtCore/QRegularExpression>
+#include <QtCore/qregularexpression.h>
 
 namespace simulator {
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QByteArray>
-#include <QtCore/QtEndian>
+#include <QtCore/qbytearray.h>
+#include <QtCore/qendian.h>
 
 #include <bit>
 

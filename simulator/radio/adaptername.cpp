@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "radio/adaptername.h"
 
-#include <QtCore/QMap>
-#include <QtCore/QVariantMap>
-#include <QtDBus/QDBusArgument>
-#include <QtDBus/QDBusConnection>
-#include <QtDBus/QDBusMessage>
-#include <QtDBus/QDBusObjectPath>
-#include <QtDBus/QDBusVariant>
+#include <QtCore/qmap.h>
+#include <QtCore/qvariant.h>
+#include <QtDBus/qdbusargument.h>
+#include <QtDBus/qdbusconnection.h>
+#include <QtDBus/qdbusextratypes.h>
+#include <QtDBus/qdbusmessage.h>
 
 using namespace Qt::StringLiterals;
 

@@ -3,12 +3,12 @@
 
 #include "device/gatttable.h"
 
-#include <QtBluetooth/QBluetoothLocalDevice>
-#include <QtBluetooth/QLowEnergyAdvertisingData>
-#include <QtBluetooth/QLowEnergyAdvertisingParameters>
-#include <QtBluetooth/QLowEnergyCharacteristicData>
-#include <QtBluetooth/QLowEnergyDescriptorData>
-#include <QtBluetooth/QLowEnergyServiceData>
+#include <QtBluetooth/qbluetoothlocaldevice.h>
+#include <QtBluetooth/qlowenergyadvertisingdata.h>
+#include <QtBluetooth/qlowenergyadvertisingparameters.h>
+#include <QtBluetooth/qlowenergycharacteristicdata.h>
+#include <QtBluetooth/qlowenergydescriptordata.h>
+#include <QtBluetooth/qlowenergyservicedata.h>
 
 #include <algorithm>
 

@@ -7,11 +7,11 @@
 #include "device/seriallink.h"
 #include "radio/adaptername.h"
 
-#include <QtBluetooth/QBluetoothAddress>
-#include <QtBluetooth/QLowEnergyCharacteristic>
-#include <QtBluetooth/QLowEnergyController>
-#include <QtBluetooth/QLowEnergyService>
-#include <QtCore/QObject>
+#include <QtBluetooth/qbluetoothaddress.h>
+#include <QtBluetooth/qlowenergycharacteristic.h>
+#include <QtBluetooth/qlowenergycontroller.h>
+#include <QtBluetooth/qlowenergyservice.h>
+#include <QtCore/qobject.h>
 
 #include <memory>
 #include <vector>
