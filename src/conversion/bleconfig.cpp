@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <varda/blecomputer.h>
 #include <varda/bleconfig.h>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -36,18 +33,4 @@ float BleConfig::depthAtPressure(float pressureBar) const
         return 0.0F;
     return (pressureBar - float(surfacePressure) / kMillibarPerBar) * 100.0F
            / (getDensity() * kStandardGravity);
-}
-
-QString BleComputer::getBatteryStr() const
-{
-    switch (batteryType) {
-    case 0:
-        return u"Alcaline"_s;
-    case 1:
-        return u"NiMH"_s;
-    case 2:
-        return u"Lion36"_s;
-    default:
-        return u"Unknown"_s;
-    }
 }
