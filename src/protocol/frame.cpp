@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "protocol/frame.h"
+#include "protocol/frame_p.h"
 
 #include <QtCore/qendian.h>
 
-#include "protocol/crc16.h"
+#include "protocol/crc16_p.h"
 
 namespace Frame {
 

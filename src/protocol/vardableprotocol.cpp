@@ -11,8 +11,8 @@
 #include <varda/bledevice.h>
 
 #include "logging_p.h"
-#include "protocol/crc16.h"
-#include "protocol/frame.h"
+#include "protocol/crc16_p.h"
+#include "protocol/frame_p.h"
 
 using namespace Qt::StringLiterals;
 

@@ -5,7 +5,7 @@
 
 #include <QtCore/qendian.h>
 
-#include "protocol/crc16.h"
+#include "protocol/crc16_p.h"
 
 namespace {
 

@@ -115,6 +115,13 @@ def licence():
                 yield path, "the first line is not the SPDX line"
 
 
+def names():
+    """Headers in src/ are private and say so; nobody takes one for a public one of the same name."""
+    for path in files("src"):
+        if path.suffix == ".h" and not path.stem.endswith("_p"):
+            yield path, f"a header in src/ is called {path.stem}_p.h"
+
+
 def umbrella():
     folder = ROOT / "include/varda"
     named = {name for _, name in includes(folder / "varda.h")}
@@ -160,6 +167,7 @@ def main():
             "hardening": hardening,
             "licence": licence,
             "links": links,
+            "names": names,
             "umbrella": umbrella,
         }[check](*arguments)
     ]

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "protocol/crc16.h"
-#include "protocol/frame.h"
+#include "protocol/crc16_p.h"
+#include "protocol/frame_p.h"
 
 #include <QtTest/qtest.h>
 
