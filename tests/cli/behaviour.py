@@ -11,6 +11,7 @@ import sys
 import tempfile
 import time
 import unittest
+from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 VARDA = Path(sys.argv.pop(1))
@@ -186,6 +187,77 @@ class Behaviour(unittest.TestCase):
         chunks = [each[9:] for each in frames if each[8] == 38]
         self.assertEqual([each[0] for each in chunks], [1, 0, 0, 2])
         self.assertEqual(b"".join(each[1:] for each in chunks), blob)
+
+    def test_cut_answers(self):
+        """Wherever the link cuts, dives of one length and one depth arrive, each as it is."""
+        dives = [{"number": n, "profile": [{"depth": 100, "aux1": n}] * 94} for n in (1, 2, 3)]
+        with tempfile.TemporaryDirectory() as folder:
+            uncut, _ = simulated(folder, "dives", "--json", device={"dives": dives})
+            self.assertEqual(uncut.returncode, 0, uncut.stderr)
+            self.assertEqual(uncut.stdout.count('"aux1Value": 2'), 94)
+            for link in ({"split": 30}, {"split": 57, "merge": True}, {"merge": True}):
+                done, _ = simulated(folder, "dives", "--json", device={"dives": dives} | link)
+                self.assertEqual((done.stderr, done.returncode), ("", 0), link)
+                self.assertEqual(done.stdout, uncut.stdout, link)
+
+    def test_repeated_answers(self):
+        """When everything comes twice nothing is taken, and that is said once."""
+        fault = {"step": "notification", "command": "Fullsamples", "kind": "duplicate"}
+        for link in ({}, {"split": 57, "merge": True}):
+            with tempfile.TemporaryDirectory() as folder:
+                done, _ = simulated(folder, "dives", device={"dives": 3, "faults": [fault]} | link)
+            self.assertEqual(done.returncode, 1, link)
+            self.assertEqual(done.stdout.count("\n"), 1, link)
+            self.assertEqual(done.stderr.splitlines()[0],
+                             "varda: what Varda (00:AA:01:01:00:01) says comes more than once")
+            self.assertEqual(done.stderr.count("comes more than once"), 1)
+
+    def test_repeated_in_part(self):
+        """A frame that came twice is found by asking once more."""
+        fault = {"step": "notification", "command": "Syslog", "nth": 2, "times": 1,
+                 "kind": "duplicate"}
+        log = {"logText": ["one", "two", "three"]}
+        with tempfile.TemporaryDirectory() as folder:
+            done, frames = simulated(folder, "log", device=log | {"faults": [fault]})
+            self.assertEqual((done.stdout, done.returncode), ("one\ntwo\nthree\n", 0), done.stderr)
+            self.assertEqual([each[8] for each in frames], [2, 2])
+            # Lines can be equal, too.
+            done, _ = simulated(folder, "log", device={"logText": ["one", "two", "two"]})
+            self.assertEqual((done.stdout, done.returncode), ("one\ntwo\ntwo\n", 0), done.stderr)
+
+    def test_late_rest(self):
+        """A pause within a frame loses the rest: no job makes a result of what there is."""
+        cases = {
+            "dive 1": ("Fullsamples", "dive", "1"), "logbook": ("Logbook", "logbook"),
+            "layout 0": ("LayoutGet", "layouts", "get", "0"),
+            "list of layouts": ("LayoutList", "layouts"), "log": ("Syslog", "log"),
+            "battery history": ("BatteryInformation", "battery"), "owner": ("Owner", "owner"),
+            "tissues": ("Diver", "tissues"), "configuration": ("Computer_new", "config"),
+        }
+        layout = {"index": 0, "name": "x" * 40, "blob": "00" * 100}
+
+        def late(name):
+            command, *arguments = cases[name]
+            fault = {"step": "notification", "command": command, "nth": 2, "times": 1,
+                     "kind": "late", "ms": 1500}
+            device = {"split": 22, "dives": 1, "layouts": [layout], "faults": [fault]}
+            with tempfile.TemporaryDirectory() as folder:
+                return simulated(folder, *arguments, device=device)[0]
+
+        with ThreadPoolExecutor() as pool:
+            for name, done in zip(cases, pool.map(late, cases)):
+                self.assertEqual((done.stdout, done.returncode), ("", 1), name + done.stderr)
+                self.assertEqual(done.stderr.splitlines()[0],
+                                 f"varda: {name}: the computer's answer lacks a part, "
+                                 "which came too late or not at all")
+
+    def test_too_long_answer(self):
+        """What has lost its beginning is no result."""
+        with tempfile.TemporaryDirectory() as folder:
+            done, _ = simulated(folder, "log", device={"split": 16, "logText": ["x" * 7] * 4096})
+            self.assertEqual((done.stdout, done.returncode), ("", 1))
+            self.assertEqual(done.stderr.splitlines()[0],
+                             "varda: log: the computer's answer is too long, its beginning is lost")
 
     def test_set_time(self):
         """The computer gets the local wall-clock time, as if it were that of Greenwich."""

@@ -8,6 +8,7 @@
 #include <varda/bledevice.h>
 
 #include <QtBluetooth/qbluetoothaddress.h>
+#include <QtCore/qcoreapplication.h>
 #include <QtCore/qscopeguard.h>
 
 #include <algorithm>
@@ -25,6 +26,12 @@ constexpr auto kDropTime = 5s;
 // Less than after what the library takes silence for a reason to drop the link.
 constexpr auto kShortWait = 2s;
 constexpr int kProgressMs = 100;
+// The session takes an answer after a second of quiet. What comes just then counts as late: better
+// an answer that is asked for once more than one that lacks a part.
+constexpr auto kSessionQuiet = 990ms;
+constexpr auto kSilence = 5s; // as the library's own
+// bluetoothd sends the copies of a notification at once, one behind the other.
+constexpr auto kMoment = 30ms;
 
 QString secondsText(std::chrono::seconds time)
 {
@@ -53,13 +60,6 @@ QString refusalText(ExchangeError::ExchangeErrorIn error)
     default:
         return u"the computer refused"_s;
     }
-}
-
-/** The command that a notification answers, below 0 where that is not to be seen. */
-int commandOf(const QByteArray &notification)
-{
-    constexpr qsizetype kCommandAt = 8;
-    return notification.size() > kCommandAt ? quint8(notification.at(kCommandAt)) : -1;
 }
 
 Failure notFound(const QString &who, std::chrono::seconds searched)
@@ -114,6 +114,19 @@ void Connection::watchSession()
     connect(&m_session, &VardaSession::endCommand, this, &Connection::onJobEnded);
     connect(&m_session, &VardaSession::exchangeError, this,
             [this](auto, ExchangeError::ExchangeErrorIn error) { onRefused(error); });
+
+    for (QTimer *timer : {&m_quiet, &m_silence, &m_moment}) {
+        timer->setSingleShot(true);
+        timer->setTimerType(Qt::PreciseTimer);
+    }
+    m_quiet.setInterval(kSessionQuiet);
+    m_silence.setInterval(kSilence);
+    connect(&m_quiet, &QTimer::timeout, this, [this] {
+        m_answer.onQuiet();
+        judge();
+    });
+    connect(&m_silence, &QTimer::timeout, this, &Connection::onSilence);
+    connect(&m_moment, &QTimer::timeout, this, &Connection::judge);
 }
 
 void Connection::open(const Options &options)
@@ -161,15 +174,14 @@ BleDeviceInfo Connection::findAddress(const Options &options, const QDeadlineTim
 
 void Connection::start(const Job &job, Step &step)
 {
+    blameJobBefore();
     if (m_linkFailure)
         throw Failure(*m_linkFailure);
     m_step = &step;
     m_job = &job;
     m_jobName = job.name;
     m_received = 0;
-    if (commandOf(m_latest) == job.end)
-        m_latest.clear(); // it may well say the same again
-    m_before = m_latest;
+    m_answer = AnswerCheck(job.end, m_answer);
     m_over = false;
     m_sinceProgress.start();
     showStatus(job.verb + u' ' + job.name);
@@ -181,9 +193,22 @@ void Connection::stop()
     m_step = nullptr;
     m_job = nullptr;
     m_ending = Ending::EndCommand;
+    for (QTimer *timer : {&m_quiet, &m_silence, &m_moment})
+        timer->stop();
 }
 
 void Connection::run(const Job &job)
+{
+    runOnce(job);
+    if (m_answer.finding() != AnswerCheck::Finding::Doubtful)
+        return;
+    const quint64 first = m_answer.digest();
+    runOnce(job);
+    if (m_answer.finding() == AnswerCheck::Finding::Doubtful && m_answer.digest() != first)
+        throw comesMoreThanOnce();
+}
+
+void Connection::runOnce(const Job &job)
 {
     Step step;
     const auto over = qScopeGuard([this] { stop(); });
@@ -220,6 +245,19 @@ void Connection::read(TidemarCommand::TidemarCommandIn command, const QString &n
     run({.name = name, .end = command, .start = [command](VardaSession &session) {
              session.startCommand(command);
          }});
+}
+
+bool Connection::readIfWhole(TidemarCommand::TidemarCommandIn command, const QString &name)
+{
+    try {
+        read(command, name);
+        return true;
+    } catch (const Failure &failure) {
+        if (m_answer.finding() != AnswerCheck::Finding::InPieces)
+            throw;
+        printError({failure.code, failure.what, u"It is left out."_s});
+        return false;
+    }
 }
 
 void Connection::onMessage()
@@ -272,7 +310,9 @@ void Connection::onJobEnded(TidemarCommand::TidemarCommandIn command)
     if (!m_step || !m_job || m_ending != Ending::EndCommand || m_job->end != command)
         return;
     m_over = true;
-    m_step->end();
+    m_answer.onQuiet();
+    // Where it is not collected, the last notification is still on its way to the check.
+    m_moment.start(m_answer.hasEnd() ? kMoment : 0ms);
 }
 
 void Connection::onRefused(ExchangeError::ExchangeErrorIn error)
@@ -280,9 +320,8 @@ void Connection::onRefused(ExchangeError::ExchangeErrorIn error)
     if (!m_step || !m_job)
         return;
     if (error == ExchangeError::InvalidCrc) {
-        m_step->fail({ExitCode::JobFailed,
-                      u"%1: the computer's answer was damaged on the way"_s.arg(m_jobName),
-                      u"Try again, nearer to the computer."_s});
+        m_answer.onQuiet();
+        m_moment.start(kMoment);
         return;
     }
     m_step->fail({ExitCode::JobFailed, m_jobName + u": "_s + refusalText(error), {}});
@@ -309,10 +348,11 @@ void Connection::onLinkDown()
 void Connection::onNotification(const QByteArray &data)
 {
     m_received += data.size();
-    checkTold(data);
-    m_latest = data;
+    m_answer.add(data);
     if (!m_step)
         return;
+    m_quiet.start();
+    m_silence.start();
     m_step->goOn();
     if (m_ending == Ending::AnyAnswer)
         m_step->end();
@@ -322,16 +362,87 @@ void Connection::onNotification(const QByteArray &data)
     }
 }
 
+/** Of an answer that is damaged the rest is waited for, or it would become the next job's. */
+void Connection::judge()
+{
+    if (!m_step || !m_job || m_ending != Ending::EndCommand)
+        return;
+    if (!isAnswerUsable()) {
+        if (m_over || m_answer.isOver())
+            failJob();
+    } else if (m_over) {
+        m_step->end();
+    }
+}
+
+void Connection::onSilence()
+{
+    if (m_step && m_job && !isAnswerUsable())
+        failJob();
+}
+
+/** What has come since the job ended belongs to no other one. */
+void Connection::blameJobBefore()
+{
+    QCoreApplication::processEvents();
+    if (!m_over || isAnswerUsable())
+        return;
+    const Failure failure = answerFailure();
+    m_over = false;
+    throw Failure(failure);
+}
+
+bool Connection::isAnswerUsable() const
+{
+    const auto finding = m_answer.finding();
+    return finding == AnswerCheck::Finding::Sound || finding == AnswerCheck::Finding::Doubtful;
+}
+
+void Connection::failJob()
+{
+    m_over = false;
+    if (m_answer.finding() == AnswerCheck::Finding::Repeated)
+        fail(comesMoreThanOnce()); // as all else will
+    else
+        m_step->fail(answerFailure());
+}
+
 /**
  * bluetoothd tells all its clients of a notification as often as there are subscriptions, and a
  * program keeps its own as long as it lives, also when it has let go of the computer.
  */
-void Connection::checkTold(const QByteArray &notification)
+Failure Connection::comesMoreThanOnce() const
 {
-    if (notification != (m_over ? m_latest : m_before))
-        return;
-    fail({ExitCode::JobFailed, u"what %1 says comes more than once"_s.arg(computerName()),
-          u"Another program here is connected to it, or was: close that first."_s});
+    return {ExitCode::JobFailed, u"what %1 says comes more than once"_s.arg(computerName()),
+            u"Another program here is connected to it, or was: close that first."_s};
+}
+
+Failure Connection::answerFailure() const
+{
+    using Finding = AnswerCheck::Finding;
+    const auto because = [this](const QString &reason, const QString &advice) -> Failure {
+        return {ExitCode::JobFailed, m_jobName + u": the computer's answer "_s + reason, advice};
+    };
+    const QString again = u"Try again, nearer to the computer."_s;
+    switch (m_answer.finding()) {
+    case Finding::BeginningLost:
+        return because(u"is too long, its beginning is lost"_s,
+                       u"No more than 4096 packets can be taken at once."_s);
+    case Finding::Incomplete:
+        return because(u"lacks a part, which came too late or not at all"_s, again);
+    case Finding::InPieces:
+        return because(u"came in pieces and could not be put together"_s,
+                       u"The link's packets are too small for it."_s);
+    case Finding::LeftOver:
+        return because(u"was damaged on the way, some of it makes no sense"_s, again);
+    case Finding::WrongChecksum:
+        return because(u"was damaged on the way, its checksum is wrong"_s, again);
+    case Finding::Sound:
+    case Finding::Doubtful:
+    case Finding::Repeated:
+        break;
+    }
+    return comesMoreThanOnce();
 }
 
 void Connection::fail(const Failure &failure)
@@ -339,7 +450,9 @@ void Connection::fail(const Failure &failure)
     // What comes after the first failure is only its consequence.
     if (!m_linkFailure)
         m_linkFailure = failure;
-    if (m_step)
+    if (m_step && m_over && isAnswerUsable())
+        m_step->end(); // its job was done before
+    else if (m_step)
         m_step->fail(*m_linkFailure);
 }
 

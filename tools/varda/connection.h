@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "answercheck.h"
 #include "failure.h"
 #include "options.h"
 
@@ -12,6 +13,7 @@
 #include <QtCore/qelapsedtimer.h>
 #include <QtCore/qobject.h>
 #include <QtCore/qpointer.h>
+#include <QtCore/qtimer.h>
 
 #include <chrono>
 #include <functional>
@@ -57,12 +59,20 @@ public:
     void runLast(const Job &job);
     /** A job without arguments. */
     void read(TidemarCommand::TidemarCommandIn command, const QString &name);
+    /**
+     * A job to do without where the link cuts its answer: then there is a message.
+     *
+     * @return whether it was done
+     */
+    bool readIfWhole(TidemarCommand::TidemarCommandIn command, const QString &name);
 
     /** What has been read, so far. */
     [[nodiscard]] const VardaSession &session() const { return m_session; }
     [[nodiscard]] BleDeviceInfo device() const { return m_session.lastDevice(); }
     /** Bytes received by the job that runs or ran last. */
     [[nodiscard]] qint64 received() const { return m_received; }
+    /** Whether another job makes sense after one that has failed. */
+    [[nodiscard]] bool isUsable() const { return !m_linkFailure; }
 
 private:
     void watchSession();
@@ -77,7 +87,14 @@ private:
     void onNotification(const QByteArray &data);
     void start(const Job &job, Step &step);
     void stop();
-    void checkTold(const QByteArray &notification);
+    void runOnce(const Job &job);
+    void blameJobBefore();
+    void judge();
+    void onSilence();
+    [[nodiscard]] bool isAnswerUsable() const;
+    [[nodiscard]] Failure answerFailure() const;
+    [[nodiscard]] Failure comesMoreThanOnce() const;
+    void failJob();
     void fail(const Failure &failure);
     void letGo();
     [[nodiscard]] Failure notConnected() const;
@@ -95,8 +112,10 @@ private:
     QElapsedTimer m_sinceProgress;
     bool m_silent = false; ///< the library has waited in vain for an answer
     qint64 m_received = 0;
-    QByteArray m_latest;    ///< notification
-    QByteArray m_before;    ///< the one that no answer to the job can be equal to
-    bool m_over = false;    ///< the job has ended, all of its answer has come
+    AnswerCheck m_answer{TidemarCommand::Sync};
+    bool m_over = false; ///< the session has ended the job
+    QTimer m_quiet;      ///< fires when the session takes what there is
+    QTimer m_silence;    ///< fires when nothing more of an answer is to be expected
+    QTimer m_moment;     ///< fires when the second copy of a last notification would have come
     VardaSession m_session; // last: what it still has to say finds the rest in place
 };

@@ -26,7 +26,7 @@ void DiveReader::identify()
 void DiveReader::identifyWhole()
 {
     identify();
-    m_connection.read(TidemarCommand::Serialnumber, u"serial number"_s);
+    m_connection.readIfWhole(TidemarCommand::Serialnumber, u"serial number"_s);
     m_connection.read(TidemarCommand::Computer, u"configuration"_s);
 }
 

@@ -24,7 +24,7 @@ class Download
 {
 public:
     Download(Connection &connection, const QList<TidemarDiveHeader> &headers)
-        : m_reader(connection), m_headers(headers)
+        : m_connection(connection), m_reader(connection), m_headers(headers)
     {
         m_time.start();
     }
@@ -56,7 +56,8 @@ private:
         try {
             return m_reader.dive(header, place());
         } catch (const Failure &failure) {
-            if (failure.code != ExitCode::JobFailed || m_headers.size() == 1)
+            if (failure.code != ExitCode::JobFailed || m_headers.size() == 1
+                || !m_connection.isUsable())
                 throw;
             printError(failure);
             return std::nullopt;
@@ -74,6 +75,7 @@ private:
         return text;
     }
 
+    const Connection &m_connection;
     DiveReader m_reader;
     QList<TidemarDiveHeader> m_headers;
     qsizetype m_at = 0;

@@ -15,7 +15,7 @@ namespace {
 void readAll(Connection &connection)
 {
     const VardaSession &session = connection.session();
-    connection.read(TidemarCommand::Serialnumber, u"serial number"_s);
+    connection.readIfWhole(TidemarCommand::Serialnumber, u"serial number"_s);
     // Some models tell it with their identification.
     if (session.bootloaderVersion() == 0)
         connection.read(TidemarCommand::BootloaderVersion, u"bootloader version"_s);
@@ -27,6 +27,12 @@ void readAll(Connection &connection)
     connection.read(TidemarCommand::Computer, u"battery type"_s);
     connection.read(TidemarCommand::SimulParams, u"surface pressure"_s);
     connection.read(TidemarCommand::Sensors, u"sensors"_s);
+}
+
+Json serialNumber(const VardaSession &session)
+{
+    const QString &number = session.serialNumber();
+    return number.isEmpty() ? Json(nullptr) : Json(number);
 }
 
 QString bootloaderText(const VardaSession &session)
@@ -56,7 +62,8 @@ void printText(const Connection &connection)
     table.add(u"Address"_s, connection.device().address());
     table.add(u"Model"_s, session.computerModelStr());
     table.add(u"Mode"_s, modeText(session.currentMode()));
-    table.add(u"Serial number"_s, safeText(session.serialNumber()));
+    const QString &serialNumber = session.serialNumber();
+    table.add(u"Serial number"_s, serialNumber.isEmpty() ? u"unknown"_s : safeText(serialNumber));
     table.add(u"Firmware"_s, safeText(versionText(session.firmwareVersionStr())));
     table.add(u"Bootloader"_s, safeText(versionText(bootloaderText(session))));
     if (session.currentMode() != CurrentMode::BootLoader) {
@@ -77,7 +84,7 @@ void printJson(const Connection &connection)
         {"computerModel"_L1, session.computerModelStr()},
         {"currentMode"_L1, session.qmlCurrentMode()},
         {"recordVersion"_L1, session.recordVersion()},
-        {"serialNumber"_L1, session.serialNumber()},
+        {"serialNumber"_L1, serialNumber(session)},
         {"firmwareVersion"_L1, session.firmwareVersion()},
         {"firmwareVersionStr"_L1, versionText(session.firmwareVersionStr())},
         {"bootloaderVersion"_L1, session.bootloaderVersion()},

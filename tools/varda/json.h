@@ -23,6 +23,7 @@ public:
     Json(const QString &text) : m_value(text) { }
     Json(Fields members) : m_value(std::move(members)) { }
     Json(std::vector<Json> elements) : m_value(std::move(elements)) { }
+    Json(std::nullptr_t) : m_value(QByteArray("null")) { }
     template <typename Number>
         requires std::is_arithmetic_v<Number>
     Json(Number number) : m_value(literal(number))

@@ -26,24 +26,32 @@ Fields fieldsOf(const SyslogBinRecord &record)
             {"text"_L1, convertSyslogRecord(record, true).trimmed()}};
 }
 
-void readLog(Connection &connection, TidemarCommand::TidemarCommandIn command)
+/** @return how much of @p log there was before: the session appends to it */
+template <typename Log>
+qsizetype readLog(Connection &connection, TidemarCommand::TidemarCommandIn command, const Log &log)
 {
-    const QString name = u"log"_s;
-    connection.run({.name = name,
+    qsizetype before = 0;
+    connection.run({.name = u"log"_s,
                     .end = command,
-                    .start = [command](VardaSession &session) { session.startCommand(command); },
+                    .start =
+                        [&](VardaSession &session) {
+                            before = log.size();
+                            session.startCommand(command);
+                        },
                     .progress =
                         [&connection] {
                             showStatus(u"Reading the log, "_s
                                        + bytesText(double(connection.received())));
                         }});
+    return before;
 }
 
 void textLog(const Options &options)
 {
     Connection connection(options);
-    readLog(connection, TidemarCommand::Syslog);
-    const QStringList lines = linesOf(connection.session().syslog());
+    const QString &log = connection.session().syslog();
+    const qsizetype before = readLog(connection, TidemarCommand::Syslog, log);
+    const QStringList lines = linesOf(log.mid(before));
     if (options.json) {
         print({{"device"_L1, ::fieldsOf(connection.device())}, {"syslog"_L1, listOf(lines)}});
         return;
@@ -55,8 +63,9 @@ void textLog(const Options &options)
 void binaryLog(const Options &options)
 {
     Connection connection(options);
-    readLog(connection, TidemarCommand::SyslogBin);
-    const auto &records = connection.session().syslogBin();
+    const auto &log = connection.session().syslogBin();
+    const qsizetype before = readLog(connection, TidemarCommand::SyslogBin, log);
+    const auto records = log.mid(before);
     if (options.json) {
         print({{"device"_L1, ::fieldsOf(connection.device())},
                {"syslogBin"_L1,
