@@ -22,11 +22,12 @@ void readAll(Connection &connection)
     // A bootloader knows neither its owner nor the sea.
     if (session.currentMode() == CurrentMode::BootLoader)
         return;
-    connection.read(TidemarCommand::Owner, u"owner"_s);
     connection.read(TidemarCommand::Time, u"clock"_s);
     connection.read(TidemarCommand::Computer, u"battery type"_s);
     connection.read(TidemarCommand::SimulParams, u"surface pressure"_s);
     connection.read(TidemarCommand::Sensors, u"sensors"_s);
+    // Last, because the settings have a text of their own in its place.
+    connection.read(TidemarCommand::Owner, u"owner"_s);
 }
 
 Json serialNumber(const VardaSession &session)
@@ -38,7 +39,7 @@ Json serialNumber(const VardaSession &session)
 QString bootloaderText(const VardaSession &session)
 {
     const quint32 version = session.bootloaderVersion();
-    return version == 0 ? u"unknown"_s : VardaData::firmwareVersionToString(version);
+    return version == 0 ? u"Unknown"_s : VardaData::firmwareVersionToString(version);
 }
 
 QString modeText(CurrentMode::CurrentModeIn mode)
