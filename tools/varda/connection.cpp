@@ -33,6 +33,8 @@ constexpr auto kSilence = 5s; // as the library's own
 // bluetoothd sends the copies of a notification at once, one behind the other.
 constexpr auto kMoment = 30ms;
 
+constexpr auto kRefusedWrite = "BLE error: Service error: 2"_L1; // CharacteristicWriteError
+
 QString secondsText(std::chrono::seconds time)
 {
     return u"%1 s"_s.arg(time.count());
@@ -262,6 +264,9 @@ bool Connection::readIfWhole(TidemarCommand::TidemarCommandIn command, const QSt
 
 void Connection::onMessage()
 {
+    // Nor from a write that the system has refused, which ends the link as well.
+    if (m_session.message().startsWith(kRefusedWrite))
+        m_refusedWrite = true;
     // No signal tells a time-out from other reasons for a link to go down.
     if (m_session.message() == "Receive timeout"_L1)
         m_silent = true;
@@ -339,6 +344,9 @@ void Connection::onLinkDown()
         fail(noAnswer());
     } else if (m_step && m_ending == Ending::LinkDown) {
         m_step->end();
+    } else if (m_refusedWrite) {
+        fail({ExitCode::JobFailed, u"%1: the system refused to send the request"_s.arg(m_jobName),
+              u"It may be longer than the link allows: try with less."_s});
     } else {
         fail({ExitCode::LinkFailed, u"the link to %1 was lost"_s.arg(computerName()),
               u"Is it still on and near?"_s});

@@ -117,5 +117,6 @@ private:
     QTimer m_quiet;      ///< fires when the session takes what there is
     QTimer m_silence;    ///< fires when nothing more of an answer is to be expected
     QTimer m_moment;     ///< fires when the second copy of a last notification would have come
+    bool m_refusedWrite = false;
     VardaSession m_session; // last: what it still has to say finds the rest in place
 };
