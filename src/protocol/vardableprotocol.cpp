@@ -87,9 +87,12 @@ VardaBleProtocol::VardaBleProtocol(BleDevice *device, BleMode mode, QObject *par
     qRegisterMetaType<TidemarCommand::TidemarCommandIn>("TidemarCommand::TidemarCommandIn");
     qRegisterMetaType<ExchangeError::ExchangeErrorIn>("ExchangeError::ExchangeErrorIn");
 
+    // A coarse timer may fire 5 % early, which cuts an answer, or drops a computer, that is in time.
+    d->receiveTimer.setTimerType(Qt::PreciseTimer);
     d->receiveTimer.setSingleShot(true);
     d->receiveTimer.setInterval(kReceiveTimeout);
     connect(&d->receiveTimer, &QTimer::timeout, this, &VardaBleProtocol::onTimerReceiveTimeout);
+    d->commandTimer.setTimerType(Qt::PreciseTimer);
     d->commandTimer.setSingleShot(true);
     d->commandTimer.setInterval(kCommandTimeout);
     connect(&d->commandTimer, &QTimer::timeout, this, &VardaBleProtocol::onCommandTimeout);

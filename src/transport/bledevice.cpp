@@ -73,6 +73,7 @@ BleDevice::BleDevice(QObject *parent) : QObject(parent), d(std::make_unique<Priv
 {
     registerMetaTypes();
     d->notificationsWatchdog.setSingleShot(true);
+    d->notificationsWatchdog.setTimerType(Qt::PreciseTimer);
     d->notificationsWatchdog.setInterval(kNotificationsWatchdogMs);
     connect(&d->notificationsWatchdog, &QTimer::timeout, this,
             &BleDevice::onNotificationsWatchdogTimeout);

@@ -2,6 +2,9 @@
 #include <QtCore/qtimer.h>
 #include <QtTest/qsignalspy.h>
 
+#include <memory>
+#include <vector>
+
 #include "protocollink.h"
 
 using namespace Qt::StringLiterals;
@@ -10,6 +13,14 @@ namespace {
 
 constexpr auto kSilent = R"("faults":[{"step":"answer","kind":"silent"}])";
 constexpr auto kIdentification = "dcdc0200bb160000010a";
+
+/**
+ * A timer that is not precise ends early or late by where in a second it began, so these begin all
+ * over one. A wait of the test that began before one of the library, and is shorter, also ends
+ * before it, however busy the machine is.
+ */
+constexpr int kPhases = 40;
+constexpr int kPhaseMs = 25;
 
 } // namespace
 
@@ -25,6 +36,8 @@ private Q_SLOTS:
     void quietLineOfAnEarlierAnswer();
     void refusedWriteLeavesIt();
     void deletionFromInside();
+    void pauseInAnAnswer();
+    void answerInTime();
 
 private:
     /** Lets the time of a command that was sent before pass. */
@@ -111,6 +124,59 @@ void TestTimeouts::deletionFromInside()
     QTRY_COMPARE(Simulator::state()["connected"_L1].toBool(), false);
     QCOMPARE(m_log.entries().size(), 1);
     m_log.react = nullptr;
+}
+
+// An answer is whole after a quiet second, not after nearly one.
+void TestTimeouts::pauseInAnAnswer()
+{
+    struct Answer {
+        BleDevice device;
+        VardaBleProtocol protocol{&device, BleMode::Gatt};
+    };
+    std::vector<std::unique_ptr<Answer>> answers;
+    int whole = 0;
+    for (int i = 0; i < kPhases; ++i) {
+        auto *const answer = answers.emplace_back(std::make_unique<Answer>()).get();
+        connect(&answer->protocol, &VardaBleProtocol::responseReceived, this, [&] { ++whole; });
+        // Nobody is there to read it; what counts is how its answer is read.
+        QVERIFY(!answer->protocol.sendCommand(TidemarCommand::Logbook));
+        const auto receive = [answer](const char *hex) {
+            Q_EMIT answer->device.notificationReceived(QByteArray::fromHex(hex));
+        };
+        QTimer::singleShot(i * kPhaseMs, Qt::PreciseTimer, &answer->device, [=] {
+            QTimer::singleShot(990, Qt::PreciseTimer, &answer->device,
+                               [=] { receive("160000010a"); });
+            receive("dcdc0200bb");
+        });
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(whole, kPhases, 20'000);
+}
+
+void TestTimeouts::answerInTime()
+{
+    LOAD(Simulator::loadKnown(kSilent));
+    OPEN(link, BleMode::Gatt);
+    std::vector<std::unique_ptr<VardaBleProtocol>> protocols;
+    QList<int> early;
+    int late = 0;
+    for (int i = 0; i < kPhases; ++i) {
+        auto *const protocol =
+            protocols.emplace_back(new VardaBleProtocol(link.device.get(), BleMode::Gatt)).get();
+        auto *const inTime = new QTimer(protocol);
+        inTime->setTimerType(Qt::PreciseTimer);
+        inTime->setSingleShot(true);
+        connect(protocol, &VardaBleProtocol::receiveTimeout, this, [=, &early, &late] {
+            ++late;
+            if (inTime->isActive())
+                early.append(inTime->remainingTime());
+        });
+        QTimer::singleShot(i * kPhaseMs, Qt::PreciseTimer, protocol, [=] {
+            inTime->start(4990);
+            protocol->sendCommand(TidemarCommand::Identification);
+        });
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(late, kPhases, 20'000);
+    QCOMPARE(early, QList<int>());
 }
 
 QTEST_GUILESS_MAIN(TestTimeouts)
