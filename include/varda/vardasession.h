@@ -60,7 +60,9 @@ public:
     Q_INVOKABLE void createController();
     /** Connects to a known computer without a scan. */
     Q_INVOKABLE void connectTo(BleDeviceInfo device, BleMode mode = BleMode::Gatt);
-    /** Connects again to the last computer after its link went down. */
+    /**
+     * Connects again to the last computer; a link that is up is given up for it, without a signal.
+     */
     Q_INVOKABLE void controllerConnect();
     /** controllerDisconnect(), for the user interface. */
     Q_INVOKABLE void controllerDisConnect();

@@ -53,8 +53,9 @@ VardaSession::~VardaSession()
     d->cleanup();
 }
 
-void VardaSession::Private::createBleObjects(BleMode mode)
+void VardaSession::Private::createBleObjects(BleMode linkMode)
 {
+    mode = linkMode;
     scanner = new BleScanner(q);
     connect(scanner, &BleScanner::deviceFound, q, &VardaSession::onDeviceFound);
     connect(scanner, &BleScanner::scanFinished, q, &VardaSession::onScanFinished);
@@ -66,10 +67,10 @@ void VardaSession::Private::createBleObjects(BleMode mode)
     connect(device, &BleDevice::servicesDiscovered, q, &VardaSession::onBleServicesDiscovered);
     connect(device, &BleDevice::error, q, &VardaSession::onBleError);
 
-    createProtocol(mode);
+    createProtocol();
 }
 
-void VardaSession::Private::createProtocol(BleMode mode)
+void VardaSession::Private::createProtocol()
 {
     auto *const created = new VardaBleProtocol(device, mode, q);
     protocol = created;
@@ -96,24 +97,29 @@ void VardaSession::Private::dropProtocol()
     protocol = nullptr;
 }
 
-void VardaSession::Private::cleanup()
+void VardaSession::Private::leaveLink()
 {
     ++attempt;
+    dropProtocol();
+    pressurePending = false;
+    connected = false;
+}
+
+void VardaSession::Private::cleanup()
+{
     if (scanner) {
         scanner->disconnect(q);
         scanner->stopScan();
         scanner->deleteLater();
         scanner = nullptr;
     }
-    dropProtocol();
+    leaveLink();
     if (device) {
         device->QObject::disconnect(q);
         device->disconnect();
         device->deleteLater();
         device = nullptr;
     }
-    pressurePending = false;
-    connected = false;
 }
 
 void VardaSession::Private::connectLink(const BleDeviceInfo &info)
@@ -169,6 +175,8 @@ void VardaSession::controllerConnect()
             Q_EMIT connectControllerStatus(ConnectControllerStatus::NoController);
         return;
     }
+    // The next protocol is made when the services of the new link are known.
+    d->leaveLink();
     if (d->say(u"Reconnecting to %1"_s.arg(known.name())))
         d->connectLink(known);
 }
@@ -234,7 +242,7 @@ void VardaSession::onBleConnected()
 void VardaSession::onBleServicesDiscovered()
 {
     if (!d->protocol)
-        d->createProtocol(BleMode::Gatt);
+        d->createProtocol();
     const QPointer<VardaSession> alive(this);
     const BleDevice *const link = d->device;
     if (d->protocol->setupCharacteristics() || !alive)
@@ -253,6 +261,8 @@ void VardaSession::onBleDisconnected()
     const QPointer<VardaSession> alive(this);
     const VardaBleProtocol *const dropped = d->protocol;
     d->connected = false;
+    // A connection after a drop is one to a transparent UART, whatever the last one was.
+    d->mode = BleMode::Gatt;
     // Whatever a slot of the message does, the link has gone down and that is told.
     std::ignore = d->say(u"Device disconnected"_s);
     if (!alive)

@@ -22,9 +22,11 @@ public:
 
     // Lifecycle
 
-    void createBleObjects(BleMode mode);
-    void createProtocol(BleMode mode);
+    void createBleObjects(BleMode linkMode);
+    void createProtocol();
     void dropProtocol();
+    /** Forgets the link that there is, on the way to another one in the same mode. */
+    void leaveLink();
     void cleanup();
     void connectLink(const BleDeviceInfo &info);
     /**
@@ -66,6 +68,7 @@ public:
     BleScanner *scanner = nullptr;
     BleDevice *device = nullptr;
     VardaBleProtocol *protocol = nullptr;
+    BleMode mode = BleMode::Gatt; ///< of the link, or of the next one
     bool connected = false;
     bool autoConnecting = false;
     bool found = false;
@@ -73,7 +76,7 @@ public:
     QString message;
     VardaData data;
     BleDeviceInfo lastDevice;
-    quint64 attempt = 0; ///< counts cleanups
+    quint64 attempt = 0; ///< counts the links that were let go
 
     QString pendingOwner;
     QList<LayoutEntry> layouts;

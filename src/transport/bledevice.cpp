@@ -377,16 +377,20 @@ void BleDevice::onNotificationsWatchdogTimeout()
     qCWarning(lcTransport) << "BleDevice: CCCD ack not received within" << kNotificationsWatchdogMs
                            << "ms — disconnecting cleanly";
     const QPointer<BleDevice> alive(this);
+    const quint64 attempt = d->attempt;
+    const auto superseded = [&] { return !alive || d->attempt != attempt; };
     setState(BleDeviceState::Error);
-    if (alive)
-        disconnect();
-    if (!alive)
+    if (superseded())
+        return;
+    disconnect();
+    if (superseded())
         return;
     // Queued, so that nobody hears of the error before the disconnection is on its way.
     QMetaObject::invokeMethod(
         this,
-        [this] {
-            Q_EMIT error(u"Notifications activation timed out — peripheral not responding"_s);
+        [this, attempt] {
+            if (d->attempt == attempt)
+                Q_EMIT error(u"Notifications activation timed out — peripheral not responding"_s);
         },
         Qt::QueuedConnection);
 }
