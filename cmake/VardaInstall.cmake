@@ -15,9 +15,18 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/varda" DESTINATION "${CMAKE_INS
     FILES_MATCHING PATTERN "*.h")
 install(EXPORT VardaTargets NAMESPACE Varda:: DESTINATION "${package_dir}")
 
+# A static library leaves the linking of what it uses to the application.
+set(VARDA_CONFIG_QT ${VARDA_QT})
+set(private_qt "")
+if(NOT BUILD_SHARED_LIBS)
+    set(private_qt ${VARDA_PRIVATE_QT})
+    list(APPEND VARDA_CONFIG_QT ${private_qt})
+endif()
+list(JOIN VARDA_CONFIG_QT " " VARDA_CONFIG_QT)
 configure_package_config_file(
     "${CMAKE_CURRENT_LIST_DIR}/VardaConfig.cmake.in" "${PROJECT_BINARY_DIR}/VardaConfig.cmake"
-    INSTALL_DESTINATION "${package_dir}")
+    INSTALL_DESTINATION "${package_dir}"
+    PATH_VARS CMAKE_INSTALL_BINDIR)
 # Below 1.0 a new minor version may break what was built against the one before.
 write_basic_package_version_file(
     "${PROJECT_BINARY_DIR}/VardaConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
@@ -32,6 +41,12 @@ file(RELATIVE_PATH VARDA_PC_PREFIX
 string(REGEX REPLACE "/$" "" VARDA_PC_PREFIX "${VARDA_PC_PREFIX}")
 cmake_path(APPEND VARDA_PC_LIBDIR "\${prefix}" "${CMAKE_INSTALL_LIBDIR}")
 cmake_path(APPEND VARDA_PC_INCLUDEDIR "\${prefix}" "${CMAKE_INSTALL_INCLUDEDIR}")
+foreach(list VARDA_QT private_qt)
+    list(TRANSFORM ${list} REPLACE "(.+)" "Qt6\\1 >= 6.4" OUTPUT_VARIABLE ${list}_modules)
+    list(JOIN ${list}_modules ", " ${list}_modules)
+endforeach()
+set(VARDA_PC_REQUIRES "${VARDA_QT_modules}")
+set(VARDA_PC_REQUIRES_PRIVATE "${private_qt_modules}")
 configure_file(
     "${CMAKE_CURRENT_LIST_DIR}/varda.pc.in" "${PROJECT_BINARY_DIR}/varda.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/varda.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")

@@ -141,6 +141,17 @@ def links(library):
             yield Path(library), f"needs {name}"
 
 
+def soname(library, version):
+    """Below 1.0 a minor version may break what was linked against the one before."""
+    dynamic = subprocess.run(
+        ["readelf", "-d", library], check=True, capture_output=True, text=True
+    ).stdout
+    major, minor = version.split(".")[:2]
+    wanted = f"libvarda.so.{major}.{minor}" if major == "0" else f"libvarda.so.{major}"
+    if f"[{wanted}]" not in dynamic:
+        yield Path(library), f"its soname is not {wanted}"
+
+
 def hardening(*binaries):
     for binary in binaries:
         text = subprocess.run(
@@ -168,6 +179,7 @@ def main():
             "licence": licence,
             "links": links,
             "names": names,
+            "soname": soname,
             "umbrella": umbrella,
         }[check](*arguments)
     ]
