@@ -15,6 +15,15 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/varda" DESTINATION "${CMAKE_INS
     FILES_MATCHING PATTERN "*.h")
 install(EXPORT VardaTargets NAMESPACE Varda:: DESTINATION "${package_dir}")
 
+if(VARDA_BUILD_SIMULATOR)
+    install(TARGETS varda-simulatorprocess EXPORT VardaSimulatorProcessTargets
+        ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+        INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+    install(FILES "${PROJECT_SOURCE_DIR}/simulator/process/varda/simulatorprocess.h"
+        DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/varda")
+    install(EXPORT VardaSimulatorProcessTargets NAMESPACE Varda:: DESTINATION "${package_dir}")
+endif()
+
 # A static library leaves the linking of what it uses to the application.
 set(VARDA_CONFIG_QT ${VARDA_QT})
 set(private_qt "")

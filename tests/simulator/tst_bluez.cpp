@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "central.h"
-#include "simulatorprocess.h"
+#include <varda/simulatorprocess.h>
 
+#include <QtDBus/QDBusConnection>
+#include <QtDBus/QDBusMessage>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "central.h"
-#include "simulatorprocess.h"
+#include <varda/simulatorprocess.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtDBus/QDBusConnectionInterface>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "simulatorprocess.h"
+#include <varda/simulatorprocess.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -7,6 +7,8 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
+#include <QtDBus/QDBusConnection>
+#include <QtDBus/QDBusMessage>
 #include <QtTest/QTest>
 
 #include <csignal>

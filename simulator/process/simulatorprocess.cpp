@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "simulatorprocess.h"
+#include "varda/simulatorprocess.h"
 
-#include <QtCore/QCoreApplication>
-#include <QtCore/QJsonDocument>
+#include <QtCore/qcoreapplication.h>
+#include <QtCore/qjsondocument.h>
+#include <QtDBus/qdbusconnection.h>
+#include <QtDBus/qdbusmessage.h>
 
 using namespace Qt::StringLiterals;
 
@@ -10,16 +12,32 @@ namespace {
 
 constexpr QByteArrayView kPrefix("DBUS_SYSTEM_BUS_ADDRESS=");
 
+// A connection of its own, so that what the test does to the system bus does not matter.
+QString connectionName(const QString &bus)
+{
+    return u"varda-simulator "_s + bus;
+}
+
+QDBusMessage ask(const QString &bus, const QString &method, const QVariantList &arguments = {})
+{
+    const QDBusConnection connection = QDBusConnection::connectToBus(bus, connectionName(bus));
+    QDBusMessage message = QDBusMessage::createMethodCall(
+        u"org.varda.Simulator"_s, u"/org/varda/Simulator"_s, u"org.varda.Simulator1"_s, method);
+    message.setArguments(arguments);
+    return connection.call(message);
+}
+
 } // namespace
 
-SimulatorProcess::SimulatorProcess(const QStringList &arguments)
+SimulatorProcess::SimulatorProcess(const QStringList &arguments, const QString &program)
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(QString::fromLocal8Bit(VARDA_SIMULATOR),
-                    QStringList{u"--exit-with-stdin"_s} + arguments);
+    m_process.start(program, QStringList{u"--exit-with-stdin"_s} + arguments);
     while (!m_process.canReadLine()) {
-        if (!m_process.waitForReadyRead())
+        if (!m_process.waitForReadyRead()) {
+            qWarning("%s: %s", qPrintable(program), qPrintable(m_process.errorString()));
             return;
+        }
     }
     const QByteArray line = m_process.readLine().trimmed();
     if (!line.startsWith(kPrefix))
@@ -31,24 +49,15 @@ SimulatorProcess::SimulatorProcess(const QStringList &arguments)
 
 SimulatorProcess::~SimulatorProcess()
 {
+    QDBusConnection::disconnectFromBus(connectionName(m_address));
     m_process.closeWriteChannel();
     if (!m_process.waitForFinished())
         m_process.kill();
 }
 
-QDBusMessage SimulatorProcess::ask(const QString &method, const QVariantList &arguments)
-{
-    // A connection of its own, so that what the test does to the system bus does not matter.
-    QDBusConnection bus = QDBusConnection::connectToBus(m_address, u"simulator-control"_s);
-    QDBusMessage message = QDBusMessage::createMethodCall(
-        u"org.varda.Simulator"_s, u"/org/varda/Simulator"_s, u"org.varda.Simulator1"_s, method);
-    message.setArguments(arguments);
-    return bus.call(message);
-}
-
 QString SimulatorProcess::call(const QString &method, const QVariantList &arguments)
 {
-    const QDBusMessage answer = ask(method, arguments);
+    const QDBusMessage answer = ask(m_address, method, arguments);
     return answer.type() == QDBusMessage::ErrorMessage
                ? answer.errorName() + u": "_s + answer.errorMessage()
                : QString();
@@ -72,19 +81,19 @@ QString SimulatorProcess::loadDevice(const QByteArray &device)
 
 QJsonArray SimulatorProcess::record()
 {
-    const QString json = ask(u"Record"_s).arguments().value(0).toString();
+    const QString json = ask(m_address, u"Record"_s).arguments().value(0).toString();
     return QJsonDocument::fromJson(json.toUtf8()).array();
 }
 
 QJsonObject SimulatorProcess::state(const QString &address)
 {
-    const QString json = ask(u"State"_s, {address}).arguments().value(0).toString();
+    const QString json = ask(m_address, u"State"_s, {address}).arguments().value(0).toString();
     return QJsonDocument::fromJson(json.toUtf8()).object();
 }
 
 QByteArray SimulatorProcess::firmware(const QString &address)
 {
-    return ask(u"Firmware"_s, {address}).arguments().value(0).toByteArray();
+    return ask(m_address, u"Firmware"_s, {address}).arguments().value(0).toByteArray();
 }
 
 QList<QJsonObject> SimulatorProcess::events(const QString &event)
