@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "bluez/privatebus.h"
 
+#include <QtCore/qdir.h>
 #include <QtCore/qfile.h>
 
 #include <sys/prctl.h>
@@ -12,6 +13,9 @@ using namespace Qt::StringLiterals;
 namespace simulator {
 
 namespace {
+
+// What libdbus takes; a socket's own limit is hardly more.
+constexpr qsizetype kLongestSocketPath = 99;
 
 // Whoever reaches the socket may do everything: it stands in a folder that only its owner can
 // enter. The limits of a session bus fit a test that sends thousands of notifications at once.
@@ -64,12 +68,34 @@ PrivateBus::~PrivateBus()
 
 QString PrivateBus::address() const
 {
-    return u"unix:path="_s + m_folder.filePath(u"bus"_s);
+    // The only characters that stand for themselves in an address are these and letters and digits.
+    return u"unix:path="_s
+           + QString::fromLatin1(
+               QFile::encodeName(m_folder->filePath(u"bus"_s)).toPercentEncoding("/", "~"));
+}
+
+bool PrivateBus::makeFolder(QString *error)
+{
+    QStringList parents{QDir(QDir::tempPath()).absolutePath()};
+    for (const QString &shorter : {qEnvironmentVariable("XDG_RUNTIME_DIR"), u"/tmp"_s}) {
+        if (QDir::isAbsolutePath(shorter))
+            parents.append(shorter);
+    }
+    for (const QString &parent : parents) {
+        const QString name = parent + u"/varda-simulator-XXXXXX"_s;
+        if (QFile::encodeName(name + u"/bus"_s).size() > kLongestSocketPath)
+            continue;
+        m_folder.emplace(name);
+        if (m_folder->isValid())
+            return true;
+        *error = u"cannot make a folder in %1: %2"_s.arg(parent, m_folder->errorString());
+    }
+    return false;
 }
 
 bool PrivateBus::writeConfiguration(QString *error) const
 {
-    QFile file(m_folder.filePath(u"bus.conf"_s));
+    QFile file(m_folder->filePath(u"bus.conf"_s));
     if (file.open(QIODevice::WriteOnly)
         && file.write(QString::fromLatin1(kConfiguration).arg(address()).toUtf8()) > 0)
         return true;
@@ -79,15 +105,11 @@ bool PrivateBus::writeConfiguration(QString *error) const
 
 bool PrivateBus::start(QString *error)
 {
-    if (!m_folder.isValid()) {
-        *error = u"cannot make a temporary folder: "_s + m_folder.errorString();
-        return false;
-    }
-    if (!writeConfiguration(error))
+    if (!makeFolder(error) || !writeConfiguration(error))
         return false;
 
     m_daemon.start(u"dbus-daemon"_s, {u"--nofork"_s, u"--print-address"_s,
-                                      u"--config-file="_s + m_folder.filePath(u"bus.conf"_s)});
+                                      u"--config-file="_s + m_folder->filePath(u"bus.conf"_s)});
     if (!m_daemon.waitForStarted()) {
         *error = u"cannot start dbus-daemon: %1"_s.arg(m_daemon.errorString());
         return false;

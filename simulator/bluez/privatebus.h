@@ -5,6 +5,8 @@
 #include <QtCore/qprocess.h>
 #include <QtCore/qtemporarydir.h>
 
+#include <optional>
+
 namespace simulator {
 
 // A message bus of our own, that lives as long as this object.
@@ -23,9 +25,10 @@ Q_SIGNALS:
     void died();
 
 private:
+    bool makeFolder(QString *error);
     bool writeConfiguration(QString *error) const;
 
-    QTemporaryDir m_folder;
+    std::optional<QTemporaryDir> m_folder;
     QProcess m_daemon;
 };
 

@@ -343,12 +343,22 @@ class Behaviour(unittest.TestCase):
             file.flush()
             done = subprocess.run(
                 [SIMULATOR, "--scenario", file.name, "--", "sh", "-c",
-                 f"{VARDA} info --json && {VARDA} info --json"],
+                 '"$0" info --json && "$0" info --json', VARDA],
                 env=environment(), stdin=subprocess.DEVNULL, capture_output=True, text=True,
             )
         self.assertEqual(done.stderr, "")
         self.assertEqual(done.returncode, 0)
         self.assertEqual(done.stdout.count('"serialNumber"'), 2)
+
+    def test_odd_temporary_folder(self):
+        """Where the simulation's socket is to lie, there may be any folder."""
+        for name in ("with a space", ",;%&<", "a" * 100):
+            with self.subTest(name), tempfile.TemporaryDirectory() as folder:
+                place = Path(folder, name)
+                place.mkdir()
+                done = run("owner", "--simulate", env=environment(TMPDIR=str(place)))
+                self.assertEqual(done.stderr, "")
+                self.assertEqual(done.stdout, "Ada Lindqvist\n")
 
 
 unittest.main()

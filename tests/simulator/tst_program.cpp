@@ -31,6 +31,8 @@ private Q_SLOTS:
     void serves_data();
     void serves();
     void leavesNothing();
+    void temporaryFolder_data();
+    void temporaryFolder();
     void stopsItsCommand();
     void records();
 };
@@ -215,6 +217,33 @@ void TestProgram::leavesNothing()
     QCOMPARE(outcome.status, 0);
     QVERIFY(outcome.out.startsWith(u"unix:path=/"_s));
     QVERIFY(!QFile::exists(folderOf(outcome.out)));
+}
+
+void TestProgram::temporaryFolder_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("usedItself");
+    QTest::newRow("space") << u"with a space"_s << true;
+    QTest::newRow("marks") << u",;=%26&<>\"'"_s << true;
+    QTest::newRow("letters") << u"Ä~ü"_s << true;
+    QTest::newRow("long") << QString(100, u'a') << false;
+}
+
+void TestProgram::temporaryFolder()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, usedItself);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(name);
+    QVERIFY(QDir().mkdir(path));
+    const QByteArray before = qgetenv("TMPDIR");
+    qputenv("TMPDIR", QFile::encodeName(path));
+    SimulatorProcess simulator;
+    qputenv("TMPDIR", before);
+
+    QVERIFY(simulator.isRunning());
+    QCOMPARE(simulator.loadDevice("{}"), QString());
+    QCOMPARE(QDir(path).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), usedItself ? 1 : 0);
 }
 
 void TestProgram::stopsItsCommand()
