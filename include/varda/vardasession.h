@@ -75,7 +75,8 @@ public:
      * Reads the headers of the dives that are not in @p existingDiveIds into diveHeaders().
      *
      * The list travels in one write. Linux refuses a write longer than the link's MTU - 3, so pass
-     * no more than the newest 60 numbers and drop headers that come a second time.
+     * no more than the newest (MTU - 12) / 2 numbers and drop headers of other dives that you know
+     * already. To ask in parts does not help: each part brings the dives of the others again.
      */
     Q_INVOKABLE void startGetLogbook(QList<uint16_t> existingDiveIds);
     /** Reads the samples of the dive of that number into diveSamples(). */
@@ -155,7 +156,10 @@ public:
     [[nodiscard]] bool isConnected() const;
     /** The last message to the user. */
     [[nodiscard]] QString message() const;
-    /** The record of the last computer, also after it was let go. */
+    /**
+     * The record of the last computer, also after it was let go. With autoConnect() it is set after
+     * createControllerStatus(Created).
+     */
     [[nodiscard]] BleDeviceInfo lastDevice() const;
     /** "Varda", "Tidemar", "VSKM", "ThirdParty" or "Unknown". */
     [[nodiscard]] QString computerModelStr() const;
