@@ -52,7 +52,10 @@ bool needsTimerMode(TidemarCommand::TidemarCommandIn command)
 class VardaBleProtocol::Private
 {
 public:
-    Private(BleDevice *link, BleMode linkMode) : device(link), mode(linkMode) { }
+    Private(VardaBleProtocol *q, BleDevice *link, BleMode linkMode)
+        : device(link), mode(linkMode), receiveTimer(q), commandTimer(q)
+    {
+    }
 
     QPointer<BleDevice> device;
     const BleMode mode;
@@ -60,6 +63,7 @@ public:
     std::array<QByteArray, kMaxChunks> chunks;
     int chunkCount = 0;
     bool timerMode = false;
+    // Children, so that they go to another thread with their owner.
     QTimer receiveTimer;
     QTimer commandTimer;
     TidemarCommand::TidemarCommandIn lastCommand = TidemarCommand::Sync;
@@ -82,7 +86,7 @@ public:
 };
 
 VardaBleProtocol::VardaBleProtocol(BleDevice *device, BleMode mode, QObject *parent)
-    : QObject(parent), d(std::make_unique<Private>(device, mode))
+    : QObject(parent), d(std::make_unique<Private>(this, device, mode))
 {
     qRegisterMetaType<TidemarCommand::TidemarCommandIn>("TidemarCommand::TidemarCommandIn");
     qRegisterMetaType<ExchangeError::ExchangeErrorIn>("ExchangeError::ExchangeErrorIn");

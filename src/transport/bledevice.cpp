@@ -34,6 +34,8 @@ QString plainText(const QUuid &uuid)
 class BleDevice::Private
 {
 public:
+    explicit Private(BleDevice *q) : notificationsWatchdog(q) { }
+
     QLowEnergyController *controller = nullptr;
     QLowEnergyService *service = nullptr;
     QLowEnergyCharacteristic notifyCharacteristic;
@@ -43,7 +45,7 @@ public:
     BleDeviceInfo lastDevice;
     QString notifyUuid;
     QString writeUuid;
-    QTimer notificationsWatchdog;
+    QTimer notificationsWatchdog; ///< a child, so that it goes to another thread with its owner
     /** Connects the controller when the old link to the same computer has ended. */
     QMetaObject::Connection waiting;
     /** Counts connectTo(), so that one called from a slot of another is noticed. */
@@ -69,7 +71,7 @@ public:
     }
 };
 
-BleDevice::BleDevice(QObject *parent) : QObject(parent), d(std::make_unique<Private>())
+BleDevice::BleDevice(QObject *parent) : QObject(parent), d(std::make_unique<Private>(this))
 {
     registerMetaTypes();
     d->notificationsWatchdog.setSingleShot(true);

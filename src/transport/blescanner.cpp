@@ -35,13 +35,15 @@ int milliseconds(int seconds)
 class BleScanner::Private
 {
 public:
-    std::unique_ptr<QBluetoothDeviceDiscoveryAgent, DeleteLater> agent{
-        new QBluetoothDeviceDiscoveryAgent};
+    explicit Private(BleScanner *q) : agent(new QBluetoothDeviceDiscoveryAgent(q)) { }
+
+    /** A child, so that it goes to another thread with its owner. */
+    std::unique_ptr<QBluetoothDeviceDiscoveryAgent, DeleteLater> agent;
     QList<BleDeviceInfo> devices;
     bool scanning = false;
 };
 
-BleScanner::BleScanner(QObject *parent) : QObject(parent), d(std::make_unique<Private>())
+BleScanner::BleScanner(QObject *parent) : QObject(parent), d(std::make_unique<Private>(this))
 {
     qRegisterMetaType<BleDeviceInfo>("BleDeviceInfo");
     qRegisterMetaType<QList<BleDeviceInfo>>("QList<BleDeviceInfo>");

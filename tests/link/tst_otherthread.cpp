@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#include <QtCore/qregularexpression.h>
+#include <QtCore/qthread.h>
+
+#include <memory>
+
+#include <varda/bledevice.h>
+#include <varda/blescanner.h>
+#include <varda/vardableprotocol.h>
+
+#include "linktest.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/** Runs @p use in a thread that owns the objects by then; they were made in another one. */
+template <typename Use> void inAnotherThread(const QList<QObject *> &objects, Use use)
+{
+    const std::unique_ptr<QThread> thread(QThread::create([&] {
+        use();
+        for (QObject *const object : objects)
+            delete object;
+    }));
+    for (QObject *const object : objects)
+        object->moveToThread(thread.get());
+    thread->start();
+    QTRY_VERIFY_WITH_TIMEOUT(thread->isFinished(), 60'000);
+}
+
+} // namespace
+
+/** Objects that are made in one thread and used in another: what they own goes with them. */
+class TestOtherThread : public LinkTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void children();
+    void watchdog();
+};
+
+void TestOtherThread::children()
+{
+    LOAD(Simulator::loadScenario("{}"));
+    auto *const device = new BleDevice;
+    auto *const scanner = new BleScanner;
+    auto *const protocol = new VardaBleProtocol(device, BleMode::Gatt);
+    const QList<QObject *> owners{device, scanner, protocol};
+    QList<int> owned;
+    bool together = true;
+    inAnotherThread(owners, [&] {
+        for (const QObject *const owner : owners) {
+            const auto children = owner->findChildren<QObject *>();
+            owned.append(int(owner->findChildren<QObject *>(Qt::FindDirectChildrenOnly).size()));
+            for (const QObject *const child : children)
+                together = together && child->thread() == QThread::currentThread();
+        }
+    });
+    QCOMPARE(owned, QList<int>({1, 1, 2}));
+    QVERIFY(together);
+}
+
+void TestOtherThread::watchdog()
+{
+    QTest::failOnWarning(QRegularExpression(u"from another thread|different thread"_s));
+    LOAD(Simulator::loadKnown(R"("faults":[{"step":"subscribe","kind":"silent"}])"));
+    auto *const device = new BleDevice;
+    auto *const protocol = new VardaBleProtocol(device, BleMode::Gatt);
+    bool failed = false;
+    inAnotherThread({protocol, device}, [&] {
+        SignalLog log;
+        log.watch(device);
+        connect(device, &BleDevice::servicesDiscovered, protocol,
+                &VardaBleProtocol::setupCharacteristics);
+        device->connectTo(knownDevice());
+        failed = log.await(
+            u"error Notifications activation timed out — peripheral not responding"_s);
+    });
+    QVERIFY(failed);
+}
+
+QTEST_GUILESS_MAIN(TestOtherThread)
+#include "tst_otherthread.moc"
