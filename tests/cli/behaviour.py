@@ -21,7 +21,7 @@ os.chdir(Path(__file__).resolve().parent)
 
 def environment(**more):
     kept = {n: v for n, v in os.environ.items() if not n.startswith(("QT_", "LC_"))}
-    return kept | {"LANG": "C.UTF-8"} | more
+    return kept | {"LANG": "C.UTF-8", "XDG_CONFIG_HOME": "/nonexistent"} | more
 
 
 def run(*arguments, **more):
@@ -60,14 +60,14 @@ def on_terminal(*arguments, answers=()):
     return command.returncode, shown.decode(), result
 
 
-def simulated(folder, *arguments, device=None, **more):
+def simulated(folder, *arguments, device=None, typed="", **more):
     """Runs the command under a simulator; what it prints, and the frames that arrived."""
     record = Path(folder, "record")
     scenario = Path(folder, "scenario.json")
     scenario.write_text(json.dumps({"devices": [device or {}]}))
     done = subprocess.run(
         [SIMULATOR, "--scenario", scenario, "--record", record, "--", VARDA, *arguments],
-        env=environment(**more), stdin=subprocess.DEVNULL, capture_output=True, text=True,
+        env=environment(**more), input=typed, capture_output=True, text=True,
     )
     events = [json.loads(line) for line in record.read_text().splitlines()]
     return done, [bytes.fromhex(each["hex"]) for each in events if each["event"] == "frame"]
@@ -81,7 +81,7 @@ class Behaviour(unittest.TestCase):
         self.assertNotIn("\x1b", result)
         self.assertIn("Serial number     00420017-3138510D-37373934\n", result)
         shown = terminal.split("\r\x1b[K")
-        for text in ("Scan Devices", "Varda found", "Reading the owner", "Disconnecting"):
+        for text in ("Looking for a computer", "Connect to Varda", "Reading the owner", "Disconnecting"):
             self.assertIn(text, shown)
         self.assertEqual(shown[0], "")
         self.assertEqual(shown[-1], "")
@@ -100,7 +100,7 @@ class Behaviour(unittest.TestCase):
             "firmware", "upload", "images/application.bin", "--yes",
             "--simulate=scenarios/slow-answers.json")
         self.assertEqual(status, 0)
-        self.assertRegex(result, r"^Uploaded 1000 bytes of firmware 1\.4\.3\.c in \d+\.\d s\.\n$")
+        self.assertRegex(result, r"\nUploaded 1000 bytes of firmware 1\.4\.3\.c in \d+\.\d s\.\n$")
         self.assertRegex(terminal, r"Uploading 13 %, 128 B of 1\.0 kB\r")
         self.assertRegex(
             terminal, r"Uploading 51 %, 512 B of 1\.0 kB, \d+(\.\d)? k?B/s, 0:\d\d left\r")
@@ -117,13 +117,47 @@ class Behaviour(unittest.TestCase):
             self.assertEqual([each[8] for each in frames][-2:], [end, 255])
 
     def test_confirmed(self):
-        """What cannot be undone is asked for on a terminal; it names the computer."""
+        """What cannot be undone is asked for on a terminal; question and result name the computer."""
         question = b"Delete all dives of Varda (00:AA:01:01:00:01)? [y/N] "
         for typed in (b"y\n", b" YES \n"):
             status, terminal, result = on_terminal(
                 "erase", "--simulate=scenarios/dives.json", answers=[(question, typed)])
             self.assertEqual(status, 0, terminal)
-            self.assertEqual(result, "All dives are deleted. The computer's answer: 4, 0\n")
+            self.assertEqual(result, "Varda (00:AA:01:01:00:01):\n"
+                             "All dives are deleted. The computer's answer: 4, 0\n")
+
+    def test_other_questions(self):
+        """What could harm a diver is asked for as well."""
+        name = b"Varda (00:AA:01:01:00:01)"
+        for arguments, question in (
+                (("pressure", "990"), b"Set the surface pressure of " + name + b" to 990 mbar?"),
+                (("settings", *"12345678"), b"Write these settings into " + name + b"?"),
+                (("superuser", "on"), b"Enter super-user mode of " + name + b"?")):
+            for typed, status in ((b"y\n", 0), (b"n\n", 1)):
+                with self.subTest(arguments[0], typed=typed):
+                    got, terminal, result = on_terminal(
+                        *arguments, "--simulate", answers=[(question + b" [y/N] ", typed)])
+                    self.assertEqual(got, status, terminal)
+                    self.assertEqual(result.startswith(name.decode() + ":\n"), status == 0, result)
+
+    def test_chosen(self):
+        """Of several computers in reach one is chosen on a terminal; that one is written into."""
+        status, terminal, result = on_terminal(
+            "owner", "set", "Eve", "--simulate=scenarios/two.json",
+            answers=[(b"Which computer? [1-2] ", b"2\n")])
+        self.assertEqual(status, 0, terminal)
+        self.assertIn(" 1  00:AA:01:01:00:01   -80 dBm  Varda\r\n"
+                      " 2  00:AA:01:01:00:42   -51 dBm  VSK-0042\r\n", terminal)
+        self.assertEqual(result, "VSK-0042 (00:AA:01:01:00:42):\nEve\n")
+
+    def test_not_chosen(self):
+        for typed in (b"\n", b"3\n", b"0\n", b"x\n", b"\x04"):
+            status, terminal, result = on_terminal(
+                "erase", "--yes", "--simulate=scenarios/two.json",
+                answers=[(b"Which computer? [1-2] ", typed)])
+            self.assertEqual(status, 1, terminal)
+            self.assertEqual(result, "")
+            self.assertIn("varda: no computer was chosen, nothing was done\r\n", terminal)
 
     def test_not_confirmed(self):
         question = b"Restart Varda (00:AA:01:01:00:01)? [y/N] "
@@ -151,6 +185,85 @@ class Behaviour(unittest.TestCase):
                          ["NUMBER", "101", "102"])
         request = next(each for each in frames if each[8] == 19)
         self.assertEqual(request[9:], b"".join(bytes((n, 0)) for n in range(41, 101)))
+
+    def test_known_file(self):
+        """The numbers may be in a file as a program writes them, or come through a pipe."""
+        device = {"dives": {"count": 9}}
+        with tempfile.TemporaryDirectory() as folder:
+            numbers = Path(folder, "numbers")
+            numbers.write_text("1\n2, 3\r\n5-7\n")
+            done, _ = simulated(folder, "logbook", "--known", numbers, "--known", "9",
+                                device=device)
+            self.assertEqual(done.returncode, 0, done.stderr)
+            self.assertEqual([line.split()[0] for line in done.stdout.splitlines()],
+                             ["NUMBER", "4", "8"])
+        for text, left in (("1-8\n", ["NUMBER", "9"]), ("", ["NUMBER", *"123456789"])):
+            with tempfile.TemporaryDirectory() as folder:
+                done, _ = simulated(folder, "logbook", "--known", "-", device=device, typed=text)
+            self.assertEqual(done.returncode, 0, done.stderr)
+            self.assertEqual([line.split()[0] for line in done.stdout.splitlines()], left)
+
+    def test_defaults(self):
+        """What is set once holds for the commands after it, until it is unset."""
+        with tempfile.TemporaryDirectory() as folder:
+            file = Path(folder, "varda", "defaults")
+            self.assertEqual(run("defaults", env=environment(XDG_CONFIG_HOME=folder)).stdout,
+                             f"Device  -\nUnits   metric\nFile    {file}\n")
+            for arguments in (("device", "VSK-0042"), ("units", "imperial")):
+                done = run("defaults", "set", *arguments, env=environment(XDG_CONFIG_HOME=folder))
+                self.assertEqual((done.returncode, done.stderr), (0, ""))
+            self.assertEqual(done.stdout, f"Device  VSK-0042\nUnits   imperial\nFile    {file}\n")
+            self.assertEqual(file.read_text(), "device = VSK-0042\nunits = imperial\n")
+
+            def told(*arguments):
+                done = subprocess.run(
+                    [SIMULATOR, "--scenario", "scenarios/two.json", "--", VARDA, *arguments],
+                    env=environment(XDG_CONFIG_HOME=folder), stdin=subprocess.DEVNULL,
+                    capture_output=True, text=True)
+                self.assertEqual((done.returncode, done.stderr), (0, ""))
+                return done.stdout
+
+            self.assertEqual(told("owner", "set", "Eve"), "VSK-0042 (00:AA:01:01:00:42):\nEve\n")
+            self.assertEqual(told("owner", "set", "Eve", "--device", "Varda"),
+                             "Varda (00:AA:01:01:00:01):\nEve\n")
+            self.assertIn("Maximum depth  206.7 ft\n", told("dive", "6", "--device", "Varda"))
+            self.assertIn("Maximum depth  63.0 m\n",
+                          told("dive", "6", "--device", "Varda", "--units", "metric"))
+            # A simulated computer is another one.
+            done = run("owner", "--simulate", env=environment(XDG_CONFIG_HOME=folder))
+            self.assertEqual((done.returncode, done.stdout), (0, "Ada Lindqvist\n"))
+
+            run("defaults", "unset", "device", env=environment(XDG_CONFIG_HOME=folder))
+            self.assertEqual(file.read_text(), "units = imperial\n")
+
+    def test_defaults_file(self):
+        """What is in the file and is not ours stays; what is wrong in it is said."""
+        with tempfile.TemporaryDirectory() as folder:
+            file = Path(folder, "varda", "defaults")
+            file.parent.mkdir()
+            file.write_text("# mine\n\n device=00aa01010042\nunits = metric\n")
+            env = environment(XDG_CONFIG_HOME=folder)
+            self.assertEqual(json.loads(run("defaults", "--json", env=env).stdout),
+                             {"file": str(file),
+                              "defaults": {"device": "00aa01010042", "units": "metric"}})
+            run("defaults", "set", "units", "Imperial", env=env)
+            self.assertEqual(file.read_text(),
+                             "# mine\n\n device=00aa01010042\nunits = Imperial\n")
+            file.write_text("# mine\nunits = feet\n")
+            for arguments in (("owner", "--simulate"), ("defaults", "set", "device", "Varda")):
+                done = run(*arguments, env=env)
+                self.assertEqual((done.returncode, done.stdout), (2, ""))
+                self.assertIn(f'"{file}", line 2: "units = feet" is no default\n', done.stderr)
+            self.assertEqual(file.read_text(), "# mine\nunits = feet\n")
+
+    def test_defaults_not_written(self):
+        """A file that cannot be written is as it was."""
+        with tempfile.TemporaryDirectory() as folder:
+            Path(folder, "varda").write_text("")
+            done = run("defaults", "set", "units", "imperial",
+                       env=environment(XDG_CONFIG_HOME=folder))
+            self.assertEqual((done.returncode, done.stdout), (1, ""))
+            self.assertIn("cannot be written", done.stderr)
 
     def test_layout_file(self):
         """A layout goes into the file that was named, whatever the computer calls it."""

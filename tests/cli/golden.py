@@ -27,7 +27,7 @@ def environment():
         for name, value in os.environ.items()
         if not name.startswith(("QT_", "LC_")) and name not in ("LANG", "TERM")
     }
-    return kept | {"LANG": "C.UTF-8", "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
+    return kept | {"LANG": "C.UTF-8", "XDG_CONFIG_HOME": "/nonexistent", "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
 
 
 def transcript(varda, line):

@@ -6,9 +6,18 @@
 #include <varda/blescanner.h>
 
 #include <QtBluetooth/qbluetoothlocaldevice.h>
+#include <QtCore/qtimer.h>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kOthersTime = 3s;
+
+} // namespace
 
 bool isComputerName(const QString &name)
 {
@@ -32,23 +41,31 @@ Failure scanFailure(const QString &libraryText)
             u"May this program use Bluetooth?"_s};
 }
 
-BleDeviceInfo scanFor(std::chrono::seconds duration,
-                      const std::function<bool(const BleDeviceInfo &)> &wanted)
+QString signalText(const BleDeviceInfo &device)
 {
-    BleDeviceInfo found;
+    return device.rssi() == 0 ? u"-"_s : u"%1 dBm"_s.arg(device.rssi());
+}
+
+void scanFor(std::chrono::seconds duration,
+             const std::function<ScanGoes(const BleDeviceInfo &)> &onDevice)
+{
     Step step;
+    QTimer end; // a daemon that has stopped reports none
+    end.setSingleShot(true);
+    QObject::connect(&end, &QTimer::timeout, &step, &Step::end);
+    bool forOthers = false;
     BleScanner scanner;
     QObject::connect(&scanner, &BleScanner::deviceFound, &step, [&](const BleDeviceInfo &device) {
-        if (found.isValid() || !wanted(device))
-            return;
-        found = device;
-        step.end();
+        const ScanGoes how = onDevice(device);
+        if (how == ScanGoes::NoFurther)
+            step.end();
+        else if (how == ScanGoes::OnForOthers && !std::exchange(forOthers, true))
+            end.start(kOthersTime);
     });
     QObject::connect(&scanner, &BleScanner::scanFinished, &step, &Step::end);
     QObject::connect(&scanner, &BleScanner::scanError, &step,
                      [&](const QString &text) { step.fail(scanFailure(text)); });
-    scanner.startScan(int(duration.count()));
-    // A daemon that has stopped tells of no end.
-    std::ignore = step.wait(duration + 1s);
-    return found;
+    scanner.startScan(int((duration + kOthersTime).count()));
+    end.start(duration);
+    std::ignore = step.wait(duration + 2 * kOthersTime);
 }

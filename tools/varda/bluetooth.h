@@ -5,8 +5,6 @@
 
 #include <varda/bledeviceinfo.h>
 
-#include <QtCore/qlist.h>
-
 #include <chrono>
 #include <functional>
 
@@ -16,11 +14,20 @@
 /** What a failed scan means to its user, who can often do something about it. */
 [[nodiscard]] Failure scanFailure(const QString &libraryText);
 
+/** "-60 dBm", or "-" for a device that the system remembers, but has not heard in this scan. */
+[[nodiscard]] QString signalText(const BleDeviceInfo &device);
+
+/** How a scan goes on after a device. */
+enum class ScanGoes {
+    On,
+    OnForOthers, ///< for 3 s after the first of these
+    NoFurther,
+};
+
 /**
- * Scans until @p wanted is true for a device.
+ * Scans, and asks about each device.
  *
- * @return the device, or an invalid one when there was none
  * @throws Failure  when the scan fails
  */
-BleDeviceInfo scanFor(std::chrono::seconds duration,
-                      const std::function<bool(const BleDeviceInfo &)> &wanted);
+void scanFor(std::chrono::seconds duration,
+             const std::function<ScanGoes(const BleDeviceInfo &)> &onDevice);

@@ -10,30 +10,30 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void printClock(const Connection &connection, bool json)
+void printClock(const Connection &connection, bool json, const QString &heading)
 {
     const auto time = connection.session().computerTime();
     if (json)
         print({{"device"_L1, fieldsOf(connection.device())}, {"computerTime"_L1, time}});
     else
-        print(clockText(time) + u'\n');
+        print(heading + clockText(time) + u'\n');
 }
 
 void showClock(const Options &options)
 {
     Connection connection(options);
     connection.read(TidemarCommand::Time, u"clock"_s);
-    printClock(connection, options.json);
+    printClock(connection, options.json, {});
 }
 
 void setClock(const Options &options)
 {
-    Connection connection(options);
+    Connection connection(options, Purpose::Writing);
     connection.run({.name = u"clock"_s,
                     .end = TidemarCommand::Set_time,
                     .start = [](VardaSession &session) { session.startSetTime(); },
                     .verb = u"Setting the"_s});
-    printClock(connection, options.json);
+    printClock(connection, options.json, connection.heading());
 }
 
 } // namespace

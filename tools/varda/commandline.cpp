@@ -9,8 +9,6 @@
 #include "simulation.h"
 #include "terminal.h"
 
-#include <QtBluetooth/qbluetoothaddress.h>
-
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -19,10 +17,10 @@ namespace {
 
 constexpr int kLongestTimeout = 3600;
 
-std::string validAddress(const std::string &text)
+std::string validDevice(const std::string &text)
 {
-    const bool valid = !QBluetoothAddress(QString::fromStdString(text)).isNull();
-    return valid ? std::string() : "\"" + text + "\" is no address such as 00:AA:01:01:00:01";
+    const bool valid = !QString::fromLocal8Bit(text.c_str()).trimmed().isEmpty();
+    return valid ? std::string() : "an address or a name is missing";
 }
 
 } // namespace
@@ -56,12 +54,10 @@ CommandLine::CommandLine() : m_app("Talks to diving computers over Bluetooth Low
 
 void CommandLine::addGlobalOptions()
 {
-    m_app
-        .add_option("--device", m_device,
-                    "The computer to talk to; the first one found if not given")
-        ->type_name("ADDRESS")
-        ->check(validAddress);
-    m_app.add_option("--mode", m_mode, "Its kind of serial link, gatt (the usual one) or sps")
+    m_app.add_option("--device", m_device, "The computer to talk to, by its address or name")
+        ->type_name("DEVICE")
+        ->check(CLI::Validator(validDevice, ""));
+    m_app.add_option("--mode", m_mode, "Insist on a kind of serial link, gatt or sps")
         ->type_name("MODE")
         ->transform(CLI::IsMember({"gatt", "sps"}, CLI::ignore_case).description(""));
     m_app.add_option("--timeout", m_timeout, "Time to find it and to connect; 60, scan: 10")
@@ -76,9 +72,9 @@ void CommandLine::addGlobalOptions()
 
 void CommandLine::takeGlobalOptions()
 {
-    if (!m_device.empty())
-        m_options.device = QBluetoothAddress(QString::fromStdString(m_device)).toString();
-    m_options.mode = m_mode == "sps" ? BleMode::Sps : BleMode::Gatt;
+    m_options.device = QString::fromLocal8Bit(m_device.c_str()).trimmed();
+    if (!m_mode.empty())
+        m_options.mode = m_mode == "sps" ? BleMode::Sps : BleMode::Gatt;
     if (m_timeout > 0)
         m_options.timeout = std::chrono::seconds(m_timeout);
     if (m_app.count("--simulate") > 0)

@@ -44,7 +44,7 @@ private:
     Action m_action;
     // As written
     std::string m_device;
-    std::string m_mode = "gatt";
+    std::string m_mode;
     std::string m_scenario;
     int m_timeout = 0;
 };

@@ -7,7 +7,7 @@
 
 #include <memory>
 
-/** What cannot be undone is done only with --yes, or when the user says so on a terminal. */
+/** What could do harm is done only with --yes, or when the user says so on a terminal. */
 class Confirmation
 {
 public:

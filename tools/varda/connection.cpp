@@ -4,14 +4,15 @@
 #include "bluetooth.h"
 #include "step.h"
 #include "terminal.h"
+#include "text.h"
 
 #include <varda/bledevice.h>
 
-#include <QtBluetooth/qbluetoothaddress.h>
 #include <QtCore/qcoreapplication.h>
+#include <QtCore/qdeadlinetimer.h>
 #include <QtCore/qscopeguard.h>
 
-#include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -19,7 +20,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto kTimeout = 60s;
-constexpr auto kScanTime = 30s; // as the library's own
 // The library gives up on an answer after 5 s, and bluetoothd takes 2 to 3 more to drop a link.
 constexpr auto kQuiet = 10s;
 constexpr auto kDropTime = 5s;
@@ -34,6 +34,8 @@ constexpr auto kSilence = 5s; // as the library's own
 constexpr auto kMoment = 30ms;
 
 constexpr auto kRefusedWrite = "BLE error: Service error: 2"_L1; // CharacteristicWriteError
+// What the link says of a computer with the other kind of serial service.
+constexpr auto kOtherKind = "Characteristics not found in service"_L1;
 
 QString secondsText(std::chrono::seconds time)
 {
@@ -43,10 +45,9 @@ QString secondsText(std::chrono::seconds time)
 /** The session's message without the kind of failure that the sentence around it tells. */
 QString reasonIn(QString message)
 {
-    for (const auto prefix : {"BLE error: "_L1, "Scan error: "_L1}) {
-        if (message.startsWith(prefix))
-            message.remove(0, prefix.size());
-    }
+    constexpr auto kPrefix = "BLE error: "_L1;
+    if (message.startsWith(kPrefix))
+        message.remove(0, kPrefix.size());
     return message;
 }
 
@@ -64,20 +65,12 @@ QString refusalText(ExchangeError::ExchangeErrorIn error)
     }
 }
 
-Failure notFound(const QString &who, std::chrono::seconds searched)
-{
-    return {
-        ExitCode::NotFound, u"%1 found within %2"_s.arg(who, secondsText(searched)),
-        u"Is it switched on, in its Bluetooth mode and near? \"varda scan --all\" lists what is "
-        "in reach."_s};
-}
-
 } // namespace
 
-Connection::Connection(const Options &options) : m_mode(options.mode)
+Connection::Connection(const Options &options, Purpose purpose)
 {
     watchSession();
-    open(options);
+    open(options, purpose);
 }
 
 Connection::~Connection()
@@ -110,7 +103,7 @@ void Connection::letGo()
 void Connection::watchSession()
 {
     connect(&m_session, &VardaSession::messageChanged, this, &Connection::onMessage);
-    connect(&m_session, &VardaSession::createControllerStatus, this, &Connection::onSearchEnded);
+    connect(&m_session, &VardaSession::createControllerStatus, this, &Connection::onCreateStatus);
     connect(&m_session, &VardaSession::connectControllerStatus, this, &Connection::onConnectStatus);
     connect(&m_session, &VardaSession::disconnectController, this, &Connection::onLinkDown);
     connect(&m_session, &VardaSession::endCommand, this, &Connection::onJobEnded);
@@ -131,25 +124,19 @@ void Connection::watchSession()
     connect(&m_moment, &QTimer::timeout, this, &Connection::judge);
 }
 
-void Connection::open(const Options &options)
+void Connection::open(const Options &options, Purpose purpose)
 {
     const auto timeout = options.timeout.value_or(kTimeout);
-    const QDeadlineTimer deadline(timeout);
-    BleDeviceInfo wanted;
-    if (!options.device.isEmpty())
-        wanted = findAddress(options, deadline);
-    m_found = wanted.isValid();
+    QDeadlineTimer deadline(timeout);
+    const BleDeviceInfo computer = findComputer(options, purpose, deadline);
 
     Step step;
     m_step = &step;
     const auto over = qScopeGuard([this] { m_step = nullptr; });
-    if (m_found)
-        m_session.connectTo(wanted, options.mode);
-    else
-        m_session.autoConnect(options.mode);
+    if (!options.mode)
+        m_otherMode = BleMode::Sps;
+    m_session.connectTo(computer, options.mode.value_or(BleMode::Gatt));
     if (!step.wait(std::chrono::milliseconds(deadline.remainingTime()))) {
-        if (!m_found)
-            throw notFound(u"no computer"_s, timeout);
         throw Failure{ExitCode::TimedOut,
                       u"%1 was found, but not connected within %2"_s.arg(computerName(),
                                                                          secondsText(timeout)),
@@ -159,19 +146,6 @@ void Connection::open(const Options &options)
     // The session tells nothing while an answer comes in; the link does.
     m_link = m_session.findChild<BleDevice *>(QString(), Qt::FindDirectChildrenOnly);
     connect(m_link, &BleDevice::notificationReceived, this, &Connection::onNotification);
-}
-
-BleDeviceInfo Connection::findAddress(const Options &options, const QDeadlineTimer &deadline)
-{
-    showStatus(u"Looking for %1"_s.arg(options.device));
-    const auto left = std::chrono::milliseconds(deadline.remainingTime());
-    const auto searched = std::min(std::chrono::ceil<std::chrono::seconds>(left), kScanTime);
-    const BleDeviceInfo found = scanFor(searched, [&options](const BleDeviceInfo &device) {
-        return device.address().compare(options.device, Qt::CaseInsensitive) == 0;
-    });
-    if (!found.isValid())
-        throw notFound(options.device + u" was not"_s, searched);
-    return found;
 }
 
 void Connection::start(const Job &job, Step &step)
@@ -273,22 +247,18 @@ void Connection::onMessage()
     showStatus(m_session.message());
 }
 
-void Connection::onSearchEnded(CreateControllerStatus::CreateControllerStatusIn status)
+void Connection::onCreateStatus(CreateControllerStatus::CreateControllerStatusIn status)
 {
-    switch (status) {
-    case CreateControllerStatus::Created:
-        m_found = true;
-        break;
-    case CreateControllerStatus::NotFound:
-        fail(notFound(u"no computer"_s, kScanTime));
-        break;
-    case CreateControllerStatus::Error:
-        fail(scanFailure(reasonIn(m_session.message())));
-        break;
-    case CreateControllerStatus::NotCreated:
+    if (status == CreateControllerStatus::NotCreated && !connectInOtherMode())
         fail(notConnected());
-        break;
-    }
+}
+
+bool Connection::connectInOtherMode()
+{
+    if (!m_otherMode || reasonIn(m_session.message()) != kOtherKind)
+        return false;
+    m_session.connectTo(device(), *std::exchange(m_otherMode, std::nullopt));
+    return true;
 }
 
 void Connection::onConnectStatus(ConnectControllerStatus::ConnectControllerStatusIn status)
@@ -303,11 +273,11 @@ void Connection::onConnectStatus(ConnectControllerStatus::ConnectControllerStatu
 Failure Connection::notConnected() const
 {
     const QString reason = reasonIn(m_session.message());
-    const bool otherService = reason == "Characteristics not found in service"_L1;
-    const auto otherMode = m_mode == BleMode::Gatt ? "sps"_L1 : "gatt"_L1;
+    QString advice = u"Is it still on and near?"_s;
+    if (reason == kOtherKind)
+        advice = u"Is it a computer? Then --mode, if it is given, is not its kind of link."_s;
     return {ExitCode::LinkFailed, u"could not connect to %1: %2"_s.arg(computerName(), reason),
-            otherService ? u"Does it want --mode %1?"_s.arg(otherMode)
-                         : u"Is it still on and near?"_s};
+            advice};
 }
 
 void Connection::onJobEnded(TidemarCommand::TidemarCommandIn command)
@@ -464,7 +434,12 @@ void Connection::fail(const Failure &failure)
         m_step->fail(*m_linkFailure);
 }
 
+QString Connection::heading() const
+{
+    return safeText(computerName()) + u":\n"_s;
+}
+
 QString Connection::computerName() const
 {
-    return u"%1 (%2)"_s.arg(device().name(), device().address());
+    return nameOf(device());
 }

@@ -3,13 +3,13 @@
 
 #include "answercheck.h"
 #include "failure.h"
+#include "finding.h"
 #include "options.h"
 
 #include <varda/bledeviceinfo.h>
 #include <varda/tidemarcommand.h>
 #include <varda/vardasession.h>
 
-#include <QtCore/qdeadlinetimer.h>
 #include <QtCore/qelapsedtimer.h>
 #include <QtCore/qobject.h>
 #include <QtCore/qpointer.h>
@@ -43,7 +43,7 @@ class Connection : public QObject
 
 public:
     /** Finds the computer and connects to it. @throws Failure */
-    explicit Connection(const Options &options);
+    explicit Connection(const Options &options, Purpose purpose = Purpose::Reading);
     ~Connection() override;
     Q_DISABLE_COPY_MOVE(Connection)
 
@@ -69,6 +69,9 @@ public:
     /** What has been read, so far. */
     [[nodiscard]] const VardaSession &session() const { return m_session; }
     [[nodiscard]] BleDeviceInfo device() const { return m_session.lastDevice(); }
+    /** The line above the result where something was written: into which computer. */
+    [[nodiscard]] QString heading() const;
+    [[nodiscard]] QString computerName() const;
     /** Bytes received by the job that runs or ran last. */
     [[nodiscard]] qint64 received() const { return m_received; }
     /** Whether another job makes sense after one that has failed. */
@@ -76,10 +79,10 @@ public:
 
 private:
     void watchSession();
-    void open(const Options &options);
-    static BleDeviceInfo findAddress(const Options &options, const QDeadlineTimer &deadline);
+    void open(const Options &options, Purpose purpose);
+    bool connectInOtherMode();
     void onMessage();
-    void onSearchEnded(CreateControllerStatus::CreateControllerStatusIn status);
+    void onCreateStatus(CreateControllerStatus::CreateControllerStatusIn status);
     void onConnectStatus(ConnectControllerStatus::ConnectControllerStatusIn status);
     void onJobEnded(TidemarCommand::TidemarCommandIn command);
     void onRefused(ExchangeError::ExchangeErrorIn error);
@@ -99,10 +102,8 @@ private:
     void letGo();
     [[nodiscard]] Failure notConnected() const;
     [[nodiscard]] Failure noAnswer() const;
-    [[nodiscard]] QString computerName() const;
 
-    const BleMode m_mode;
-    bool m_found = false; ///< there is a computer to connect to
+    std::optional<BleMode> m_otherMode; ///< to connect in if the computer has not the first one
     QPointer<BleDevice> m_link;
     Step *m_step = nullptr; ///< the one that is waited for
     std::optional<Failure> m_linkFailure;

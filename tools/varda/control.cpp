@@ -11,11 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString computerName(const Connection &connection)
-{
-    return u"%1 (%2)"_s.arg(connection.device().name(), connection.device().address());
-}
-
 // delete, erase
 
 struct Deletion {
@@ -29,8 +24,8 @@ struct Deletion {
 void deleteDives(const Options &options, const Confirmation &confirmation, const Deletion &what)
 {
     confirmation.require();
-    Connection connection(options);
-    confirmation.ask(what.question.arg(computerName(connection)));
+    Connection connection(options, Purpose::Writing);
+    confirmation.ask(what.question.arg(connection.computerName()));
     connection.run({.name = what.name,
                     // Either is reported as this one.
                     .end = TidemarCommand::DeleteLastDive,
@@ -41,7 +36,8 @@ void deleteDives(const Options &options, const Confirmation &confirmation, const
         print({{"device"_L1, fieldsOf(connection.device())},
                {"deleteResult"_L1, Fields{{"resultA"_L1, resultA}, {"resultB"_L1, resultB}}}});
     } else {
-        print(u"%1 The computer's answer: %2, %3\n"_s.arg(what.done).arg(resultA).arg(resultB));
+        print(connection.heading()
+              + u"%1 The computer's answer: %2, %3\n"_s.arg(what.done).arg(resultA).arg(resultB));
     }
 }
 
@@ -58,9 +54,13 @@ void addDeletion(CommandLine &line, const std::string &name, const std::string &
 
 // superuser
 
-void superUser(const Options &options, bool activate)
+void superUser(const Options &options, const Confirmation &confirmation, bool activate)
 {
-    Connection connection(options);
+    if (activate)
+        confirmation.require();
+    Connection connection(options, Purpose::Writing);
+    if (activate)
+        confirmation.ask(u"Enter super-user mode of %1?"_s.arg(connection.computerName()));
     const bool answered = connection.tell(
         {.name = u"super-user mode"_s,
          .end = TidemarCommand::SuperUserMode,
@@ -71,21 +71,25 @@ void superUser(const Options &options, bool activate)
                {"superUserMode"_L1, activate},
                {"answered"_L1, answered}});
     } else {
-        print(u"Sent%1. Whether it is obeyed the computer does not tell.\n"_s.arg(
-            answered ? u", and there was an answer"_s : u", without an answer"_s));
+        print(connection.heading()
+              + u"Sent%1. Whether it is obeyed the computer does not tell.\n"_s.arg(
+                  answered ? u", and there was an answer"_s : u", without an answer"_s));
     }
 }
 
 void addSuperUser(CommandLine &line)
 {
     const auto state = std::make_shared<std::string>();
-    CLI::App *const command = line.add(
-        "superuser", "Enter or leave super-user mode",
-        [state](const Options &options) { superUser(options, *state == "on"); });
+    const auto confirmation = std::make_shared<std::optional<Confirmation>>();
+    CLI::App *const command = line.add("superuser", "Enter or leave super-user mode",
+                                       [state, confirmation](const Options &options) {
+                                           superUser(options, **confirmation, *state == "on");
+                                       });
     command->add_option("STATE", *state, "on or off")
         ->type_name("on|off")
         ->required()
         ->check(CLI::IsMember({"on", "off"}).description(""));
+    confirmation->emplace(command);
 }
 
 // reset
@@ -93,8 +97,8 @@ void addSuperUser(CommandLine &line)
 void reset(const Options &options, const Confirmation &confirmation)
 {
     confirmation.require();
-    Connection connection(options);
-    confirmation.ask(u"Restart %1?"_s.arg(computerName(connection)));
+    Connection connection(options, Purpose::Writing);
+    confirmation.ask(u"Restart %1?"_s.arg(connection.computerName()));
     connection.runLast(
         {.name = u"restart"_s,
          .end = TidemarCommand::Reset,
@@ -103,7 +107,7 @@ void reset(const Options &options, const Confirmation &confirmation)
     if (options.json)
         print({{"device"_L1, fieldsOf(connection.device())}});
     else
-        print(u"The computer restarts.\n"_s);
+        print(connection.heading() + u"The computer restarts.\n"_s);
 }
 
 } // namespace

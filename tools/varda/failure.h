@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/qstring.h>
+#include <QtCore/qstringlist.h>
 
 /** What the process ends with; scripts rely on the numbers. */
 enum class ExitCode : int {
@@ -18,6 +18,7 @@ enum class ExitCode : int {
 /** Thrown where a command cannot go on, caught where the process ends. */
 struct Failure {
     ExitCode code = ExitCode::JobFailed;
-    QString what;   ///< what happened, one line without a full stop
-    QString advice; ///< what to do about it, if there is something
+    QString what;             ///< what happened, one line without a full stop
+    QString advice;           ///< what to do about it, if there is something
+    QStringList choices = {}; ///< lines below it
 };

@@ -164,7 +164,7 @@ void upload(const Options &options, const Confirmation &confirmation, const QStr
 {
     const ImageFile file = readImage(path);
     confirmation.require();
-    Connection connection(options);
+    Connection connection(options, Purpose::Writing);
     // What it has decides what it takes.
     connection.read(TidemarCommand::Identification, u"identification"_s);
     if (file.image.hasHeader() && connection.session().bootloaderVersion() == 0)
@@ -183,8 +183,9 @@ void upload(const Options &options, const Confirmation &confirmation, const QStr
         fields.emplace_back("uploadElapsed"_L1, elapsed.count());
         print(fields);
     } else {
-        print(u"Uploaded %1 bytes of %2 %3 in %4.\n"_s.arg(file.bytes.size())
-                  .arg(what, safeText(versionOf(file.image)), elapsedText(elapsed.count())));
+        print(connection.heading()
+              + u"Uploaded %1 bytes of %2 %3 in %4.\n"_s.arg(file.bytes.size())
+                    .arg(what, safeText(versionOf(file.image)), elapsedText(elapsed.count())));
     }
 }
 

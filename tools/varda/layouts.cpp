@@ -120,15 +120,15 @@ void change(const Options &options, const Job &job, const QString &done,
 {
     if (confirmation)
         confirmation->require();
-    Connection connection(options);
+    Connection connection(options, Purpose::Writing);
     if (confirmation)
-        confirmation->ask(question.arg(connection.device().name()));
+        confirmation->ask(question.arg(connection.computerName()));
     connection.run(job);
     if (options.json) {
         print({{"device"_L1, fieldsOf(connection.device())},
                {"layoutCommandSuccess"_L1, connection.session().layoutCommandSuccess()}});
     } else {
-        print(done + u'\n');
+        print(connection.heading() + done + u'\n');
     }
 }
 

@@ -10,8 +10,8 @@
 
 /** What holds for every command. */
 struct Options {
-    QString device; ///< address; empty for the first computer that is found
-    BleMode mode = BleMode::Gatt;
+    QString device; ///< address or name; empty for any computer
+    std::optional<BleMode> mode; ///< found out if not given
     std::optional<QString> simulate; ///< a scenario; empty for the usual computer
     bool json = false;
     bool verbose = false;

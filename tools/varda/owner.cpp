@@ -10,30 +10,30 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void printOwner(const Connection &connection, bool json)
+void printOwner(const Connection &connection, bool json, const QString &heading)
 {
     const QString owner = connection.session().owner();
     if (json)
         print({{"device"_L1, fieldsOf(connection.device())}, {"owner"_L1, owner}});
     else
-        print(safeText(owner) + u'\n');
+        print(heading + safeText(owner) + u'\n');
 }
 
 void showOwner(const Options &options)
 {
     Connection connection(options);
     connection.read(TidemarCommand::Owner, u"owner"_s);
-    printOwner(connection, options.json);
+    printOwner(connection, options.json, {});
 }
 
 void setOwner(const Options &options, const QString &owner)
 {
-    Connection connection(options);
+    Connection connection(options, Purpose::Writing);
     connection.run({.name = u"owner"_s,
                     .end = TidemarCommand::Set_owner,
                     .start = [&owner](VardaSession &session) { session.setOwner(owner); },
                     .verb = u"Writing the"_s});
-    printOwner(connection, options.json);
+    printOwner(connection, options.json, connection.heading());
 }
 
 /** More would not fit in one write on any link. */

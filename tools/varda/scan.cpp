@@ -21,9 +21,7 @@ QString row(const QString &address, const QString &rssi, const QString &name)
 
 void printDevice(const BleDeviceInfo &device)
 {
-    // 0 stands for a device that was not heard in this scan, only remembered.
-    const QString rssi = device.rssi() == 0 ? u"-"_s : u"%1 dBm"_s.arg(device.rssi());
-    print(row(device.address(), rssi, safeText(device.name())));
+    print(row(device.address(), signalText(device), safeText(device.name())));
     flushOutput();
 }
 
@@ -35,7 +33,7 @@ void scan(const Options &options, bool all)
     scanFor(duration, [&](const BleDeviceInfo &device) {
         const bool isComputer = isComputerName(device.name());
         if (!isComputer && !all)
-            return false;
+            return ScanGoes::On;
         if (!options.json) {
             if (list.empty())
                 print(row(u"ADDRESS"_s, u"SIGNAL"_s, u"NAME"_s));
@@ -45,7 +43,7 @@ void scan(const Options &options, bool all)
         Fields fields = fieldsOf(device);
         fields.emplace_back("computer"_L1, isComputer);
         list.emplace_back(fields);
-        return false;
+        return ScanGoes::On;
     });
     if (options.json)
         print(Fields{{"devices"_L1, list}});

@@ -14,7 +14,7 @@ void readSensors(Connection &connection)
     connection.read(TidemarCommand::Sensors, u"sensors"_s);
 }
 
-void printSensors(const Connection &connection, bool json)
+void printSensors(const Connection &connection, bool json, const QString &heading)
 {
     const VardaSession &session = connection.session();
     if (json) {
@@ -31,5 +31,5 @@ void printSensors(const Connection &connection, bool json)
     // What these two count in is the computer's.
     table.add(u"dstop"_s, QString::number(session.dstop()));
     table.add(u"density"_s, QString::number(session.density()));
-    print(table.text());
+    print(heading + table.text());
 }

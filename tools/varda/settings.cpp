@@ -2,6 +2,7 @@
 #include "arguments.h"
 #include "commandline.h"
 #include "commands.h"
+#include "confirmation.h"
 #include "connection.h"
 #include "records.h"
 #include "sensorvalues.h"
@@ -11,21 +12,43 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void setPressure(const Options &options, std::uint32_t pressure)
+// What there is from the highest lakes down to the Dead Sea
+constexpr std::uint32_t kLowestPressure = 500;
+constexpr std::uint32_t kHighestPressure = 1100;
+
+struct Pressure {
+    std::uint32_t mbar = 0;
+    bool force = false;
+};
+
+void setPressure(const Options &options, const Confirmation &confirmation, const Pressure &pressure)
 {
-    Connection connection(options);
-    connection.run(
-        {.name = u"surface pressure"_s,
-         .end = TidemarCommand::Set_sensors,
-         .start = [pressure](VardaSession &session) { session.startSetPressure(pressure); },
-         .verb = u"Setting the"_s});
+    const std::uint32_t mbar = pressure.mbar;
+    if (!pressure.force && (mbar < kLowestPressure || mbar > kHighestPressure)) {
+        throw Failure{ExitCode::UsageError,
+                      u"%1 mbar is no pressure at a surface, which is %2 to %3"_s.arg(mbar)
+                          .arg(kLowestPressure)
+                          .arg(kHighestPressure),
+                      u"--force sets it all the same."_s};
+    }
+    confirmation.require();
+    Connection connection(options, Purpose::Writing);
+    confirmation.ask(u"Set the surface pressure of %1 to %2 mbar?"_s.arg(connection.computerName(),
+                                                                         QString::number(mbar)));
+    connection.run({.name = u"surface pressure"_s,
+                    .end = TidemarCommand::Set_sensors,
+                    .start = [mbar](VardaSession &session) { session.startSetPressure(mbar); },
+                    .verb = u"Setting the"_s});
     readSensors(connection);
-    printSensors(connection, options.json);
+    printSensors(connection, options.json, connection.heading());
 }
 
-void sendSettings(const Options &options, const MarloSettings &settings)
+void sendSettings(const Options &options, const Confirmation &confirmation,
+                  const MarloSettings &settings)
 {
-    Connection connection(options);
+    confirmation.require();
+    Connection connection(options, Purpose::Writing);
+    confirmation.ask(u"Write these settings into %1?"_s.arg(connection.computerName()));
     connection.run(
         {.name = u"settings"_s,
          .end = TidemarCommand::MarloSet,
@@ -42,27 +65,35 @@ void sendSettings(const Options &options, const MarloSettings &settings)
                                            {"byte5"_L1, settings.byte5},
                                            {"byte6"_L1, settings.byte6}}}});
     } else {
-        print(u"The computer has accepted the settings.\n"_s);
+        print(connection.heading() + u"The computer has accepted the settings.\n"_s);
     }
 }
 
 void addPressure(CommandLine &line)
 {
-    const auto pressure = std::make_shared<std::uint32_t>();
-    CLI::App *const command = line.add(
-        "pressure", "Set the surface pressure",
-        [pressure](const Options &options) { setPressure(options, *pressure); });
-    command->add_option("MBAR", *pressure, "The pressure in millibar")
+    const auto pressure = std::make_shared<Pressure>();
+    const auto confirmation = std::make_shared<std::optional<Confirmation>>();
+    CLI::App *const command = line.add("pressure", "Set the surface pressure",
+                                       [pressure, confirmation](const Options &options) {
+                                           setPressure(options, **confirmation, *pressure);
+                                       });
+    command->add_option("MBAR", pressure->mbar, "The pressure in millibar")
         ->type_name("MBAR")
         ->required();
+    confirmation->emplace(command);
+    command->add_flag("--force", pressure->force, "Also outside 500 to 1100 mbar");
 }
 
 void addMarlo(CommandLine &line)
 {
     const auto settings = std::make_shared<MarloSettings>();
-    CLI::App *const command = line.add(
-        "settings", "Write settings into the computer; they cannot be read back",
-        [settings](const Options &options) { sendSettings(options, *settings); });
+    const auto confirmation = std::make_shared<std::optional<Confirmation>>();
+    CLI::App *const command = line.add("settings",
+                                       "Write settings into the computer; they cannot be read back",
+                                       [settings, confirmation](const Options &options) {
+                                           sendSettings(options, **confirmation, *settings);
+                                       });
+    confirmation->emplace(command);
     const auto byte = [&](const char *name, std::uint8_t &target) {
         command
             ->add_option_function<int>(

@@ -156,12 +156,16 @@ void printError(const Failure &failure)
     QString text = u"varda: "_s + safeText(failure.what) + u'\n';
     if (!failure.advice.isEmpty())
         text += u"       "_s + safeText(failure.advice) + u'\n';
+    for (const QString &each : failure.choices)
+        text += u"       "_s + safeText(each) + u'\n';
     write(stderr, encoded(text));
 }
 
-void printQuestion(const QString &question)
+void printQuestion(const QString &question, const QStringList &choices)
 {
     clearStatus();
+    for (const QString &each : choices)
+        write(stderr, encoded(safeText(each) + u'\n'));
     write(stderr, encoded(safeText(question)));
     std::fflush(stderr);
 }

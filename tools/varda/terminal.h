@@ -3,7 +3,7 @@
 
 #include "json.h"
 
-#include <QtCore/qstring.h>
+#include <QtCore/qstringlist.h>
 
 struct Failure;
 
@@ -42,8 +42,8 @@ void flushOutput();
 /** "varda: ..." on stderr. */
 void printError(const Failure &failure);
 
-/** On stderr, and the answer is typed behind it. */
-void printQuestion(const QString &question);
+/** On stderr, below the lines of the choices; the answer is typed behind it. */
+void printQuestion(const QString &question, const QStringList &choices = {});
 
 /** One line on stderr that says what is going on, where stderr is a terminal. */
 void showStatus(const QString &text);
