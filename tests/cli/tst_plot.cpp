@@ -48,6 +48,21 @@ private Q_SLOTS:
                  "   gas 1                         2\n"_s);
     }
 
+    void feet()
+    {
+        const Dive dive = diveOf({{0, 0}, {120, 30.78}, {480, 30.78}, {600, 0}}, 0);
+        const PlotStyle style{.width = 24, .height = 7, .utf8 = false, .units = Units::Imperial};
+        QCOMPARE(profilePlot(dive, style), u"    0 ft+**            *\n"
+                                           "        | *            *\n"
+                                           "        | **          **\n"
+                                           "        |  *          *\n"
+                                           "        |  **        **\n"
+                                           "        |   *        *\n"
+                                           "  100 ft+   **********\n"
+                                           "        ++-------------+\n"
+                                           "     min 0            10\n"_s);
+    }
+
     void braille()
     {
         const Dive dive = diveOf({{0, 0}, {300, 12}, {600, 0}}, 0);

@@ -2,6 +2,7 @@
 #include "commandline.h"
 
 #include "commands.h"
+#include "defaults.h"
 #include "failure.h"
 #include "helptext.h"
 #include "interrupt.h"
@@ -9,6 +10,7 @@
 #include "simulation.h"
 #include "terminal.h"
 
+#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -21,6 +23,24 @@ std::string validDevice(const std::string &text)
 {
     const bool valid = !QString::fromLocal8Bit(text.c_str()).trimmed().isEmpty();
     return valid ? std::string() : "an address or a name is missing";
+}
+
+/** As CLI11 wants them, the last one first. To CLI11 the value of "--known=" is the next one. */
+std::vector<std::string> argumentsOf(int argc, const char *const *argv)
+{
+    std::vector<std::string> arguments;
+    for (int i = 1; i < argc; ++i) {
+        std::string text = argv[i];
+        const bool isEmpty = text.size() > 3 && text.starts_with("--") && text.back() == '='
+                             && text.find('=') == text.size() - 1;
+        if (isEmpty)
+            text.pop_back();
+        arguments.push_back(text);
+        if (isEmpty)
+            arguments.emplace_back();
+    }
+    std::reverse(arguments.begin(), arguments.end());
+    return arguments;
 }
 
 } // namespace
@@ -46,6 +66,7 @@ CommandLine::CommandLine() : m_app("Talks to diving computers over Bluetooth Low
     addLayouts(*this);
     addControl(*this);
     addFirmware(*this);
+    addDefaults(*this);
     // The commands would take it over.
     m_app.footer("Exit status: 0 done; 1 the computer refused or its answer was damaged; 2 wrong "
                  "usage;\n3 no computer found; 4 not connected or link lost; 5 no answer in time;\n"
@@ -66,6 +87,9 @@ void CommandLine::addGlobalOptions()
     m_app.add_option("--simulate", m_scenario, "Talk to a simulated computer: a file or a name")
         ->type_name("[SCENARIO]")
         ->expected(0, 1);
+    m_app.add_option("--units", m_units, "Show depths and temperatures so, metric or imperial")
+        ->type_name("UNITS")
+        ->transform(CLI::IsMember({"metric", "imperial"}, CLI::ignore_case).description(""));
     m_app.add_flag("--json", m_options.json, "Print JSON");
     m_app.add_flag("--verbose", m_options.verbose, "Show on stderr what is sent and received");
 }
@@ -75,6 +99,7 @@ void CommandLine::takeGlobalOptions()
     m_options.device = QString::fromLocal8Bit(m_device.c_str()).trimmed();
     if (!m_mode.empty())
         m_options.mode = m_mode == "sps" ? BleMode::Sps : BleMode::Gatt;
+    m_options.units = unitsIn(QString::fromStdString(m_units));
     if (m_timeout > 0)
         m_options.timeout = std::chrono::seconds(m_timeout);
     if (m_app.count("--simulate") > 0)
@@ -114,7 +139,7 @@ QString CommandLine::whatIsWrong(const CLI::ParseError &error) const
 std::optional<int> CommandLine::parse(int argc, const char *const *argv)
 {
     try {
-        m_app.parse(argc, argv);
+        m_app.parse(argumentsOf(argc, argv));
         takeGlobalOptions();
         return std::nullopt;
     } catch (const CLI::Success &success) {
@@ -130,11 +155,13 @@ int CommandLine::run() const
 {
     try {
         const Interrupt interrupt;
+        Options options = m_options;
+        Defaults().complete(options);
         std::unique_ptr<Simulation> simulation;
         if (m_options.simulate)
             simulation = std::make_unique<Simulation>(*m_options.simulate);
         const ServiceWatch watch; // the first to use the bus, whichever it is now
-        m_action(m_options);
+        m_action(options);
         clearStatus();
         flushOutput();
         return int(ExitCode::Ok);

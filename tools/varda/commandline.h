@@ -45,6 +45,7 @@ private:
     // As written
     std::string m_device;
     std::string m_mode;
+    std::string m_units;
     std::string m_scenario;
     int m_timeout = 0;
 };

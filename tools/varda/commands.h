@@ -17,3 +17,4 @@ void addSettings(CommandLine &line);
 void addLayouts(CommandLine &line);
 void addControl(CommandLine &line);
 void addFirmware(CommandLine &line);
+void addDefaults(CommandLine &line);

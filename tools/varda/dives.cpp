@@ -4,6 +4,7 @@
 #include "commands.h"
 #include "divereader.h"
 #include "divetext.h"
+#include "files.h"
 #include "plot.h"
 #include "records.h"
 #include "terminal.h"
@@ -12,6 +13,8 @@
 #include <varda/tidemardiveconverter.h>
 
 #include <QtCore/qelapsedtimer.h>
+#include <QtCore/qfileinfo.h>
+#include <QtCore/qregularexpression.h>
 
 using namespace Qt::StringLiterals;
 
@@ -152,9 +155,10 @@ void dives(const Options &options, const Numbers &known)
         return downloadJson(connection, headers);
     if (headers.isEmpty())
         return print(nothingText(known));
-    print(divesHeading());
-    Download(connection, headers).run([](const Dive &dive) {
-        print(divesRow(dive));
+    const Units units = options.units.value_or(Units::Metric);
+    print(divesHeading(units));
+    Download(connection, headers).run([units](const Dive &dive) {
+        print(divesRow(dive, units));
         flushOutput();
     });
 }
@@ -175,12 +179,13 @@ QList<TidemarDiveHeader> chosen(const QList<TidemarDiveHeader> &headers, const N
     return result;
 }
 
-QString wholeText(const Dive &dive, bool samples)
+QString wholeText(const Dive &dive, Units units, bool samples)
 {
     constexpr int kWidest = 120;
-    const PlotStyle style{.width = std::min(outputWidth(), kWidest), .utf8 = speaksUtf8()};
-    const QString picture = samples ? samplesTable(dive) : profilePlot(dive, style);
-    return diveSummary(dive) + (picture.isEmpty() ? QString() : u'\n' + picture);
+    const PlotStyle style{
+        .width = std::min(outputWidth(), kWidest), .utf8 = speaksUtf8(), .units = units};
+    const QString picture = samples ? samplesTable(dive, units) : profilePlot(dive, style);
+    return diveSummary(dive, units) + (picture.isEmpty() ? QString() : u'\n' + picture);
 }
 
 void dive(const Options &options, const Numbers &numbers, bool samples)
@@ -191,19 +196,55 @@ void dive(const Options &options, const Numbers &numbers, bool samples)
     const auto headers = chosen(reader.headers({}), numbers);
     if (options.json)
         return downloadJson(connection, headers);
+    const Units units = options.units.value_or(Units::Metric);
     bool isFirst = true;
     Download(connection, headers).run([&](const Dive &each) {
-        print((isFirst ? QString() : u"\n"_s) + wholeText(each, samples));
+        print((isFirst ? QString() : u"\n"_s) + wholeText(each, units, samples));
         flushOutput();
         isFirst = false;
     });
 }
 
+/** They may be in a file, or come from standard input; both are read only when it is their turn. */
+std::string validKnown(const std::string &text)
+{
+    const QFileInfo file(QString::fromLocal8Bit(text.c_str()));
+    if (text.empty() || text == "-" || numbersIn(text) || (file.exists() && !file.isDir()))
+        return {};
+    return "\"" + text + "\" is no list of dive numbers such as 1,2,5-9, and no file";
+}
+
+/** @throws Failure */
+std::string listIn(const std::string &file)
+{
+    const QString name = file == "-" ? u"/dev/stdin"_s : QString::fromLocal8Bit(file.c_str());
+    const QString text = QString::fromUtf8(readFile(name)).simplified();
+    static const QRegularExpression kBetween(u"[ ,]+"_s);
+    const std::string list = text.split(kBetween, Qt::SkipEmptyParts).join(u',').toStdString();
+    if (!list.empty() && !numbersIn(list)) {
+        throw Failure{ExitCode::UsageError,
+                      u"--known: \"%1\" has no list of dive numbers such as 1,2,5-9"_s.arg(
+                          QString::fromLocal8Bit(file.c_str())),
+                      {}};
+    }
+    return list;
+}
+
+/** @throws Failure */
+Numbers knownIn(std::vector<std::string> texts)
+{
+    for (std::string &text : texts) {
+        if (!text.empty() && !numbersIn(text))
+            text = listIn(text);
+    }
+    return numbersIn(texts);
+}
+
 void addKnown(CLI::App *command, std::vector<std::string> &known)
 {
-    command->add_option("--known", known, "Leave out these dives, such as 1,2,5-9")
+    command->add_option("--known", known, "Leave out these dives, such as 1,2,5-9; or a file, or -")
         ->type_name("NUMBERS")
-        ->check(numberList());
+        ->check(CLI::Validator(validKnown, ""));
 }
 
 } // namespace
@@ -213,7 +254,7 @@ void addDives(CommandLine &line)
     using Texts = std::vector<std::string>;
     const auto known = std::make_shared<Texts>();
     addKnown(line.add("logbook", "List the dives in the logbook",
-                      [known](const Options &options) { logbook(options, numbersIn(*known)); }),
+                      [known](const Options &options) { logbook(options, knownIn(*known)); }),
              *known);
 
     const auto numbers = std::make_shared<Texts>();
@@ -229,6 +270,6 @@ void addDives(CommandLine &line)
     command->add_flag("--samples", *samples, "A table of the samples instead of the plot");
 
     addKnown(line.add("dives", "Read all dives",
-                      [known](const Options &options) { dives(options, numbersIn(*known)); }),
+                      [known](const Options &options) { dives(options, knownIn(*known)); }),
              *known);
 }

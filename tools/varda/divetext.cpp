@@ -15,12 +15,15 @@ namespace {
 // What the first columns of the table of samples tell in another way.
 constexpr std::array kToldFields = {"time"_L1, "depth"_L1, "gasIndex"_L1};
 
-QString temperatureText(const DiveProfile::TemperatureRange &range)
+QString temperatureText(const DiveProfile::TemperatureRange &range, Units units)
 {
-    const QString unit = speaksUtf8() ? u"°C"_s : u"C"_s;
+    const QString degree = speaksUtf8() ? u"°"_s : QString();
+    const QString unit = degree + (units == Units::Imperial ? u'F' : u'C');
+    const QString lowest = QString::number(temperatureIn(units, range.lowest));
     if (range.lowest == range.highest)
-        return u"%1 %2"_s.arg(range.lowest).arg(unit);
-    return u"%1 to %2 %3"_s.arg(range.lowest).arg(range.highest).arg(unit);
+        return u"%1 %2"_s.arg(lowest, unit);
+    const QString highest = QString::number(temperatureIn(units, range.highest));
+    return u"%1 to %2 %3"_s.arg(lowest, highest, unit);
 }
 
 /** "1 Air, 2 EAN50", by the marks in the plot. */
@@ -59,14 +62,15 @@ bool isTold(QLatin1StringView name)
     return std::find(kToldFields.begin(), kToldFields.end(), name) != kToldFields.end();
 }
 
-QString divesLine(const QString &number, const QString &begin, const QString &length,
+QString divesLine(Units units, const QString &number, const QString &begin, const QString &length,
                   const QString &deepest, const QString &average, const QString &gases)
 {
+    const int depthWidth = units == Units::Imperial ? 8 : 7;
     return u"%1  %2  %3  %4  %5  %6\n"_s.arg(number, 6)
         .arg(begin, -19)
         .arg(length, 8)
-        .arg(deepest, 7)
-        .arg(average, 7)
+        .arg(deepest, depthWidth)
+        .arg(average, depthWidth)
         .arg(gases);
 }
 
@@ -101,7 +105,7 @@ QString circuitText(const DiveHeaderBlock &header)
     return header.kindByte == 0 ? u"open"_s : u"closed"_s;
 }
 
-QString diveSummary(const Dive &dive)
+QString diveSummary(const Dive &dive, Units units)
 {
     const DiveProfile profile = DiveProfile::fromDive(dive);
     Table table;
@@ -110,11 +114,11 @@ QString diveSummary(const Dive &dive)
         table.add(u"Begin"_s, begin);
     if (!dive.lines.isEmpty()) {
         table.add(u"Duration"_s, durationText(profile.duration));
-        table.add(u"Maximum depth"_s, tenthsText(profile.maximumDepth) + u" m"_s);
-        table.add(u"Average depth"_s, tenthsText(profile.meanDepth) + u" m"_s);
+        table.add(u"Maximum depth"_s, depthText(profile.maximumDepth, units));
+        table.add(u"Average depth"_s, depthText(profile.meanDepth, units));
     }
     if (profile.temperature)
-        table.add(u"Temperature"_s, temperatureText(*profile.temperature));
+        table.add(u"Temperature"_s, temperatureText(*profile.temperature, units));
     table.add(u"Circuit"_s, circuitText(dive));
     table.add(u"Gases"_s, gasesText(dive));
     if (const QString switches = switchesText(dive, profile.switches); !switches.isEmpty())
@@ -126,18 +130,20 @@ QString diveSummary(const Dive &dive)
     return table.text();
 }
 
-QString samplesTable(const Dive &dive)
+QString samplesTable(const Dive &dive, Units units)
 {
     if (dive.lines.isEmpty())
         return {};
-    QList<Columns::Column> titles{{u"TIME"_s}, {u"DEPTH"_s}, {u"GAS"_s, Columns::Side::Left}};
+    QList<Columns::Column> titles{{u"TIME"_s},
+                                  {units == Units::Imperial ? u"DEPTH/FT"_s : u"DEPTH"_s},
+                                  {u"GAS"_s, Columns::Side::Left}};
     for (const auto &[name, value] : fieldsOf(DiveLine())) {
         if (isFilled(name) && !isTold(name))
             titles.append({name});
     }
     Columns columns(titles);
     for (const DiveLine &line : dive.lines) {
-        QStringList cells{durationText(line.time), tenthsText(line.depth),
+        QStringList cells{durationText(line.time), tenthsText(depthIn(units, line.depth)),
                           gasNameOf(dive, line.gasIndex)};
         for (const auto &[name, value] : fieldsOf(line)) {
             if (isFilled(name) && !isTold(name))
@@ -148,18 +154,19 @@ QString samplesTable(const Dive &dive)
     return columns.text();
 }
 
-QString divesHeading()
+QString divesHeading(Units units)
 {
-    return divesLine(u"NUMBER"_s, u"BEGIN"_s, u"DURATION"_s, u"DEPTH"_s, u"AVERAGE"_s, u"GASES"_s);
+    return divesLine(units, u"NUMBER"_s, u"BEGIN"_s, u"DURATION"_s, u"DEPTH"_s, u"AVERAGE"_s,
+                     u"GASES"_s);
 }
 
-QString divesRow(const Dive &dive)
+QString divesRow(const Dive &dive, Units units)
 {
     const QString begin = beginText(dive);
     const bool isClosed = dive.kindByte != 0;
     const DiveProfile profile = DiveProfile::fromDive(dive);
-    return divesLine(dive.numberText, begin.isEmpty() ? u"-"_s : begin,
-                     durationText(profile.duration), tenthsText(profile.maximumDepth) + u" m"_s,
-                     tenthsText(profile.meanDepth) + u" m"_s,
+    return divesLine(units, dive.numberText, begin.isEmpty() ? u"-"_s : begin,
+                     durationText(profile.duration), depthText(profile.maximumDepth, units),
+                     depthText(profile.meanDepth, units),
                      gasNames(dive.gases) + (isClosed ? u" (closed circuit)"_s : QString()));
 }

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "units.h"
+
 #include <varda/dive.h>
 
 #include <QtCore/qstring.h>
 
 /** What there is to say of a dive in a few lines. */
-[[nodiscard]] QString diveSummary(const Dive &dive);
+[[nodiscard]] QString diveSummary(const Dive &dive, Units units);
 /** A row for each sample; empty without any. */
-[[nodiscard]] QString samplesTable(const Dive &dive);
+[[nodiscard]] QString samplesTable(const Dive &dive, Units units);
 
 /** "EAN32"; "-" for an index that the list of gases does not have. */
 [[nodiscard]] QString gasNameOf(const Dive &dive, int gasIndex);
@@ -19,5 +21,5 @@
 [[nodiscard]] QString circuitText(const DiveHeaderBlock &header);
 
 /** A table of dives that is printed while they come in. */
-[[nodiscard]] QString divesHeading();
-[[nodiscard]] QString divesRow(const Dive &dive);
+[[nodiscard]] QString divesHeading(Units units);
+[[nodiscard]] QString divesRow(const Dive &dive, Units units);

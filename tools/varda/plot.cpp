@@ -72,13 +72,13 @@ private:
 };
 
 /** Each column of dots gets those between the depth at its left and at its right. */
-void draw(Canvas &canvas, const QList<DiveLine> &lines, double duration, double bottom)
+void draw(Canvas &canvas, const QList<DiveLine> &lines, double duration, Units units, double bottom)
 {
     const auto column = [&](double time) {
         return int(std::lround(time / duration * (canvas.dotColumns() - 1)));
     };
     const auto row = [&](double depth) {
-        return int(std::lround(depth / bottom * (canvas.dotRows() - 1)));
+        return int(std::lround(depthIn(units, depth) / bottom * (canvas.dotRows() - 1)));
     };
     int lastX = column(lines.front().time);
     int lastY = row(lines.front().depth);
@@ -138,9 +138,10 @@ public:
           m_height(style.height),
           m_profile(DiveProfile::fromDive(dive)),
           m_duration(std::max(m_profile.duration, 1.0)),
-          m_bottom(std::max(m_profile.maximumDepth, 1.0)),
+          m_units(style.units),
+          m_bottom(std::max(depthIn(m_units, m_profile.maximumDepth), 1.0)),
           m_depthStep(niceStep(m_bottom, std::max(m_height / 3, 1))),
-          m_margin(QString::number(m_bottom, 'f', 0).size() + 4),
+          m_margin(QString::number(m_bottom, 'f', 0).size() + depthUnit(m_units).size() + 3),
           m_width(std::max(style.width - int(m_margin) - 1, kNarrowest))
     {
     }
@@ -148,7 +149,7 @@ public:
     [[nodiscard]] QString text() const
     {
         Canvas canvas(m_width, m_height, m_utf8 ? kBrailleRaster : kAsciiRaster);
-        draw(canvas, m_dive.lines, m_duration, m_bottom);
+        draw(canvas, m_dive.lines, m_duration, m_units, m_bottom);
         QString text;
         for (int row = 0; row < m_height; ++row)
             text += trimmedEnd(depthLabel(row) + canvas.row(row));
@@ -167,7 +168,9 @@ private:
         for (int tick = 0; tick <= ticks; ++tick) {
             const double depth = tick * m_depthStep;
             if (int(std::lround(depth / m_bottom * (m_height - 1))) == row) {
-                return u"%1 m"_s.arg(depth, int(m_margin) - 2, 'f', 0) + (m_utf8 ? u'┤' : u'+');
+                const QString unit = u' ' + depthUnit(m_units);
+                return QString::number(depth, 'f', 0).rightJustified(m_margin - unit.size()) + unit
+                       + (m_utf8 ? u'┤' : u'+');
             }
         }
         return QString(m_margin, u' ') + (m_utf8 ? u'│' : u'|');
@@ -209,6 +212,7 @@ private:
     const int m_height;
     const DiveProfile m_profile;
     const double m_duration;
+    const Units m_units;
     const double m_bottom;
     const double m_depthStep;
     const qsizetype m_margin; ///< columns of the labels of depth

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "units.h"
+
 #include <varda/dive.h>
 
 #include <QtCore/qstring.h>
@@ -10,6 +12,7 @@ struct PlotStyle {
     int width = 80;   ///< columns, the labels included
     int height = 16;  ///< rows of the curve
     bool utf8 = true; ///< braille dots and lines, otherwise ASCII
+    Units units = Units::Metric;
 };
 
 /** The character that stands for a gas in a plot, 1 for the first one. */
