@@ -3,6 +3,7 @@
 
 #include "device/recorder.h"
 #include "program/failure.h"
+#include "program/printable.h"
 #include "radio/peripheral.h"
 
 #include <QtCore/qcoreapplication.h>
@@ -34,9 +35,9 @@ int broadcast(const Options &options, const Scenario &scenario, const StopSignal
             return;
         const QStringList limits = Peripheral::limits(device);
         for (const QString &each : limits)
-            std::fprintf(stderr, "varda-simulator: %s\n", qPrintable(each));
-        std::printf("%s is on the air as %s\n", qPrintable(address),
-                    qPrintable(device.name.value_or(u"a computer without a name"_s)));
+            std::fprintf(stderr, "varda-simulator: %s\n", qPrintable(printable(each)));
+        const QString name = device.name.value_or(u"a computer without a name"_s);
+        std::printf("%s is on the air as %s\n", qPrintable(address), qPrintable(printable(name)));
         std::fflush(stdout);
     });
 

@@ -26,6 +26,8 @@ private Q_SLOTS:
     void status();
     void errors_data();
     void errors();
+    void foreignTexts_data();
+    void foreignTexts();
     void notOnTheAir_data();
     void notOnTheAir();
     void serves_data();
@@ -117,6 +119,38 @@ void TestProgram::errors()
     QCOMPARE(outcome.status, 2);
     QCOMPARE(outcome.out, QString());
     QCOMPARE(outcome.err, text);
+}
+
+// A scenario may come from somebody else; its texts must not reach the terminal as they are.
+void TestProgram::foreignTexts_data()
+{
+    QTest::addColumn<QByteArray>("key");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("plain") << QByteArray("colour") << u"colour"_s;
+    QTest::newRow("letters") << QByteArray("größe") << u"größe"_s;
+    QTest::newRow("escape sequence")
+        << QByteArray("\\u001b[2Jx\\u009b31m") << u"\uFFFD[2Jx\uFFFD31m"_s;
+    QTest::newRow("lines") << QByteArray("a\\r\\nb\\u2028c") << u"a\uFFFD\uFFFDb\uFFFDc"_s;
+    QTest::newRow("direction") << QByteArray("\\u202egnp") << u"\uFFFDgnp"_s;
+    QTest::newRow("unseen") << QByteArray("\\u3164\\u2800\\u200b") << u"\uFFFD\uFFFD\uFFFD"_s;
+    QTest::newRow("marks") << "a" + QByteArray("\\u0301").repeated(6)
+                           << u"a\u0301\u0301\u0301\u0301\uFFFD\uFFFD"_s;
+}
+
+void TestProgram::foreignTexts()
+{
+    QFETCH(QByteArray, key);
+    QFETCH(QString, shown);
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(u"scenario"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(R"({"devices": [{")" + key + R"(": 1}]})");
+    file.close();
+    const Outcome outcome = run({u"--scenario"_s, file.fileName()});
+    QCOMPARE(outcome.status, 2);
+    const QString begin = u"varda-simulator: %1: devices[0]."_s.arg(file.fileName());
+    QVERIFY2(outcome.err.startsWith(begin + shown + u": unknown key; "_s), qPrintable(outcome.err));
+    QCOMPARE(outcome.err.count(u'\n'), 1);
 }
 
 void TestProgram::notOnTheAir_data()
