@@ -30,6 +30,7 @@
 #include <varda/layoutentry.h>
 #include <varda/marlosettings.h>
 #include <varda/previousdive.h>
+#include <varda/recordfields.h>
 #include <varda/syslogbinrecord.h>
 #include <varda/tidemarcommand.h>
 #include <varda/tidemardiveconverter.h>

@@ -8,10 +8,12 @@ namespace {
 
 std::optional<DiveProfile::TemperatureRange> temperatureOf(const QList<DiveLine> &lines)
 {
-    const auto [lowest, highest] = std::ranges::minmax(lines, {}, &DiveLine::aux1Value);
-    if (lowest.aux1Value == 0 && highest.aux1Value == 0)
+    const auto [lowest, highest] = std::minmax_element(
+        lines.begin(), lines.end(),
+        [](const DiveLine &one, const DiveLine &other) { return one.aux1Value < other.aux1Value; });
+    if (lowest->aux1Value == 0 && highest->aux1Value == 0)
         return std::nullopt;
-    return DiveProfile::TemperatureRange{lowest.aux1Value, highest.aux1Value};
+    return DiveProfile::TemperatureRange{lowest->aux1Value, highest->aux1Value};
 }
 
 QList<DiveProfile::GasSwitch> switchesOf(const QList<DiveLine> &lines)
