@@ -18,7 +18,6 @@
 [[nodiscard]] Fields fieldsOf(const BleComputer &computer);
 [[nodiscard]] Fields fieldsOf(const BatteryInfoRecord &record);
 [[nodiscard]] Fields fieldsOf(const TidemarDiveHeader &header);
-[[nodiscard]] Fields fieldsOf(const DiveGas &gas);
 [[nodiscard]] Fields fieldsOf(const DiveLine &line);
 [[nodiscard]] Fields fieldsOf(const Dive &dive);
 
