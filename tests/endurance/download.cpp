@@ -4,9 +4,17 @@
 #include <varda/tidemardiveconverter.h>
 
 #include <algorithm>
-#include <array>
+
+#include "digest.h"
 
 using namespace Qt::StringLiterals;
+
+template <typename... Values> void Download::addToFingerprint(const Values &...values)
+{
+    Digest digest;
+    digest.add(values...);
+    m_hash.addData(digest.text);
+}
 
 Download::Download(VardaSession &session) : m_session(session)
 {
@@ -49,7 +57,7 @@ void Download::onEnd(TidemarCommand::TidemarCommandIn command)
         m_session.startCommand(TidemarCommand::Owner);
         return;
     case TidemarCommand::Owner:
-        m_hash.addData(m_session.owner().toUtf8());
+        addToFingerprint(m_session.owner());
         m_session.startGetLogbook({});
         return;
     case TidemarCommand::Fullsamples:
@@ -74,11 +82,9 @@ void Download::takeDive()
     const Dive dive = TidemarDiveConverter::toDive(m_session.diveHeaders()[m_dives],
                                                    m_session.diveSamples(), m_session);
     double deepest = 0;
-    for (const DiveLine &line : dive.lines) {
-        const std::array values = {line.time, line.depth, line.aux1Value, double(line.gasIndex)};
-        m_hash.addData(QByteArray(reinterpret_cast<const char *>(values.data()), sizeof values));
+    for (const DiveLine &line : dive.lines)
         deepest = std::max(deepest, line.depth);
-    }
+    addToFingerprint(m_session.diveHeaders()[m_dives], m_session.diveSamples(), dive);
     if (double(dive.lines.size()) != dive.count1 || deepest != dive.tenths1)
         blame(u"dive %1 has %2 samples down to %3 m, its header tells %4 and %5 m"_s
                   .arg(dive.diveNumber)

@@ -26,7 +26,7 @@ public:
     [[nodiscard]] bool isDone() const { return m_done; }
     [[nodiscard]] int dives() const { return m_dives; }
     [[nodiscard]] qint64 samples() const { return m_samples; }
-    /** The same for the same data, whatever way they came. */
+    /** The same if every field of all headers, samples and dives is the same. */
     [[nodiscard]] QByteArray fingerprint() const { return m_hash.result(); }
     /** What is not as the headers say, or was told as an error. */
     [[nodiscard]] QString problem() const { return m_problem; }
@@ -38,6 +38,7 @@ private:
     void onEnd(TidemarCommand::TidemarCommandIn command);
     void next();
     void takeDive();
+    template <typename... Values> void addToFingerprint(const Values &...values);
     void blame(const QString &what);
 
     VardaSession &m_session;

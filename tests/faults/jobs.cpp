@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "jobs.h"
 
+#include <QtCore/qdatetime.h>
 #include <QtCore/qendian.h>
 #include <QtCore/qmetaobject.h>
 
-#include <type_traits>
+#include <cstdlib>
 
-#include <varda/tidemardiveconverter.h>
+#include "digest.h"
 
 using namespace Qt::StringLiterals;
 
@@ -125,74 +126,13 @@ QList<Job> makeJobs()
     return jobs;
 }
 
-/** Values one after the other, whatever they are. */
-class Digest
+/** A clock that a job has just set differs from run to run; any other is the scenario's. */
+QString clockOf(const VardaSession &session)
 {
-public:
-    template <typename T> Digest &operator<<(const T &value)
-    {
-        if constexpr (std::is_arithmetic_v<T> || std::is_enum_v<T>)
-            text += QByteArray::number(double(value), 'g', 17) + ' ';
-        else if constexpr (std::is_same_v<T, QString>)
-            text += value.toUtf8().toPercentEncoding() + ' ';
-        else if constexpr (std::is_same_v<T, QByteArray>)
-            text += value.toHex() + ' ';
-        else
-            all(value);
-        return *this;
-    }
-    template <typename... Ts> void add(const Ts &...values) { ((*this << values), ...); }
-
-    QByteArray text;
-
-private:
-    template <typename Range> void all(const Range &range)
-    {
-        text += '[';
-        for (const auto &each : range)
-            add(each);
-        text += ']';
-    }
-};
-
-void add(Digest &digest, const BleConfig &config)
-{
-    digest.add(config.configWord, config.cfgA, config.cfgB, config.cfgC, config.cfgD, config.cfgE,
-               config.waterType, config.surfacePressure, config.cfgF, config.cfgG, config.cfgBytes,
-               config.cfgH, config.tailBytes);
-    for (const auto &each : config.cfgTriple)
-        digest.add(each.first, each.second, each.third);
-    for (const auto &table : {config.gasTable1, config.gasTable2}) {
-        for (const auto &gas : table)
-            digest.add(gas.oxygen, gas.helium);
-    }
-}
-
-void add(Digest &digest, const BleComputer &computer)
-{
-    const BleComputer &c = computer;
-    digest.add(c.rawBlock, c.batteryType, c.setting1, c.setting2, c.setting3, c.setting4,
-               c.setting5, c.setting6, c.setting7, c.setting8, c.value64a, c.flags32, c.value64b,
-               c.entryCount, c.entries, c.value64c, c.computerByte1, c.quadWords, c.computerWord1,
-               c.computerWord2, c.computerWord3, c.computerWord4, c.computerWord5, c.computerWord6,
-               c.sixWords, c.computerByte2, c.computerByte3, c.computerByte4, c.value64d,
-               c.value64e, c.computerByte5, c.computerWord7);
-}
-
-void add(Digest &digest, const TidemarDiveHeader &h)
-{
-    digest.add(h.diveNumber, h.model, h.stamp, h.stamp2, h.tenths1, h.tenths2, h.sampleInterval,
-               h.value32a, h.value32b, h.value32c, h.value32d, h.value32e, h.value32f, h.kindByte,
-               h.tidemarBit, h.headerWord1, h.headerWord5, h.headerWord13, h.headerByte7, h.count1,
-               h.count2, h.tissueN2, h.tissueHe, h.gasSlotMask, h.gasO2, h.gasHe, h.signed1,
-               h.signed2);
-}
-
-void add(Digest &digest, const DiveSample &s)
-{
-    digest.add(s.version, int(s.depth), int(s.flag), int(s.code), int(s.value12), int(s.mode),
-               s.aux1, s.aux2, s.aux3, s.aux4, s.aux5, s.aux6, s.aux7, s.aux8, s.aux9, s.aux10,
-               s.aux11, s.aux12);
+    constexpr qint64 kHour = 3600;
+    const QDateTime now = QDateTime::currentDateTime();
+    const qint64 ahead = session.computerTime() - now.toSecsSinceEpoch() - now.offsetFromUtc();
+    return std::abs(ahead) < kHour ? u"now"_s : QString::number(session.computerTime());
 }
 
 } // namespace
@@ -212,19 +152,8 @@ QByteArray digestOf(const VardaSession &session)
                session.psurf(), session.pamb(), session.density(), session.dstop(),
                session.diverN2(), session.diverHe(), session.diverCns(), session.syslog(),
                session.activeLayouts(), session.layoutBlob(), session.layoutCommandSuccess(),
-               session.deleteResult().resultA, session.deleteResult().resultB);
-    add(digest, session.config());
-    add(digest, session.computer());
-    for (const auto &header : session.diveHeaders())
-        add(digest, header);
-    for (const auto &sample : session.diveSamples())
-        add(digest, sample);
-    for (const auto &record : session.syslogBin())
-        digest.add(record.time, record.type, record.arg1, record.arg2);
-    for (const auto &record : session.batteryInfo())
-        digest.add(record.kind, record.value20, record.value12, record.offsetValue,
-                   record.scaledValue, record.extra15, record.extra12);
-    for (const auto &layout : session.layouts())
-        digest.add(layout.first, layout.second, layout.name);
+               session.lastEraseFlashSuccess(), session.deleteResult(), session.config(),
+               session.computer(), session.diveHeaders(), session.diveSamples(),
+               session.syslogBin(), session.batteryInfo(), session.layouts(), clockOf(session));
     return digest.text;
 }

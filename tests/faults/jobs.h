@@ -25,5 +25,8 @@ struct Job {
 
 [[nodiscard]] const QList<Job> &allJobs();
 
-/** All that a session learned, as text. */
+/**
+ * All that a session learned, as text: each field of each record. Only the duration of an upload,
+ * which differs from run to run, is left out.
+ */
 [[nodiscard]] QByteArray digestOf(const VardaSession &session);
