@@ -10,11 +10,13 @@
 #include <varda/vardaexport.h>
 
 /**
- * A computer's settings, as its configuration answer gives them. Which fields an answer fills
- * depends on the model; the rest keeps what it had.
+ * A computer's settings, from its configuration answer. Which fields an answer fills depends on
+ * the model and the answer's version; the rest keeps what it had.
+ *
+ * The meaning of fields without a remark is not known.
  */
 struct VARDA_EXPORT BleComputer {
-    std::array<char, 32> rawBlock{}; ///< text, ended by a NUL when shorter than the block
+    std::array<char, 32> rawBlock{}; ///< the owner's text in UTF-8; ended by a NUL if shorter
     std::uint8_t batteryType = 0;    ///< see getBatteryStr()
     std::uint8_t setting1 = 0;
     std::uint8_t setting2 = 0;
@@ -27,8 +29,8 @@ struct VARDA_EXPORT BleComputer {
     std::uint64_t value64a = 0;
     std::array<std::uint8_t, 32> flags32{};
     std::uint64_t value64b = 0;
-    std::uint8_t entryCount = 0; ///< number of 11-byte entries, which are not decoded
-    QByteArray entries;
+    std::uint8_t entryCount = 0; ///< number of 11-byte entries, which are skipped; Varda only
+    QByteArray entries;          ///< never filled
     std::uint64_t value64c = 0;
     std::uint8_t computerByte1 = 0;
     std::array<std::uint16_t, 4> quadWords{};

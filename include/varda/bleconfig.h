@@ -6,7 +6,12 @@
 
 #include <varda/vardaexport.h>
 
-/** A computer's environment and gas settings, as its configuration answer gives them. */
+/**
+ * A computer's environment and gas settings, from its configuration answer. Which fields an
+ * answer fills depends on the model and the answer's version; the rest keeps what it had.
+ *
+ * The meaning of fields without a remark is not known.
+ */
 struct VARDA_EXPORT BleConfig {
     /** One entry of a gas table, in whole percent. */
     struct Gas {
@@ -30,8 +35,8 @@ struct VARDA_EXPORT BleConfig {
     std::uint8_t cfgF = 0;
     std::uint8_t cfgG = 0;
     std::array<std::uint8_t, 6> cfgBytes{};
-    std::array<Gas, 12> gasTable1{};
-    std::array<Gas, 12> gasTable2{};
+    std::array<Gas, 12> gasTable1{}; ///< 0/0 is an empty entry
+    std::array<Gas, 12> gasTable2{}; ///< 0/0 is an empty entry
     std::uint16_t cfgH = 0;
     std::array<Triple, 3> cfgTriple{};
     std::array<std::uint8_t, 6> tailBytes{};

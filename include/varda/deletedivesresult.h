@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-/** What the computer answered to the deletion of dives: two numbers, in received order. */
+/** A computer's answer to the deletion of dives: two numbers of unknown meaning. */
 struct DeleteDivesResult {
     std::uint32_t resultA = 0;
     std::uint32_t resultB = 0;

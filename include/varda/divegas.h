@@ -8,15 +8,18 @@
 #include <varda/gasusage.h>
 #include <varda/vardaexport.h>
 
-/** One gas of a dive; fractions are 0 to 1. */
+/**
+ * One gas of a dive; fractions are 0 to 1. The converter sets the fractions, the usage and
+ * closedCircuit; the other fields are for applications.
+ */
 struct VARDA_EXPORT DiveGas {
     float oxygen = 0.21F;
     float helium = 0.0F;
-    float nitrogen = 0.79F; ///< what oxygen and helium leave; never below 0
-    float limit = -1.0F;    ///< -1: not set
-    std::int64_t reserved = 0;
+    float nitrogen = 0.79F;    ///< what oxygen and helium leave; never below 0
+    float limit = -1.0F;       ///< -1: not set
+    std::int64_t reserved = 0; ///< no use yet
     GasUsage::GasUsageIn usage = GasUsage::None;
-    bool enabled = true;
+    bool enabled = true; ///< whether the gas may be used
     QString label;
     QString label2;
     std::uint32_t color = 0xFFFFFF; ///< 0xRRGGBB

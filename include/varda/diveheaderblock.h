@@ -8,54 +8,63 @@
 
 #include <varda/computermodel.h>
 
-/** What a dive header and a generic dive have in common: all that the computer tells of a dive. */
+/**
+ * What a dive header and a generic dive have in common: all that a computer reports about a dive.
+ *
+ * What is known of a field, and its unit, stands beside it. Of a field without a remark only the
+ * number is known: it is what the computer sent, named by its size or place, without a known
+ * meaning. Fields marked "never sent" keep their defaults, and so does what a model's layout
+ * does not have.
+ */
 struct DiveHeaderBlock {
-    std::uint16_t diveNumber = 0;
-    ComputerModel::ComputerModelIn model = ComputerModel::Unknown;
-    std::uint64_t stamp = 0; ///< as sent
-    std::int64_t stamp2 = 0; ///< as sent
-    double tenths1 = 0;
-    double tenths2 = 0;
+    std::uint16_t diveNumber = 0; ///< the number in the computer's logbook
+    ComputerModel::ComputerModelIn model = ComputerModel::Unknown; ///< of the computer
+    /** The begin, as far as is known: seconds since 1970-01-01 by the computer's own clock. */
+    std::uint64_t stamp = 0;
+    std::int64_t stamp2 = 0;
+    double tenths1 = 0;              ///< sent in tenths
+    double tenths2 = 0;              ///< sent in tenths
     std::uint8_t sampleInterval = 5; ///< seconds between two samples
     std::uint32_t value32a = 0;
-    std::uint8_t kindByte = 0;   ///< not 0: a closed-circuit dive
-    std::uint8_t tidemarBit = 1; ///< 0 or 1
+    /** 0: an open-circuit dive; otherwise closed circuit. A 3 from a Tidemar or VSKM becomes 5. */
+    std::uint8_t kindByte = 0;
+    std::uint8_t tidemarBit = 1; ///< 0 or 1; Tidemar only
     std::uint16_t headerWord1 = 0;
-    bool below1020 = false;
+    bool below1020 = false; ///< whether the number sent here, which is not kept, was below 1020
     std::uint8_t headerByte1 = 80;
     std::uint8_t headerByte2 = 80;
     std::uint16_t headerWord2 = 0;
     std::uint16_t headerWord3 = 0;
     std::uint16_t headerWord4 = 0;
     std::uint32_t value32b = 0;
-    double count1 = 0;
-    double count2 = 0;
+    double count1 = 0; ///< a whole number
+    double count2 = 0; ///< a whole number
     std::uint32_t value32c = 0;
-    std::array<std::uint16_t, 16> tissueN2{};
-    std::array<std::uint16_t, 16> tissueHe{};
-    std::uint16_t gasSlotMask = 0; ///< bit i: gas slot i is in use
-    std::uint8_t headerByte3 = 0;
-    std::array<std::uint8_t, 12> gasO2{}; ///< percent, by slot
-    std::array<std::uint8_t, 12> gasHe{}; ///< percent, by slot
-    std::array<std::uint8_t, 48> reservedBlock{};
-    std::uint8_t headerByte4 = 0;
+    std::array<std::uint16_t, 16> tissueN2{};     ///< nitrogen load of each tissue; unit unknown
+    std::array<std::uint16_t, 16> tissueHe{};     ///< helium load of each tissue; unit unknown
+    std::uint16_t gasSlotMask = 0;                ///< bit i: gas slot i is in use
+    std::uint8_t headerByte3 = 0;                 ///< never sent
+    std::array<std::uint8_t, 12> gasO2{};         ///< oxygen in whole percent, by gas slot
+    std::array<std::uint8_t, 12> gasHe{};         ///< helium in whole percent, by gas slot
+    std::array<std::uint8_t, 48> reservedBlock{}; ///< never sent
+    std::uint8_t headerByte4 = 0;                 ///< never sent
     std::uint8_t headerByte5 = 0;
-    std::uint8_t headerByte6 = 0;
+    std::uint8_t headerByte6 = 0; ///< never sent
     std::uint16_t headerWord5 = 0;
     std::uint16_t headerWord6 = 0;
     std::uint16_t headerWord7 = 0;
     std::uint32_t value32d = 0;
-    std::uint16_t headerWord8 = 0;
-    double signed1 = 0;
-    double signed2 = 0;
-    std::uint16_t headerWord9 = 0;
-    std::uint16_t headerWord10 = 0;
+    std::uint16_t headerWord8 = 0;  ///< Varda only
+    double signed1 = 0;             ///< -128 to 127
+    double signed2 = 0;             ///< -128 to 127
+    std::uint16_t headerWord9 = 0;  ///< never sent
+    std::uint16_t headerWord10 = 0; ///< never sent
     std::uint16_t headerWord11 = 0;
     std::uint16_t headerWord12 = 0;
     std::uint32_t value32e = 0;
     std::uint32_t value32f = 0;
-    QString text1;
-    QString text2;
-    QString text3;
-    QString text4;
+    QString text1; ///< never sent
+    QString text2; ///< never sent
+    QString text3; ///< never sent
+    QString text4; ///< never sent
 };

@@ -3,15 +3,19 @@
 
 #include <cstdint>
 
-/** One point of a generic dive's profile. Fields named by their place are filled by nothing yet. */
+/**
+ * One point of a generic dive's profile. Fields without a remark hold what the field of DiveSample
+ * with the same name holds. Those named "value" and a number, and flag25, have no meaning yet and
+ * stay 0.
+ */
 struct DiveLine {
     double time = 0;  ///< seconds since the first sample
     double depth = 0; ///< metres
     double value3 = 0;
     double value4 = 0;
-    double aux1Value = 0; ///< -128 to 127
-    double valueTenths = 0;
-    std::int16_t valueNegated = 0; ///< 1 to 2048 where the sample's value is negative
+    double aux1Value = 0;   ///< water temperature, as far as is known: degrees Celsius, -128 to 127
+    double valueTenths = 0; ///< DiveSample::value12 divided by ten; 0 if it is below 0
+    std::int16_t valueNegated = 0; ///< its magnitude, 1 to 2048, if it is below 0; else 0
     std::int64_t value8 = 0;
     std::int64_t value9 = 0;
     std::int64_t value10 = 0;

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-/** A mark in a dive, 12 bytes; no converter fills it yet. */
+/** A mark in a dive: three numbers of unknown meaning. No converter fills it yet. */
 struct DiveMark {
     std::uint32_t first = 0;
     std::uint32_t second = 0;

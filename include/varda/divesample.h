@@ -5,23 +5,25 @@
 
 /**
  * One point of a dive's profile, as the computer stores it. Which fields a stream fills depends on
- * the model and the stream's version.
+ * the model and the stream's version; the others keep their defaults.
+ *
+ * The meaning of fields without a remark is not known.
  */
 struct DiveSample {
-    std::uint8_t version = 0; ///< version of the sample stream
-    std::uint16_t depth : 12; ///< 0.1 m, 0 to 4095
-    std::uint8_t : 0;         // each group in a unit of its own
-    std::uint8_t flag : 1;
-    std::uint8_t code : 4;     ///< gas slot of the dive's header in use
-    std::int16_t value12 : 12; ///< tenths when not negative, otherwise a number by its magnitude
+    std::uint8_t version = 0;  ///< version of the sample stream
+    std::uint16_t depth : 12;  ///< in 0.1 m, 0 to 4095
+    std::uint8_t : 0;          // each group in a unit of its own
+    std::uint8_t flag : 1;     ///< a status bit
+    std::uint8_t code : 4;     ///< the gas slot in use, an index in DiveHeaderBlock::gasO2
+    std::int16_t value12 : 12; ///< from 0 on: tenths; below 0: another number, its magnitude
     std::uint8_t : 0;
     std::uint8_t mode : 2;
     std::uint8_t modeFlag : 1;
-    std::uint8_t aux1 = 0;
+    std::uint8_t aux1 = 0; ///< water temperature, as far as is known: whole degrees Celsius, signed
     std::uint16_t aux2 = 0;
     std::uint8_t aux3 = 0;
     std::uint8_t aux4 = 0;
-    std::uint8_t aux5 = 0; ///< groups of two bits
+    std::uint8_t aux5 = 0; ///< status, two bits each
     std::uint8_t aux6 = 0;
     std::uint8_t aux7 = 0;
     std::uint16_t aux8 = 0;

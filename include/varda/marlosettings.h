@@ -3,7 +3,10 @@
 
 #include <cstdint>
 
-/** Settings that VardaSession::startMarloSettings() sends, in the order on the wire. */
+/**
+ * Settings that VardaSession::startMarloSettings() sends, in the order of transmission. Their
+ * meaning is not known.
+ */
 struct MarloSettings {
     std::uint8_t byte1 = 0;
     std::uint8_t byte2 = 0;

@@ -7,12 +7,15 @@
 
 #include <varda/vardaexport.h>
 
-/** One entry of the binary system log. */
+/**
+ * One entry of the binary system log. convertSyslogRecord() knows what the arguments mean for each
+ * type and puts them into the text.
+ */
 struct SyslogBinRecord {
     std::int64_t time = 0; ///< seconds since 1970-01-01 00:00:00 UTC
-    std::uint8_t type = 0; ///< 0 to 72; selects the text
-    std::int32_t arg1 = 0; ///< meaning depends on the type
-    std::int32_t arg2 = 0; ///< meaning depends on the type
+    std::uint8_t type = 0; ///< selects the text; 0 to 72 have one
+    std::int32_t arg1 = 0;
+    std::int32_t arg2 = 0;
 };
 
 /**

@@ -3,8 +3,10 @@
 
 #include <varda/diveheaderblock.h>
 
-/** One dive of the logbook, as the computer lists it. Fields that no answer fills keep their
- *  defaults. */
+/**
+ * One dive of the logbook, as the computer lists it. DiveHeaderBlock says what is known of the
+ * fields; the three below come from newer Vardas only, and their meaning is not known.
+ */
 struct TidemarDiveHeader : DiveHeaderBlock {
     std::uint8_t headerByte7 = 0;
     std::uint16_t headerWord13 = 1;

@@ -26,8 +26,8 @@ class BufferReader;
  *
  * A decoder takes one response buffer: 512 bytes, byte 0 the command's code, the payload from
  * byte 1 on, zeros behind it. It takes what is there, reports nothing, and leaves alone the fields
- * that it does not name. A length counts byte 0 and is taken as 512 at most. Units are the
- * computer's where none is given.
+ * that it does not name. A length counts byte 0 and is taken as 512 at most. If a field has no unit
+ * here, its unit is the computer's and not known.
  */
 class VARDA_EXPORT VardaData
 {
@@ -48,20 +48,20 @@ public:
     BleConfig config;
     BleComputer computer;
     QString owner;
-    std::uint32_t psurf = 0; ///< surface pressure
-    std::uint32_t pamb = 0;  ///< ambient pressure
-    std::uint16_t dstop = 0;
-    std::uint16_t density = 0;
-    std::int64_t computerTime = 0;        ///< the computer's clock as sent
+    std::uint32_t psurf = 0;              ///< surface pressure
+    std::uint32_t pamb = 0;               ///< ambient pressure
+    std::uint16_t dstop = 0;              ///< meaning unknown
+    std::uint16_t density = 0;            ///< density of the water
+    std::int64_t computerTime = 0;        ///< the computer's clock: seconds since 1970, local time
     QList<TidemarDiveHeader> diveHeaders; ///< in order of arrival
     QByteArray samplesBuffer;             ///< raw samples of the dive being read
     QList<DiveSample> diveSamples;
-    std::uint8_t eraseFlashResult = 0; ///< as sent
+    std::uint8_t eraseFlashResult = 0; ///< 1: the flash was erased
     std::uint16_t spareWord = 0;       ///< no use yet
     std::array<float, 16> diverN2{};   ///< nitrogen load by tissue
     std::array<float, 16> diverHe{};   ///< helium load by tissue
-    float diverCns = 0;
-    std::int32_t readPosition = 0; ///< cursor of a decoder at work; no meaning afterwards
+    float diverCns = 0;                ///< load of the central nervous system by oxygen
+    std::int32_t readPosition = 0;     ///< cursor of a decoder at work; no meaning afterwards
     const std::uint8_t *readPayload = nullptr; ///< null unless a decoder is at work
 
     /** Firmware version, model, record version, mode; and the bootloader's where it is sent. */
