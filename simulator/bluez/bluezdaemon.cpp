@@ -191,8 +191,6 @@ void BluezDaemon::strike(const Fault &fault, const QString &address)
     QTimer::singleShot(fault.ms, this, happen);
 }
 
-// ---- Calls
-
 bool BluezDaemon::handleMessage(const QDBusMessage &call, const QDBusConnection &)
 {
     if (m_ended) {
@@ -299,8 +297,6 @@ bool BluezDaemon::handleDevice(const QDBusMessage &call)
     }
     return false;
 }
-
-// ---- Discovery
 
 void BluezDaemon::setDiscoveryFilter(const QDBusMessage &call)
 {
