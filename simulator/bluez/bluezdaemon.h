@@ -17,8 +17,10 @@
 
 namespace simulator {
 
-// BlueZ's daemon on a bus of ours: one adapter and the devices of a scenario, behaving as
-// bluetoothd does towards Qt.
+/**
+ * BlueZ's daemon on a bus of ours: one adapter and the devices of a scenario, behaving as
+ * bluetoothd does towards Qt.
+ */
 class BluezDaemon : public QDBusVirtualObject
 {
     Q_OBJECT
@@ -28,13 +30,13 @@ public:
     ~BluezDaemon() override;
 
     bool start(QString *error);
-    // Everything that was there goes; what this scenario says comes.
+    /** Everything that was there goes; what this scenario says comes. */
     void load(const Scenario &scenario);
 
     RemoteDevice *device(const QString &address) const;
     void setPowered(bool powered);
     void removeAdapter();
-    // As when the daemon's process ends, and when it is started again.
+    /** As when the daemon's process ends, and when it is started again. */
     void end();
     void startAgain();
     Recorder &recorder() { return m_recorder; }
@@ -66,10 +68,10 @@ private:
     Recorder m_recorder;
     QDBusServiceWatcher m_clients;
     Scenario m_scenario;
-    quint64 m_generation = 0; // of the scenario
+    quint64 m_generation = 0; ///< of the scenario
     bool m_ended = false;
     std::vector<std::unique_ptr<RemoteDevice>> m_devices;
-    QHash<QString, QString> m_filters; // of each client: the transport it wants
+    QHash<QString, QString> m_filters; ///< of each client: the transport it wants
     QStringList m_discoverers;
 };
 

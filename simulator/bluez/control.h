@@ -8,7 +8,7 @@
 
 namespace simulator {
 
-// What a test tells the simulator while it runs: org.varda.Simulator1.
+/** What a test tells the simulator while it runs: org.varda.Simulator1. */
 class Control : public QObject, protected QDBusContext
 {
     Q_OBJECT

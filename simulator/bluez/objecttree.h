@@ -13,8 +13,10 @@ namespace simulator {
 using Interfaces = QMap<QString, QVariantMap>;
 using ManagedObjects = QMap<QDBusObjectPath, Interfaces>;
 
-// The objects that the daemon shows on the bus, with their properties. Every change goes out as
-// the signal that belongs to it.
+/**
+ * The objects that the daemon shows on the bus, with their properties. Every change goes out as
+ * the signal that belongs to it.
+ */
 class ObjectTree
 {
 public:
@@ -22,7 +24,7 @@ public:
 
     void add(const QString &path, const QString &interface, const QVariantMap &properties);
     void remove(const QString &path);
-    // The object and everything below it, the deepest first.
+    /** The object and everything below it, the deepest first. */
     void removeAll(const QString &path);
     bool contains(const QString &path) const { return m_objects.contains(path); }
 
@@ -30,11 +32,11 @@ public:
     void change(const QString &path, const QString &interface, const QVariantMap &changes,
                 const QStringList &invalidated = {});
 
-    // A daemon that is gone tells nobody what becomes of its objects.
+    /** A daemon that is gone tells nobody what becomes of its objects. */
     void setSilent(bool silent) { m_silent = silent; }
 
     ManagedObjects all() const;
-    // Answers org.freedesktop.DBus.Properties.Get and GetAll.
+    /** Answers org.freedesktop.DBus.Properties.Get and GetAll. */
     QDBusMessage answerProperties(const QDBusMessage &call) const;
     QString introspect(const QString &path) const;
 

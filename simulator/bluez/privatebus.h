@@ -9,7 +9,7 @@
 
 namespace simulator {
 
-// A message bus of our own, that lives as long as this object.
+/** A message bus of our own, that lives as long as this object. */
 class PrivateBus : public QObject
 {
     Q_OBJECT

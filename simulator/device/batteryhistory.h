@@ -7,7 +7,7 @@ namespace simulator {
 
 struct BatteryWords;
 
-// A history that has one record of every kind, and an empty slot between them.
+/** A history that has one record of every kind, and an empty slot between them. */
 QList<BatteryWords> plausibleBatteryHistory();
 
 } // namespace simulator

@@ -7,7 +7,7 @@
 
 namespace simulator {
 
-// The codes of the requests that the computer knows; the code is byte 8 of a frame.
+/** The codes of the requests that the computer knows; the code is byte 8 of a frame. */
 enum Command : quint8 {
     Sync = 0,
     Identification = 1,
@@ -59,7 +59,7 @@ enum Command : quint8 {
     Close = 255,
 };
 
-// A command as a scenario names it: by its code in decimal or by its name.
+/** A command as a scenario names it: by its code in decimal or by its name. */
 std::optional<quint8> commandFromText(const QString &text);
 
 } // namespace simulator

@@ -15,19 +15,19 @@
 
 namespace simulator {
 
-// The diving computer: it holds a state and answers requests.
+/** The diving computer: it holds a state and answers requests. */
 class Computer
 {
 public:
     explicit Computer(const DeviceScenario &scenario);
 
-    // The frames of the answer, in order; none for what the computer does not know.
+    /** The frames of the answer, in order; none for what the computer does not know. */
     QList<Frame> answer(const Frame &request);
 
-    // The last firmware or bootloader that was uploaded and accepted.
+    /** The last firmware or bootloader that was uploaded and accepted. */
     const QByteArray &firmwareImage() const { return m_firmware.image(); }
 
-    // Everything that a request can change, for a look from outside.
+    /** Everything that a request can change, for a look from outside. */
     QJsonObject state() const;
 
 private:

@@ -11,19 +11,19 @@ namespace simulator {
 
 enum class Model;
 
-// The settings of a computer, by name, and their layout on the wire for each model and version.
+/** The settings of a computer, by name, and their layout on the wire for each model and version. */
 class Configuration
 {
 public:
     Configuration();
 
-    // Settings given by a scenario; throws BadScenario for one that does not exist or fit.
+    /** Settings given by a scenario; throws BadScenario for one that does not exist or fit. */
     void read(const QJsonValue &value, const QString &path);
 
     quint64 value(const char *name, int index = 0) const;
     void set(const char *name, quint64 value, int index = 0);
 
-    // How many gases a table of this model and version holds.
+    /** How many gases a table of this model and version holds. */
     int gasCount() const;
 
     void setVersion(Model model, int version)
@@ -31,10 +31,10 @@ public:
         m_model = model;
         m_version = version;
     }
-    // Without a version in front, as the first firmwares sent it.
+    /** Without a version in front, as the first firmwares sent it. */
     void setShortForm() { m_shortForm = true; }
 
-    // The payload of an answer, with the section that only the newer of the two requests gets.
+    /** The payload of an answer, with the section that only the newer of the two requests gets. */
     QByteArray payload(bool extended, const QByteArray &owner) const;
 
 private:

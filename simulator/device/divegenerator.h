@@ -14,21 +14,21 @@
 
 namespace simulator {
 
-// What is known of a dive before anybody asks for it.
+/** What is known of a dive before anybody asks for it. */
 struct DiveRecipe {
     quint16 number = 1;
     quint64 seed = 1;
-    std::optional<DiveKind> kind; // by the number, if not given
-    int samples = 0;              // 0: as many as the dive takes
+    std::optional<DiveKind> kind; ///< by the number, if not given
+    int samples = 0;              ///< 0: as many as the dive takes
     int interval = 5;
     std::optional<QList<Sample>> profile;
-    // What its header says instead of what suits the dive.
+    /** What its header says instead of what suits the dive. */
     QList<std::pair<HeaderField, quint64>> fields;
     std::optional<std::array<quint16, 16>> tissueN2;
     std::optional<std::array<quint16, 16>> tissueHe;
     std::optional<std::array<quint8, 12>> gasO2;
     std::optional<std::array<quint8, 12>> gasHe;
-    // Exactly these instead of all of the above.
+    /** Exactly these instead of all of the above. */
     std::optional<QByteArray> headerBytes;
     std::optional<QByteArray> sampleBytes;
 };
@@ -38,7 +38,7 @@ struct GeneratedDive {
     QList<Sample> samples;
 };
 
-// The same recipe gives the same dive, for ever and on every machine.
+/** The same recipe gives the same dive, for ever and on every machine. */
 GeneratedDive generateDive(const DiveRecipe &recipe, Model model);
 
 } // namespace simulator

@@ -9,7 +9,7 @@ namespace simulator {
 
 enum class Model;
 
-// What a logbook says about a dive, by the names that the scenarios and the documentation use.
+/** What a logbook says about a dive, by the names that the scenarios and the documentation use. */
 enum class HeaderField {
     DiveNumber,
     HeaderByte5,
@@ -51,7 +51,7 @@ enum class HeaderField {
 };
 
 const char *nameOf(HeaderField field);
-// In bytes.
+/** In bytes. */
 int widthOf(HeaderField field);
 
 class DiveHeader
@@ -69,7 +69,7 @@ private:
     std::array<quint64, size_t(HeaderField::Count)> m_values{};
 };
 
-// The payload that carries a header; version 0 is the layout that names no version.
+/** The payload that carries a header; version 0 is the layout that names no version. */
 QByteArray encodeHeader(const DiveHeader &header, Model model, int version);
 
 } // namespace simulator

@@ -9,14 +9,14 @@ namespace simulator {
 
 enum class Model;
 
-// One point of a dive's profile.
+/** One point of a dive's profile. */
 struct Sample {
-    int depth = 0; // tenths of a metre
-    int code = 0;  // the gas slot in use
+    int depth = 0; ///< tenths of a metre
+    int code = 0;  ///< the gas slot in use
     int value12 = 0;
     int mode = 0;
     int flag = 0;
-    int status = 0; // two bytes that most models send instead of aux5 to aux7
+    int status = 0; ///< two bytes that most models send instead of aux5 to aux7
     int gasStatus = 0;
     int aux1 = 0;
     int aux2 = 0;
@@ -34,8 +34,10 @@ struct Sample {
 
 Sample readSample(const QJsonValue &value, const QString &path);
 
-// All samples of a dive as one stream of bytes, with the mark of its version in front unless
-// that is 0.
+/**
+ * All samples of a dive as one stream of bytes, with the mark of its version in front unless
+ * that is 0.
+ */
 QByteArray encodeSamples(const QList<Sample> &samples, Model model, int version);
 
 } // namespace simulator

@@ -20,12 +20,14 @@ struct FirmwareScenario {
 
 FirmwareScenario readFirmware(ObjectReader &reader);
 
-// Takes a new firmware or bootloader, checks it and keeps it.
+/** Takes a new firmware or bootloader, checks it and keeps it. */
 class FirmwareStore
 {
 public:
-    // The older procedure names the image and checks it by its CRC; the newer one, in which an
-    // image describes itself, can go on where an earlier attempt broke off.
+    /**
+     * The older procedure names the image and checks it by its CRC; the newer one, in which an
+     * image describes itself, can go on where an earlier attempt broke off.
+     */
     enum class Family { None, Program, Update };
 
     struct Installed {
@@ -36,13 +38,13 @@ public:
     explicit FirmwareStore(const FirmwareScenario &scenario) : m_scenario(scenario) { }
 
     bool beginProgram(const QByteArray &payload);
-    // The answer: refused, accepted, or accepted from an offset on.
+    /** The answer: refused, accepted, or accepted from an offset on. */
     QByteArray beginUpdate(const QByteArray &header);
     bool addBlock(Family family, const QByteArray &block);
-    // What is new if the image is accepted.
+    /** What is new if the image is accepted. */
     std::optional<Installed> end(Family family);
 
-    // The last image that was accepted.
+    /** The last image that was accepted. */
     const QByteArray &image() const { return m_image; }
     void addTo(QJsonObject &state) const;
 

@@ -16,8 +16,10 @@ quint16 crc16(QByteArrayView bytes);
 
 QByteArray encodeFrame(const Frame &frame);
 
-// Cuts the bytes that arrive on the serial link into frames. Bytes that are no frame, and frames
-// with a wrong checksum, are dropped: the computer waits for the next start pattern.
+/**
+ * Cuts the bytes that arrive on the serial link into frames. Bytes that are no frame, and frames
+ * with a wrong checksum, are dropped: the computer waits for the next start pattern.
+ */
 class FrameAssembler
 {
 public:

@@ -12,7 +12,9 @@
 
 namespace simulator {
 
-// What is wrong with a scenario, and where; thrown by the readers and caught by Scenario::parse.
+/**
+ * What is wrong with a scenario, and where; thrown by the readers and caught by Scenario::parse.
+ */
 struct BadScenario {
     QString text;
 };
@@ -26,8 +28,10 @@ bool readBool(const QJsonValue &value, const QString &path);
 QByteArray readHex(const QJsonValue &value, const QString &path);
 QJsonArray readArray(const QJsonValue &value, const QString &path);
 
-// One object of a scenario. Every key is asked for by name; what nobody asked for is an error, so
-// that a misspelt key does not silently leave a default in place.
+/**
+ * One object of a scenario. Every key is asked for by name; what nobody asked for is an error, so
+ * that a misspelt key does not silently leave a default in place.
+ */
 class ObjectReader
 {
 public:
@@ -60,7 +64,7 @@ public:
         badValue(path(key), notOneOf(wanted, known));
     }
 
-    // To be called when everything known has been asked for.
+    /** To be called when everything known has been asked for. */
     void finish() const;
 
 private:

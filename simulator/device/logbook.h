@@ -14,23 +14,25 @@ class ObjectReader;
 struct LogbookScenario {
     int version = 0;
     int sampleVersion = 0;
-    int sampleFrame = 235;   // bytes of a stream in one frame
-    QList<DiveRecipe> dives; // the oldest first
+    int sampleFrame = 235;   ///< bytes of a stream in one frame
+    QList<DiveRecipe> dives; ///< the oldest first
 };
 
-// Reads "dives" and how they are sent; the newest layouts of the model are the default.
+/** Reads "dives" and how they are sent; the newest layouts of the model are the default. */
 LogbookScenario readLogbook(ObjectReader &reader, Model model);
 
-// The dives that the computer remembers. They are made when somebody asks for them, so that a
-// large logbook costs nothing before.
+/**
+ * The dives that the computer remembers. They are made when somebody asks for them, so that a
+ * large logbook costs nothing before.
+ */
 class Logbook
 {
 public:
     Logbook(const LogbookScenario &scenario, Model model) : m_scenario(scenario), m_model(model) { }
 
-    // The newest first, without those that the other side knows.
+    /** The newest first, without those that the other side knows. */
     QList<QByteArray> headers(const QSet<quint16> &known) const;
-    // The stream of a dive's samples in pieces; none for a dive that is not there.
+    /** The stream of a dive's samples in pieces; none for a dive that is not there. */
     QList<QByteArray> samples(quint16 number) const;
 
     QList<quint16> numbers() const;

@@ -6,7 +6,7 @@
 
 namespace simulator {
 
-// What is too long for one frame, or one notification.
+/** What is too long for one frame, or one notification. */
 inline QList<QByteArray> inPieces(const QByteArray &bytes, qsizetype size)
 {
     QList<QByteArray> pieces;

@@ -5,8 +5,10 @@
 
 namespace simulator {
 
-// Numbers that look like chance and are the same on every machine (SplitMix64): what the
-// standard library calls distributions is not.
+/**
+ * Numbers that look like chance and are the same on every machine (SplitMix64): what the
+ * standard library calls distributions is not.
+ */
 class Random
 {
 public:

@@ -9,7 +9,7 @@
 
 namespace simulator {
 
-// Everything that a test may want to know of what the host did, in order.
+/** Everything that a test may want to know of what the host did, in order. */
 class Recorder : public QObject
 {
     Q_OBJECT
@@ -17,15 +17,15 @@ class Recorder : public QObject
 public:
     explicit Recorder(QObject *parent = nullptr);
 
-    // Events go to this file as well, one a line, as they happen.
+    /** Events go to this file as well, one a line, as they happen. */
     bool openFile(const QString &name, QString *error);
 
     void add(const QString &event, QJsonObject details = {});
     const QJsonArray &events() const { return m_events; }
     void clear() { m_events = {}; }
-    // Without what goes over the links: a large download would fill the memory.
+    /** Without what goes over the links: a large download would fill the memory. */
     void setWithTraffic(bool with) { m_withTraffic = with; }
-    // Times count from here.
+    /** Times count from here. */
     void restart();
 
 Q_SIGNALS:

@@ -25,7 +25,7 @@ enum class LinkMode { Gatt, Sps, Both, None };
 
 enum class Radio { LowEnergy, Classic, Dual };
 
-// What a characteristic is for the computer behind it.
+/** What a characteristic is for the computer behind it. */
 enum class Role { None, Data, Credits };
 
 struct DescriptorSpec {
@@ -47,7 +47,7 @@ struct ServiceSpec {
     QList<CharacteristicSpec> characteristics;
 };
 
-// How the service that carries the data differs from a healthy one.
+/** How the service that carries the data differs from a healthy one. */
 struct DataServiceSpec {
     QString uuid;
     QString characteristic;
@@ -59,14 +59,14 @@ struct DataServiceSpec {
 };
 
 struct Advertisement {
-    int after = 0; // ms after the start of a discovery
+    int after = 0; ///< ms after the start of a discovery
     int rssi = -60;
     std::optional<QString> name;
 };
 
-// The exact answer to one command.
+/** The exact answer to one command. */
 struct Response {
-    bool raw = false; // parts are notifications, not payloads
+    bool raw = false; ///< parts are notifications, not payloads
     QList<QByteArray> parts;
 };
 
@@ -126,7 +126,7 @@ struct DeviceScenario {
     Configuration configuration;
 };
 
-// As they are in a diver who has not dived for a while.
+/** As they are in a diver who has not dived for a while. */
 void restTissues(DeviceScenario &device);
 
 struct AdapterScenario {
@@ -142,13 +142,13 @@ struct Scenario {
     bool recordTraffic = true;
     QList<DeviceScenario> devices;
 
-    // Values given on the command line, which stand over those of every Low Energy device.
+    /** Values given on the command line, which stand over those of every Low Energy device. */
     struct Overrides {
         QString model;
         QString mode;
     };
 
-    // The scenario, or nothing and an error that says where and what.
+    /** The scenario, or nothing and an error that says where and what. */
     static std::optional<Scenario> parse(const QByteArray &json, QString *error,
                                          const Overrides &overrides = {});
 };

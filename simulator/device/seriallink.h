@@ -14,8 +14,10 @@
 
 namespace simulator {
 
-// The radio module between the computer and the air: bytes written by the host become requests,
-// answers become notifications, and whatever a scenario wants to go wrong with them goes wrong.
+/**
+ * The radio module between the computer and the air: bytes written by the host become requests,
+ * answers become notifications, and whatever a scenario wants to go wrong with them goes wrong.
+ */
 class SerialLink : public QObject
 {
     Q_OBJECT
@@ -25,9 +27,9 @@ public:
 
     void written(const QByteArray &bytes);
     void creditsGranted(const QByteArray &bytes);
-    // The link is new or gone: nothing that was under way is sent any more.
+    /** The link is new or gone: nothing that was under way is sent any more. */
     void reset();
-    // What the link carries, where that is less than the scenario's.
+    /** What the link carries, where that is less than the scenario's. */
     void setLinkMtu(int mtu);
 
     const Computer &computer() const { return m_computer; }
@@ -35,7 +37,7 @@ public:
 Q_SIGNALS:
     void notification(const QByteArray &bytes);
     void linkDropped();
-    // Something happens to more than this link.
+    /** Something happens to more than this link. */
     void calamity(const simulator::Fault &fault);
     void credits(const QString &event, int granted, qsizetype waiting);
 
@@ -43,7 +45,7 @@ private:
     struct Chunk {
         QByteArray bytes;
         quint8 command = 0;
-        bool heldBack = false; // its turn came before, its fault is spent
+        bool heldBack = false; ///< its turn came before, its fault is spent
     };
 
     void handle(const Frame &request);
@@ -62,7 +64,7 @@ private:
     FrameAssembler m_assembler;
     QQueue<Chunk> m_queue;
     QTimer m_pause;
-    QList<Chunk> m_endless; // sent again and again, until the link ends
+    QList<Chunk> m_endless; ///< sent again and again, until the link ends
     QTimer m_repetition;
     int m_mtu;
     int m_sentInPace = 0;

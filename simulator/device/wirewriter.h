@@ -8,7 +8,7 @@
 
 namespace simulator {
 
-// Appends values in the computer's byte order, least significant byte first.
+/** Appends values in the computer's byte order, least significant byte first. */
 class WireWriter
 {
 public:
@@ -25,8 +25,10 @@ public:
         return *this;
     }
 
-    // Bytes without a meaning. They are not zero, so that a reader who is off by some of them
-    // gets values that stand out.
+    /**
+     * Bytes without a meaning. They are not zero, so that a reader who is off by some of them
+     * gets values that stand out.
+     */
     WireWriter &filler(qsizetype count)
     {
         m_data.append(count, char(0xE5));

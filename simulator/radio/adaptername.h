@@ -5,8 +5,10 @@
 
 namespace simulator {
 
-// The name that an adapter shows to those who are connected, for as long as this lives. Systems
-// put it in the place of the advertised one, and would not find the computer again.
+/**
+ * The name that an adapter shows to those who are connected, for as long as this lives. Systems
+ * put it in the place of the advertised one, and would not find the computer again.
+ */
 class AdapterName
 {
 public:
@@ -18,7 +20,7 @@ private:
     void set(const QString &name) const;
 
     QString m_path;
-    QString m_before; // empty: the system's own
+    QString m_before; ///< empty: the system's own
 };
 
 } // namespace simulator

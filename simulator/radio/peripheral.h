@@ -18,7 +18,7 @@
 
 namespace simulator {
 
-// The computer on the air: a peripheral on one of this machine's Bluetooth adapters.
+/** The computer on the air: a peripheral on one of this machine's Bluetooth adapters. */
 class Peripheral : public QObject
 {
     Q_OBJECT
@@ -27,13 +27,15 @@ public:
     Peripheral(const DeviceScenario &scenario, Recorder &recorder, QObject *parent = nullptr);
     ~Peripheral() override;
 
-    // What of a scenario no adapter can do, with its place; nothing if it can do all.
+    /** What of a scenario no adapter can do, with its place; nothing if it can do all. */
     static QString problemWith(const Scenario &scenario);
-    // What the user should know of this way of being on the air.
+    /** What the user should know of this way of being on the air. */
     static QStringList limits(const DeviceScenario &scenario);
 
-    // Goes on the air; onAir() tells that it has worked, failed() that it has not or does not any
-    // more. Without an address on the system's first adapter.
+    /**
+     * Goes on the air; onAir() tells that it has worked, failed() that it has not or does not any
+     * more. Without an address on the system's first adapter.
+     */
     void start(const QString &adapterAddress);
 
 Q_SIGNALS:
@@ -59,7 +61,7 @@ private:
     std::unique_ptr<AdapterName> m_adapterName;
     std::unique_ptr<QLowEnergyController> m_controller;
     std::vector<std::unique_ptr<QLowEnergyService>> m_services;
-    // Through what the host last wrote, or the first one before it has.
+    /** Through what the host last wrote, or the first one before it has. */
     QLowEnergyService *m_dataService = nullptr;
     QLowEnergyCharacteristic m_data;
 };

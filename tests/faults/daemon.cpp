@@ -4,8 +4,8 @@
 #include "bluez/bluezdaemon.h"
 #include "bluez/control.h"
 
-#include <QtCore/QCoreApplication>
-#include <QtDBus/QDBusConnection>
+#include <QtCore/qcoreapplication.h>
+#include <QtDBus/qdbusconnection.h>
 
 #include <cstdio>
 #include <cstring>

@@ -126,6 +126,50 @@ def names():
             yield path, f"a header in src/ is called {path.stem}_p.h"
 
 
+# Of a function or an initializer.
+BODY = re.compile(r"[)>=]\s*((const|noexcept|override)\s*)*\{|\w\{")
+
+
+def lines_of_declarations(text):
+    """The lines of a header outside function bodies, each with its number and the next line."""
+    lines = text.split("\n")
+    depth = body = 0
+    for number, line in enumerate(lines):
+        code = re.sub(r'"(\\.|[^"\\])*"|//.*', "", line)
+        if not body:
+            yield number + 1, line, lines[number + 1] if number + 1 < len(lines) else ""
+        for sign in re.findall(r"[{}]", code):
+            depth += 1 if sign == "{" else -1
+            if sign == "{" and not body and BODY.search(code):
+                body = depth
+            elif sign == "}" and depth < body:
+                body = 0
+
+
+def style():
+    """How Qt is included, in every folder; how declarations are commented on, inside and outside."""
+    for path in files("include", "src", "tools", "simulator", "tests", "fuzz"):
+        if path.suffix not in (".cpp", ".h") or "consumer" in path.parts:
+            continue
+        for _, name in includes(path):
+            if re.match(r"Qt\w+/[A-Z]|Q[A-Z]", name):
+                yield path, f"includes <{name}> instead of the file, <QtModule/qname.h>"
+    for path in files("src", "simulator"):
+        if path.suffix not in (".cpp", ".h"):
+            continue
+        text = path.read_text(encoding="utf-8")
+        if re.search(r"^\s*// ?[-=*]{3}", text, re.MULTILINE):
+            yield path, "has a ruler in a comment; a file with chapters is several files"
+        if path.suffix == ".cpp":
+            continue
+        for number, line, following in lines_of_declarations(text):
+            # A comment without a full stop is the heading of what follows.
+            if re.match(r"\s*//(?!/|\s*NOLINT).*\.$", line) and re.match(r"\s*[\w\[~]", following):
+                yield path, f"{number}: a declaration's comment is /** */"
+            elif re.search(r"[;,]\s*//(?!/|\s*NOLINT)", line):
+                yield path, f"{number}: a comment behind a member or enumerator is ///<"
+
+
 def umbrella():
     folder = ROOT / "include/varda"
     named = {name for _, name in includes(folder / "varda.h")}
@@ -184,6 +228,7 @@ def main():
             "links": links,
             "names": names,
             "soname": soname,
+            "style": style,
             "umbrella": umbrella,
         }[check](*arguments)
     ]

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "central.h"
 
-#include <QtTest/QTest>
+#include <QtTest/qtest.h>
 
 #include <algorithm>
 

@@ -3,15 +3,15 @@
 
 #include "device/computer.h"
 
-#include <QtCore/QByteArray>
-#include <QtCore/QStringList>
+#include <QtCore/qbytearray.h>
+#include <QtCore/qstringlist.h>
 
-// A device of its own, described as in a scenario; ends the test if the description is wrong.
+/** A device of its own, described as in a scenario; ends the test if the description is wrong. */
 simulator::DeviceScenario device(const QByteArray &json);
 
-// The reason why a device cannot be described so.
+/** The reason why a device cannot be described so. */
 QString complaint(const QByteArray &json);
 
-// What a computer answers, the payload of each frame in hexadecimal.
+/** What a computer answers, the payload of each frame in hexadecimal. */
 QStringList ask(simulator::Computer &computer, quint8 command, const QByteArray &payload = {});
 QStringList ask(const QByteArray &json, quint8 command, const QByteArray &payload = {});

@@ -2,10 +2,10 @@
 #include "central.h"
 #include <varda/simulatorprocess.h>
 
-#include <QtDBus/QDBusConnection>
-#include <QtDBus/QDBusMessage>
-#include <QtTest/QSignalSpy>
-#include <QtTest/QTest>
+#include <QtDBus/qdbusconnection.h>
+#include <QtDBus/qdbusmessage.h>
+#include <QtTest/qsignalspy.h>
+#include <QtTest/qtest.h>
 
 using namespace Qt::StringLiterals;
 

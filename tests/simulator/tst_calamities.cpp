@@ -2,9 +2,9 @@
 #include "central.h"
 #include <varda/simulatorprocess.h>
 
-#include <QtCore/QCoreApplication>
-#include <QtDBus/QDBusConnectionInterface>
-#include <QtTest/QTest>
+#include <QtCore/qcoreapplication.h>
+#include <QtDBus/qdbusconnectioninterface.h>
+#include <QtTest/qtest.h>
 
 using namespace Qt::StringLiterals;
 

@@ -6,8 +6,8 @@
 #include "device/seriallink.h"
 #include "devices.h"
 
-#include <QtCore/QDir>
-#include <QtTest/QTest>
+#include <QtCore/qdir.h>
+#include <QtTest/qtest.h>
 
 #include <utility>
 

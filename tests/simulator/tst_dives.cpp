@@ -2,10 +2,10 @@
 #include "device/commands.h"
 #include "devices.h"
 
-#include <QtCore/QCryptographicHash>
-#include <QtCore/QDateTime>
-#include <QtCore/QTimeZone>
-#include <QtTest/QTest>
+#include <QtCore/qcryptographichash.h>
+#include <QtCore/qdatetime.h>
+#include <QtCore/qtimezone.h>
+#include <QtTest/qtest.h>
 
 using namespace Qt::StringLiterals;
 using namespace simulator;

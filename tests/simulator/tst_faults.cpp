@@ -4,8 +4,8 @@
 #include "device/seriallink.h"
 #include "devices.h"
 
-#include <QtTest/QSignalSpy>
-#include <QtTest/QTest>
+#include <QtTest/qsignalspy.h>
+#include <QtTest/qtest.h>
 
 using namespace Qt::StringLiterals;
 using namespace simulator;

@@ -2,8 +2,8 @@
 #include "device/commands.h"
 #include "devices.h"
 
-#include <QtCore/QJsonArray>
-#include <QtTest/QTest>
+#include <QtCore/qjsonarray.h>
+#include <QtTest/qtest.h>
 
 using namespace Qt::StringLiterals;
 using namespace simulator;

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include <varda/simulatorprocess.h>
 
-#include <QtCore/QDir>
-#include <QtCore/QFile>
-#include <QtCore/QJsonDocument>
-#include <QtCore/QJsonObject>
-#include <QtCore/QProcess>
-#include <QtCore/QTemporaryDir>
-#include <QtDBus/QDBusConnection>
-#include <QtDBus/QDBusMessage>
-#include <QtTest/QTest>
+#include <QtCore/qdir.h>
+#include <QtCore/qfile.h>
+#include <QtCore/qjsondocument.h>
+#include <QtCore/qjsonobject.h>
+#include <QtCore/qprocess.h>
+#include <QtCore/qtemporarydir.h>
+#include <QtDBus/qdbusconnection.h>
+#include <QtDBus/qdbusmessage.h>
+#include <QtTest/qtest.h>
 
 #include <csignal>
 
