@@ -23,7 +23,8 @@ function(varda_harden target)
     endforeach()
     target_compile_definitions(${target} PRIVATE _GLIBCXX_ASSERTIONS)
     # The C library's checks need an optimizer; a package's own choice of them is replaced.
-    if(NOT CMAKE_BUILD_TYPE STREQUAL "Debug" OR CMAKE_CXX_FLAGS_DEBUG MATCHES "-O[1-3s]")
+    if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang" AND
+       (NOT CMAKE_BUILD_TYPE STREQUAL "Debug" OR CMAKE_CXX_FLAGS_DEBUG MATCHES "-O[1-3s]"))
         target_compile_options(${target} PRIVATE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
     endif()
     foreach(flag IN ITEMS relro now noexecstack)
