@@ -4,6 +4,8 @@
 
 #include <QtTest/qtest.h>
 
+#include <array>
+
 class TestLogbook : public QObject
 {
     Q_OBJECT
@@ -43,314 +45,181 @@ static QStringList unfilled()
                      "text1= text2= text3= text4=");
 }
 
-// The pattern with the first word put in.
+// Where the layouts differ: those of a Varda, those of Tidemar and VSKM with their gaps, and those
+// without either's; each without a version, before version 5 and from it on.
+enum Layout { Varda0, Varda1, Varda5, Tidemar0, Tidemar1, Tidemar5, Plain1, Plain5, kLayouts };
+
+// What is sent for a field, and what is read.
+struct Field {
+    const char *name;
+    int width;                         // of a number, in bytes
+    int stride;                        // from one number of several to the next
+    std::array<int, kLayouts> offsets; // 0: the layout does not have it
+    const char *sent;                  // the numbers
+    const char *read;
+    const char *otherwise; // what is there if it is not sent; no text: another row says it
+};
+
+// The bytes differ, so that one from the wrong place shows.
+// clang-format off
+constexpr Field kFields[] = {
+    // name, width, stride, offsets in Varda 0, 1, 5, Tidemar 0, 1, 5, neither 1, 5
+    {"diveNumber",    2, 0, {  1,   3,   3,   1,   3,   3,   3,   3}, "1f18",             "7960",                   nullptr},
+    {"stamp",         8, 0, {107, 111, 120, 116, 118, 127, 109, 118}, "7c756e676059524b", "7c756e676059524b",       nullptr},
+    {"stamp2",        8, 0, {143, 147, 156, 152, 154, 163, 145, 154}, "78716a635c554e47", "8678834931903057479",    nullptr},
+    {"tenths1",       2, 0, {117, 121, 130, 126, 128, 137, 119, 128}, "9891",             "3905.7",                 nullptr},
+    {"tenths2",       2, 0, {119, 123, 132, 128, 130, 139, 121, 130}, "a69f",             "4265.5",                 nullptr},
+    {"sampleInterval", 1, 0, {  0, 167, 176,   0, 174, 183, 165, 174}, "d3",               "211",                    "5"},
+    {"value32a",      4, 0, { 99, 168, 177, 108, 175, 184, 166, 175}, "efe8e1da",         "efe8e1da",               nullptr},
+    {"kindByte",      1, 0, {  4,   6,   6,   4,   6,   6,   6,   6}, "2d",               "2d",                     nullptr},
+    {"tidemarBit",    1, 0, {  0,   0,   0,   0,   0,   0,   0,   0}, "96",               "0",                      "1"},
+    {"headerWord1",   2, 0, {  9,  11,  11,   9,  11,  11,  11,  11}, "5750",             "5750",                   nullptr},
+    {"below1020",     2, 0, {  7,   9,   9,   7,   9,   9,   9,   9}, "03fb",             "1",                      nullptr},
+    {"headerByte1",   1, 0, {  5,   7,   7,   5,   7,   7,   7,   7}, "34",               "34",                     nullptr},
+    {"headerByte2",   1, 0, {  6,   8,   8,   6,   8,   8,   8,   8}, "3b",               "3b",                     nullptr},
+    {"headerWord2",   2, 0, {127, 131, 140, 136, 138, 147, 129, 138}, "ded7",             "ded7",                   nullptr},
+    {"headerWord3",   2, 0, {115, 119, 128, 124, 126, 135, 117, 126}, "8a83",             "8a83",                   nullptr},
+    {"headerWord4",   2, 0, {137, 141, 150, 146, 148, 157, 139, 148}, "241d",             "241d",                   nullptr},
+    {"value32b",      4, 0, {123, 127, 136, 132, 134, 143, 125, 134}, "d0c9c2bb",         "d0c9c2bb",               nullptr},
+    {"count1",        4, 0, {129, 133, 142, 138, 140, 149, 131, 140}, "faf3ece5",         "4210289893",             nullptr},
+    {"count2",        4, 0, {133, 137, 146, 142, 144, 153, 135, 144}, "160f0801",         "370083841",              nullptr},
+    {"value32c",      4, 0, {151, 155, 164, 160, 162, 171, 153, 162}, "948d867f",         "948d867f",               nullptr},
+    {"tissueN2",      2, 4, { 11,  13,  13,  11,  13,  13,  13,  13},
+     "655e 817a 9d96 b9b2 d5ce f1ea 0d06 2922 "
+     "453e 615a 7d76 9992 b5ae d1ca ede6 0902",
+     "655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,"
+     "453e,615a,7d76,9992,b5ae,d1ca,ede6,0902",
+     nullptr},
+    {"tissueHe",      2, 4, { 13,  15,  15,  13,  15,  15,  15,  15},
+     "736c 8f88 aba4 c7c0 e3dc fff8 1b14 3730 "
+     "534c 6f68 8b84 a7a0 c3bc dfd8 fbf4 1710",
+     "736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,"
+     "534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710",
+     nullptr},
+    {"gasSlotMask",   1, 0, { 75,  77,   0,  75,  77,   0,  77,   0}, "1e",               "001e",                   nullptr},
+    {"gasSlotMask",   2, 0, {  0,   0,  77,   0,   0,  77,   0,  77}, "251e",             "251e",                   nullptr},
+    {"gasO2",         1, 2, { 76,  78,   0,  76,  78,   0,  78,   0},
+     "2c 3a 48 56 64 72 80 8e",
+     "2c3a48566472808e00000000",
+     nullptr},
+    {"gasO2",         1, 2, {  0,   0,  79,   0,   0,  79,   0,  79},
+     "2c 3a 48 56 64 72 80 8e 9c aa b8 c6",
+     "2c3a48566472808e9caab8c6",
+     nullptr},
+    {"gasHe",         1, 2, { 77,  79,   0,  77,  79,   0,  79,   0},
+     "33 41 4f 5d 6b 79 87 95",
+     "33414f5d6b79879500000000",
+     nullptr},
+    {"gasHe",         1, 2, {  0,   0,  80,   0,   0,  80,   0,  80},
+     "33 41 4f 5d 6b 79 87 95 a3 b1 bf cd",
+     "33414f5d6b798795a3b1bfcd",
+     nullptr},
+    {"headerByte5",   1, 0, {  3,   5,   5,   3,   5,   5,   5,   5}, "26",               "26",                     nullptr},
+    {"headerWord5",   2, 0, { 93,  95, 104,  93,  95, 104,  95, 104}, "e2db",             "e2db",                   nullptr},
+    {"headerWord6",   2, 0, { 95,  97, 106,  98, 100, 109,  97, 106}, "f0e9",             "f0e9",                   nullptr},
+    {"headerWord7",   2, 0, { 97,  99, 108, 103, 105, 114,  99, 108}, "fef7",             "fef7",                   nullptr},
+    {"value32d",      4, 0, {103, 105, 114, 112, 114, 123, 105, 114}, "362f2821",         "362f2821",               nullptr},
+    {"headerWord8",   2, 0, {  0, 109, 118,   0,   0,   0,   0,   0}, "443d",             "443d",                   "0000"},
+    {"signed1",       1, 0, {121, 125, 134, 130, 132, 141, 123, 132}, "ad",               "-83",                    nullptr},
+    {"signed2",       1, 0, {122, 126, 135, 131, 133, 142, 124, 133}, "b4",               "-76",                    nullptr},
+    {"headerWord11",  2, 0, {139, 143, 152, 148, 150, 159, 141, 150}, "322b",             "322b",                   nullptr},
+    {"headerWord12",  2, 0, {141, 145, 154, 150, 152, 161, 143, 152}, "4039",             "4039",                   nullptr},
+    {"value32e",      4, 0, {155, 159, 168, 164, 166, 175, 157, 166}, "b0a9a29b",         "b0a9a29b",               nullptr},
+    {"value32f",      4, 0, {159, 163, 172, 168, 170, 179, 161, 170}, "ccc5beb7",         "ccc5beb7",               nullptr},
+    {"headerByte7",   1, 0, {  0,   0,   0,   0,   0,   0,   0,   0}, "f6",               "f6",                     "00"},
+    {"headerWord13",  2, 0, {  0,   0,   0,   0,   0,   0,   0,   0}, "04fd",             "04fd",                   "0001"},
+    {"headerWord14",  2, 0, {  0,   0,   0,   0,   0,   0,   0,   0}, "120b",             "120b",                   "0384"},
+};
+// clang-format on
+
+// Where one version of a layout has a field.
+struct Place {
+    const char *field;
+    int offset;
+};
+
+static int offsetOf(const Field &field, Layout layout, const QList<Place> &places)
+{
+    for (const Place &place : places) {
+        if (qstrcmp(place.field, field.name) == 0)
+            return place.offset;
+    }
+    return field.offsets[layout];
+}
+
+// The bytes of a field's numbers, little-endian.
+static void put(VardaData::Payload &payload, const Field &field, int offset)
+{
+    const QList<QByteArray> numbers = QByteArray(field.sent).split(' ');
+    for (const QByteArray &number : numbers) {
+        const quint64 value = number.toULongLong(nullptr, 16);
+        for (int i = 0; i < field.width; ++i)
+            payload[std::size_t(offset + i)] = std::uint8_t(value >> (8 * i));
+        offset += field.stride;
+    }
+}
+
 void TestLogbook::everyField_data()
 {
     QTest::addColumn<ComputerModel::ComputerModelIn>("model");
-    QTest::addColumn<quint16>("first");
+    QTest::addColumn<VardaData::Payload>("payload");
     QTest::addColumn<QStringList>("fields");
 
     const auto row = [](const char *name, ComputerModel::ComputerModelIn model, int first,
-                        const char *fields) {
-        QTest::newRow(name) << model << quint16(first) << fieldList(fields);
+                        Layout layout, const QList<Place> &places) {
+        VardaData::Payload payload{};
+        payload.fill(0xEE); // what a decoder reads at the wrong place shows
+        payload[1] = std::uint8_t(first);
+        payload[2] = std::uint8_t(first >> 8);
+        QStringList fields;
+        for (const Field &field : kFields) {
+            const int offset = offsetOf(field, layout, places);
+            if (offset > 0)
+                put(payload, field, offset);
+            if (const char *text = offset > 0 ? field.read : field.otherwise)
+                fields << QLatin1String(field.name) + QLatin1Char('=') + QLatin1String(text);
+        }
+        QTest::newRow(name) << model << payload << fields;
     };
-    row("Varda 0", ComputerModel::Varda, 0x1234, R"(
-        diveNumber=4660 model=Varda stamp=211a130c05fef7f0 stamp2=2095879203654923244
-        tenths1=1567 tenths2=1926.8 sampleInterval=5 value32a=cdc6bfb8 kindByte=1f
-        tidemarBit=1 headerWord1=4942 below1020=0 headerByte1=26 headerByte2=2d
-        headerWord2=837c headerWord3=2f28 headerWord4=c9c2 value32b=756e6760
-        count1=2677576074 count2=3149180326 value32c=39322b24
-        tissueN2=5750,736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4
-        tissueHe=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        gasSlotMask=0010 gasO2=172533414f5d6b7900000000 gasHe=1e2c3a485664728000000000
-        headerByte5=18 headerWord5=958e headerWord6=a39c headerWord7=b1aa
-        value32d=e9e2dbd4 headerWord8=0000 signed1=82 signed2=89 headerWord11=d7d0
-        headerWord12=e5de value32e=554e4740 value32f=716a635c headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("Varda 1", ComputerModel::Varda, 0x8001, R"(
-        diveNumber=7960 model=Varda stamp=3d362f28211a130c stamp2=4121404043104227080
-        tenths1=2286.6 tenths2=2646.4 sampleInterval=148 value32a=b0a9a29b kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=9f98 headerWord3=4b44 headerWord4=e5de value32b=918a837c
-        count1=3149180326 count2=3620784578 value32c=554e4740
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=001e gasO2=2533414f5d6b798700000000 gasHe=2c3a48566472808e00000000
-        headerByte5=26 headerWord5=a39c headerWord6=b1aa headerWord7=bfb8
-        value32d=f7f0e9e2 headerWord8=05fe signed1=110 signed2=117 headerWord11=f3ec
-        headerWord12=01fa value32e=716a635c value32f=8d867f78 headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("Varda 4", ComputerModel::Varda, 0x8004, R"(
-        diveNumber=7960 model=Varda stamp=3d362f28211a130c stamp2=4121404043104227080
-        tenths1=2286.6 tenths2=2646.4 sampleInterval=148 value32a=b0a9a29b kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=9f98 headerWord3=4b44 headerWord4=e5de value32b=918a837c
-        count1=3149180326 count2=3620784578 value32c=554e4740
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=001e gasO2=2533414f5d6b798700000000 gasHe=2c3a48566472808e00000000
-        headerByte5=26 headerWord5=a39c headerWord6=b1aa headerWord7=bfb8
-        value32d=f7f0e9e2 headerWord8=05fe signed1=110 signed2=117 headerWord11=f3ec
-        headerWord12=01fa value32e=716a635c value32f=8d867f78 headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("Varda 5", ComputerModel::Varda, 0x8005, R"(
-        diveNumber=7960 model=Varda stamp=7c756e676059524b stamp2=8678834931903057479
-        tenths1=3905.7 tenths2=4265.5 sampleInterval=211 value32a=efe8e1da kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=ded7 headerWord3=8a83 headerWord4=241d value32b=d0c9c2bb
-        count1=4210289893 count2=370083841 value32c=948d867f
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=251e gasO2=2c3a48566472808e9caab8c6 gasHe=33414f5d6b798795a3b1bfcd
-        headerByte5=26 headerWord5=e2db headerWord6=f0e9 headerWord7=fef7
-        value32d=362f2821 headerWord8=443d signed1=-83 signed2=-76 headerWord11=322b
-        headerWord12=4039 value32e=b0a9a29b value32f=ccc5beb7 headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("Varda 6", ComputerModel::Varda, 0x8006, R"(
-        diveNumber=7960 model=Varda stamp=7c756e676059524b stamp2=8678834931903057479
-        tenths1=3905.7 tenths2=4265.5 sampleInterval=211 value32a=efe8e1da kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=ded7 headerWord3=8a83 headerWord4=241d value32b=d0c9c2bb
-        count1=4210289893 count2=370083841 value32c=948d867f
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=251e gasO2=2c3a48566472808e9caab8c6 gasHe=33414f5d6b798795a3b1bfcd
-        headerByte5=26 headerWord5=e2db headerWord6=f0e9 headerWord7=fef7
-        value32d=362f2821 headerWord8=443d signed1=-83 signed2=-76 headerWord11=322b
-        headerWord12=4039 value32e=b0a9a29b value32f=ccc5beb7 headerByte7=f6
-        headerWord13=04fd headerWord14=0384)");
-    row("Varda 10", ComputerModel::Varda, 0x800A, R"(
-        diveNumber=7960 model=Varda stamp=7c756e676059524b stamp2=8678834931903057479
-        tenths1=3905.7 tenths2=4265.5 sampleInterval=211 value32a=efe8e1da kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=ded7 headerWord3=8a83 headerWord4=241d value32b=d0c9c2bb
-        count1=4210289893 count2=370083841 value32c=948d867f
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=251e gasO2=2c3a48566472808e9caab8c6 gasHe=33414f5d6b798795a3b1bfcd
-        headerByte5=26 headerWord5=e2db headerWord6=f0e9 headerWord7=fef7
-        value32d=362f2821 headerWord8=443d signed1=-83 signed2=-76 headerWord11=322b
-        headerWord12=4039 value32e=b0a9a29b value32f=ccc5beb7 headerByte7=f6
-        headerWord13=04fd headerWord14=120b)");
-    row("Tidemar 0", ComputerModel::Tidemar, 0x1234, R"(
-        diveNumber=4660 model=Tidemar stamp=6059524b443d362f stamp2=6653310092436910635
-        tenths1=3186.1 tenths2=3545.9 sampleInterval=5 value32a=0c05fef7 kindByte=1f
-        tidemarBit=1 headerWord1=4942 below1020=0 headerByte1=26 headerByte2=2d
-        headerWord2=c2bb headerWord3=6e67 headerWord4=0801 value32b=b4ada69f
-        count1=3738685641 count2=4210289893 value32c=78716a63
-        tissueN2=5750,736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4
-        tissueHe=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        gasSlotMask=0010 gasO2=172533414f5d6b7900000000 gasHe=1e2c3a485664728000000000
-        headerByte5=18 headerWord5=958e headerWord6=b8b1 headerWord7=dbd4
-        value32d=28211a13 headerWord8=0000 signed1=-111 signed2=-104 headerWord11=160f
-        headerWord12=241d value32e=948d867f value32f=b0a9a29b headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("Tidemar 1", ComputerModel::Tidemar, 0x8001, R"(
-        diveNumber=7960 model=Tidemar stamp=6e676059524b443d stamp2=7666072512169984057
-        tenths1=3545.9 tenths2=3905.7 sampleInterval=197 value32a=e1dad3cc kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=d0c9 headerWord3=7c75 headerWord4=160f value32b=c2bbb4ad
-        count1=3974487767 count2=134347507 value32c=867f7871
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=001e gasO2=2533414f5d6b798700000000 gasHe=2c3a48566472808e00000000
-        headerByte5=26 headerWord5=a39c headerWord6=c6bf headerWord7=e9e2
-        value32d=362f2821 headerWord8=0000 signed1=-97 signed2=-90 headerWord11=241d
-        headerWord12=322b value32e=a29b948d value32f=beb7b0a9 headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("Tidemar 4", ComputerModel::Tidemar, 0x8004, R"(
-        diveNumber=7960 model=Tidemar stamp=6e676059524b443d stamp2=7666072512169984057
-        tenths1=3545.9 tenths2=3905.7 sampleInterval=197 value32a=e1dad3cc kindByte=2d
-        tidemarBit=0 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=d0c9 headerWord3=7c75 headerWord4=160f value32b=c2bbb4ad
-        count1=3974487767 count2=134347507 value32c=867f7871
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=001e gasO2=2533414f5d6b798700000000 gasHe=2c3a48566472808e00000000
-        headerByte5=26 headerWord5=a39c headerWord6=c6bf headerWord7=e9e2
-        value32d=362f2821 headerWord8=0000 signed1=-97 signed2=-90 headerWord11=241d
-        headerWord12=322b value32e=a29b948d value32f=beb7b0a9 headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("Tidemar 5", ComputerModel::Tidemar, 0x8005, R"(
-        diveNumber=7960 model=Tidemar stamp=ada69f98918a837c stamp2=-6223240672740737160
-        tenths1=5165 tenths2=5524.8 sampleInterval=4 value32a=2019120b kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=0f08 headerWord3=bbb4 headerWord4=554e value32b=01faf3ec
-        count1=723787030 count2=1195391282 value32c=c5beb7b0
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=251e gasO2=2c3a48566472808e9caab8c6 gasHe=33414f5d6b798795a3b1bfcd
-        headerByte5=26 headerWord5=e2db headerWord6=05fe headerWord7=2821
-        value32d=756e6760 headerWord8=0000 signed1=-34 signed2=-27 headerWord11=635c
-        headerWord12=716a value32e=e1dad3cc value32f=fdf6efe8 headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("Tidemar 6", ComputerModel::Tidemar, 0x8006, R"(
-        diveNumber=7960 model=Tidemar stamp=ada69f98918a837c stamp2=-6223240672740737160
-        tenths1=5165 tenths2=5524.8 sampleInterval=4 value32a=2019120b kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=0f08 headerWord3=bbb4 headerWord4=554e value32b=01faf3ec
-        count1=723787030 count2=1195391282 value32c=c5beb7b0
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=251e gasO2=2c3a48566472808e9caab8c6 gasHe=33414f5d6b798795a3b1bfcd
-        headerByte5=26 headerWord5=e2db headerWord6=05fe headerWord7=2821
-        value32d=756e6760 headerWord8=0000 signed1=-34 signed2=-27 headerWord11=635c
-        headerWord12=716a value32e=e1dad3cc value32f=fdf6efe8 headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("Tidemar 10", ComputerModel::Tidemar, 0x800A, R"(
-        diveNumber=7960 model=Tidemar stamp=ada69f98918a837c stamp2=-6223240672740737160
-        tenths1=5165 tenths2=5524.8 sampleInterval=4 value32a=2019120b kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=0f08 headerWord3=bbb4 headerWord4=554e value32b=01faf3ec
-        count1=723787030 count2=1195391282 value32c=c5beb7b0
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=251e gasO2=2c3a48566472808e9caab8c6 gasHe=33414f5d6b798795a3b1bfcd
-        headerByte5=26 headerWord5=e2db headerWord6=05fe headerWord7=2821
-        value32d=756e6760 headerWord8=0000 signed1=-34 signed2=-27 headerWord11=635c
-        headerWord12=716a value32e=e1dad3cc value32f=fdf6efe8 headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("VSKM 0", ComputerModel::VSKM, 0x1234, R"(
-        diveNumber=4660 model=VSKM stamp=6059524b443d362f stamp2=6653310092436910635
-        tenths1=3186.1 tenths2=3545.9 sampleInterval=5 value32a=0c05fef7 kindByte=1f
-        tidemarBit=1 headerWord1=4942 below1020=0 headerByte1=26 headerByte2=2d
-        headerWord2=c2bb headerWord3=6e67 headerWord4=0801 value32b=b4ada69f
-        count1=3738685641 count2=4210289893 value32c=78716a63
-        tissueN2=5750,736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4
-        tissueHe=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        gasSlotMask=0010 gasO2=172533414f5d6b7900000000 gasHe=1e2c3a485664728000000000
-        headerByte5=18 headerWord5=958e headerWord6=b8b1 headerWord7=dbd4
-        value32d=28211a13 headerWord8=0000 signed1=-111 signed2=-104 headerWord11=160f
-        headerWord12=241d value32e=948d867f value32f=b0a9a29b headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("VSKM 1", ComputerModel::VSKM, 0x8001, R"(
-        diveNumber=7960 model=VSKM stamp=6e676059524b443d stamp2=7666072512169984057
-        tenths1=3545.9 tenths2=3905.7 sampleInterval=197 value32a=e1dad3cc kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=d0c9 headerWord3=7c75 headerWord4=160f value32b=c2bbb4ad
-        count1=3974487767 count2=134347507 value32c=867f7871
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=001e gasO2=2533414f5d6b798700000000 gasHe=2c3a48566472808e00000000
-        headerByte5=26 headerWord5=a39c headerWord6=c6bf headerWord7=e9e2
-        value32d=362f2821 headerWord8=0000 signed1=-97 signed2=-90 headerWord11=241d
-        headerWord12=322b value32e=a29b948d value32f=beb7b0a9 headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("VSKM 4", ComputerModel::VSKM, 0x8004, R"(
-        diveNumber=7960 model=VSKM stamp=6e676059524b443d stamp2=7666072512169984057
-        tenths1=3545.9 tenths2=3905.7 sampleInterval=197 value32a=e1dad3cc kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=d0c9 headerWord3=7c75 headerWord4=160f value32b=c2bbb4ad
-        count1=3974487767 count2=134347507 value32c=867f7871
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=001e gasO2=2533414f5d6b798700000000 gasHe=2c3a48566472808e00000000
-        headerByte5=26 headerWord5=a39c headerWord6=c6bf headerWord7=e9e2
-        value32d=362f2821 headerWord8=0000 signed1=-97 signed2=-90 headerWord11=241d
-        headerWord12=322b value32e=a29b948d value32f=beb7b0a9 headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("VSKM 5", ComputerModel::VSKM, 0x8005, R"(
-        diveNumber=7960 model=VSKM stamp=ada69f98918a837c stamp2=-6223240672740737160
-        tenths1=5165 tenths2=5524.8 sampleInterval=4 value32a=2019120b kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=0f08 headerWord3=bbb4 headerWord4=554e value32b=01faf3ec
-        count1=723787030 count2=1195391282 value32c=c5beb7b0
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=251e gasO2=2c3a48566472808e9caab8c6 gasHe=33414f5d6b798795a3b1bfcd
-        headerByte5=26 headerWord5=e2db headerWord6=05fe headerWord7=2821
-        value32d=756e6760 headerWord8=0000 signed1=-34 signed2=-27 headerWord11=635c
-        headerWord12=716a value32e=e1dad3cc value32f=fdf6efe8 headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("VSKM 6", ComputerModel::VSKM, 0x8006, R"(
-        diveNumber=7960 model=VSKM stamp=ada69f98918a837c stamp2=-6223240672740737160
-        tenths1=5165 tenths2=5524.8 sampleInterval=4 value32a=2019120b kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=0f08 headerWord3=bbb4 headerWord4=554e value32b=01faf3ec
-        count1=723787030 count2=1195391282 value32c=c5beb7b0
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=251e gasO2=2c3a48566472808e9caab8c6 gasHe=33414f5d6b798795a3b1bfcd
-        headerByte5=26 headerWord5=e2db headerWord6=05fe headerWord7=2821
-        value32d=756e6760 headerWord8=0000 signed1=-34 signed2=-27 headerWord11=635c
-        headerWord12=716a value32e=e1dad3cc value32f=fdf6efe8 headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("VSKM 10", ComputerModel::VSKM, 0x800A, R"(
-        diveNumber=7960 model=VSKM stamp=ada69f98918a837c stamp2=-6223240672740737160
-        tenths1=5165 tenths2=5524.8 sampleInterval=4 value32a=2019120b kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=0f08 headerWord3=bbb4 headerWord4=554e value32b=01faf3ec
-        count1=723787030 count2=1195391282 value32c=c5beb7b0
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=251e gasO2=2c3a48566472808e9caab8c6 gasHe=33414f5d6b798795a3b1bfcd
-        headerByte5=26 headerWord5=e2db headerWord6=05fe headerWord7=2821
-        value32d=756e6760 headerWord8=0000 signed1=-34 signed2=-27 headerWord11=635c
-        headerWord12=716a value32e=e1dad3cc value32f=fdf6efe8 headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("no model, 4", ComputerModel::Unknown, 0x8004, R"(
-        diveNumber=7960 model=Unknown stamp=2f28211a130c05fe stamp2=3108641623371153914
-        tenths1=1926.8 tenths2=2286.6 sampleInterval=134 value32a=a29b948d kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=918a headerWord3=3d36 headerWord4=d7d0 value32b=837c756e
-        count1=2913378200 count2=3384982452 value32c=47403932
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=001e gasO2=2533414f5d6b798700000000 gasHe=2c3a48566472808e00000000
-        headerByte5=26 headerWord5=a39c headerWord6=b1aa headerWord7=bfb8
-        value32d=f7f0e9e2 headerWord8=0000 signed1=96 signed2=103 headerWord11=e5de
-        headerWord12=f3ec value32e=635c554e value32f=7f78716a headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("third party, 10", ComputerModel::ThirdParty, 0x800A, R"(
-        diveNumber=7960 model=ThirdParty stamp=6e676059524b443d stamp2=7666072512169984057
-        tenths1=3545.9 tenths2=3905.7 sampleInterval=197 value32a=e1dad3cc kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=d0c9 headerWord3=7c75 headerWord4=160f value32b=c2bbb4ad
-        count1=3974487767 count2=134347507 value32c=867f7871
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=251e gasO2=2c3a48566472808e9caab8c6 gasHe=33414f5d6b798795a3b1bfcd
-        headerByte5=26 headerWord5=e2db headerWord6=f0e9 headerWord7=fef7
-        value32d=362f2821 headerWord8=0000 signed1=-97 signed2=-90 headerWord11=241d
-        headerWord12=322b value32e=a29b948d value32f=beb7b0a9 headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("Varda, 0x8100", ComputerModel::Varda, 0x8100, R"(
-        diveNumber=7960 model=Varda stamp=2f28211a130c05fe stamp2=3108641623371153914
-        tenths1=1926.8 tenths2=2286.6 sampleInterval=5 value32a=dbd4cdc6 kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=918a headerWord3=3d36 headerWord4=d7d0 value32b=837c756e
-        count1=2913378200 count2=3384982452 value32c=47403932
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=001e gasO2=2533414f5d6b798700000000 gasHe=2c3a48566472808e00000000
-        headerByte5=26 headerWord5=a39c headerWord6=b1aa headerWord7=bfb8
-        value32d=f7f0e9e2 headerWord8=0000 signed1=96 signed2=103 headerWord11=e5de
-        headerWord12=f3ec value32e=635c554e value32f=7f78716a headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
-    row("Tidemar, 0x8100", ComputerModel::Tidemar, 0x8100, R"(
-        diveNumber=7960 model=Tidemar stamp=6e676059524b443d stamp2=7666072512169984057
-        tenths1=3545.9 tenths2=3905.7 sampleInterval=5 value32a=1a130c05 kindByte=2d
-        tidemarBit=1 headerWord1=5750 below1020=0 headerByte1=34 headerByte2=3b
-        headerWord2=d0c9 headerWord3=7c75 headerWord4=160f value32b=c2bbb4ad
-        count1=3974487767 count2=134347507 value32c=867f7871
-        tissueN2=655e,817a,9d96,b9b2,d5ce,f1ea,0d06,2922,453e,615a,7d76,9992,b5ae,d1ca,ede6,0902
-        tissueHe=736c,8f88,aba4,c7c0,e3dc,fff8,1b14,3730,534c,6f68,8b84,a7a0,c3bc,dfd8,fbf4,1710
-        gasSlotMask=001e gasO2=2533414f5d6b798700000000 gasHe=2c3a48566472808e00000000
-        headerByte5=26 headerWord5=a39c headerWord6=c6bf headerWord7=e9e2
-        value32d=362f2821 headerWord8=0000 signed1=-97 signed2=-90 headerWord11=241d
-        headerWord12=322b value32e=a29b948d value32f=beb7b0a9 headerByte7=00
-        headerWord13=0001 headerWord14=0384)");
+    row("Varda 0", ComputerModel::Varda, 0x1234, Varda0, {});
+    row("Varda 1", ComputerModel::Varda, 0x8001, Varda1, {});
+    row("Varda 4", ComputerModel::Varda, 0x8004, Varda1, {});
+    row("Varda 5", ComputerModel::Varda, 0x8005, Varda5, {});
+    row("Varda 6", ComputerModel::Varda, 0x8006, Varda5,
+        {{"headerByte7", 181}, {"headerWord13", 182}});
+    row("Varda 10", ComputerModel::Varda, 0x800A, Varda5,
+        {{"headerByte7", 181}, {"headerWord13", 182}, {"headerWord14", 184}});
+    row("Tidemar 0", ComputerModel::Tidemar, 0x1234, Tidemar0, {});
+    row("Tidemar 1", ComputerModel::Tidemar, 0x8001, Tidemar1, {});
+    row("Tidemar 4", ComputerModel::Tidemar, 0x8004, Tidemar1, {{"tidemarBit", 179}});
+    row("Tidemar 5", ComputerModel::Tidemar, 0x8005, Tidemar5, {{"tidemarBit", 188}});
+    row("Tidemar 6", ComputerModel::Tidemar, 0x8006, Tidemar5, {{"tidemarBit", 188}});
+    row("Tidemar 10", ComputerModel::Tidemar, 0x800A, Tidemar5, {{"tidemarBit", 188}});
+    row("VSKM 0", ComputerModel::VSKM, 0x1234, Tidemar0, {});
+    row("VSKM 1", ComputerModel::VSKM, 0x8001, Tidemar1, {});
+    row("VSKM 4", ComputerModel::VSKM, 0x8004, Tidemar1, {});
+    row("VSKM 5", ComputerModel::VSKM, 0x8005, Tidemar5, {});
+    row("VSKM 6", ComputerModel::VSKM, 0x8006, Tidemar5, {});
+    row("VSKM 10", ComputerModel::VSKM, 0x800A, Tidemar5, {});
+    row("no model, 4", ComputerModel::Unknown, 0x8004, Plain1, {});
+    row("third party, 10", ComputerModel::ThirdParty, 0x800A, Plain5, {});
+    row("Varda, 0x8100", ComputerModel::Varda, 0x8100, Plain1,
+        {{"sampleInterval", 0}, {"value32a", 101}});
+    row("Tidemar, 0x8100", ComputerModel::Tidemar, 0x8100, Tidemar1,
+        {{"sampleInterval", 0}, {"value32a", 110}});
 }
 
 void TestLogbook::everyField()
 {
     QFETCH(const ComputerModel::ComputerModelIn, model);
-    QFETCH(const quint16, first);
-    const TidemarDiveHeader header = decode(patternPayload(first), model);
+    QFETCH(const VardaData::Payload, payload);
+    const TidemarDiveHeader header = decode(payload, model);
+    QCOMPARE(header.model, model);
 
     QStringList fields = headerFieldsOf(header)
                          + QStringList{FIELD(header, headerByte7), FIELD(header, headerWord13),
                                        FIELD(header, headerWord14)};
+    fields.removeIf([](const QString &field) { return field.startsWith(QLatin1String("model=")); });
     const QStringList defaults = unfilled();
     for (const QString &field : defaults)
         QVERIFY2(fields.removeOne(field), qPrintable(field));
