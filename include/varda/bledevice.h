@@ -16,6 +16,8 @@
 #include <varda/bledevicestate.h>
 #include <varda/vardaexport.h>
 
+class LinkObserver;
+
 /**
  * The GATT connection to one computer: bytes out, notifications in.
  *
@@ -104,6 +106,8 @@ private Q_SLOTS:
     void onNotificationsWatchdogTimeout();
 
 private:
+    friend class VardaSession;
+    void setObserver(LinkObserver *observer);
     bool enableNotifications();
     void setState(BleDeviceState::BleDeviceStateIn state);
     void cleanup();

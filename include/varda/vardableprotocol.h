@@ -2,9 +2,11 @@
 #pragma once
 
 #include <QtBluetooth/qbluetoothdevicediscoveryagent.h>
+#include <QtBluetooth/qbluetoothuuid.h>
 #include <QtBluetooth/qlowenergycontroller.h>
 #include <QtBluetooth/qlowenergyservice.h>
 #include <QtCore/qbytearray.h>
+#include <QtCore/qlist.h>
 #include <QtCore/qobject.h>
 #include <QtCore/qstring.h>
 
@@ -17,6 +19,7 @@
 #include <varda/vardaexport.h>
 
 class BleDevice;
+class LinkObserver;
 
 /**
  * Commands out, whole frames in, over one BleDevice.
@@ -81,6 +84,15 @@ private Q_SLOTS:
     void onBleConnected();
 
 private:
+    friend class VardaSession;
+    void setObserver(LinkObserver *observer);
+    /** Before setupCharacteristics(). */
+    void setMode(BleMode mode);
+    /** The kind of link that a computer with these services offers. */
+    [[nodiscard]] static BleMode modeOf(const QList<QBluetoothUuid> &services);
+    /** An answer may have more notifications than the buffer has places. */
+    void setUnlimited();
+    [[nodiscard]] static bool collectsAnswers(TidemarCommand::TidemarCommandIn command);
     void processBuffer();
     void resetBuffer();
 

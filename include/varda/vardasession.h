@@ -238,6 +238,7 @@ private Q_SLOTS:
     void onReceiveTimeout(TidemarCommand::TidemarCommandIn command);
 
 private:
+    friend class SessionDoor;
     class Private;
     std::unique_ptr<Private> d;
 };

@@ -13,6 +13,7 @@
 #include "logging_p.h"
 #include "protocol/crc16_p.h"
 #include "protocol/frame_p.h"
+#include "transport/linkobserver_p.h"
 
 using namespace Qt::StringLiterals;
 
@@ -20,6 +21,7 @@ namespace {
 
 constexpr int kDefaultFrame = 128;
 constexpr int kMaxChunks = 4096;
+constexpr qsizetype kMostBytes = 64 << 20; // however long an answer may be
 constexpr int kCommandTimeout = 5000;
 constexpr int kReceiveTimeout = 1000;
 constexpr int kReadyDelay = 500;
@@ -58,7 +60,9 @@ public:
     }
 
     QPointer<BleDevice> device;
-    const BleMode mode;
+    BleMode mode;
+    LinkObserver *observer = LinkObserver::nobody();
+    bool unlimited = false;
     int frameSize = kDefaultFrame;
     std::array<QByteArray, kMaxChunks> chunks;
     int chunkCount = 0;
@@ -114,6 +118,34 @@ int VardaBleProtocol::frameSize() const
     return d->frameSize;
 }
 
+void VardaBleProtocol::setObserver(LinkObserver *observer)
+{
+    d->observer = observer;
+}
+
+void VardaBleProtocol::setMode(BleMode mode)
+{
+    d->mode = mode;
+}
+
+BleMode VardaBleProtocol::modeOf(const QList<QBluetoothUuid> &services)
+{
+    const auto has = [&services](const char *uuid) {
+        return services.contains(QBluetoothUuid(QString::fromLatin1(uuid)));
+    };
+    return has(kServiceUuidSps) && !has(kServiceUuidGatt) ? BleMode::Sps : BleMode::Gatt;
+}
+
+void VardaBleProtocol::setUnlimited()
+{
+    d->unlimited = true;
+}
+
+bool VardaBleProtocol::collectsAnswers(TidemarCommand::TidemarCommandIn command)
+{
+    return needsTimerMode(command);
+}
+
 bool VardaBleProtocol::setupCharacteristics()
 {
     if (!d->device)
@@ -161,12 +193,17 @@ bool VardaBleProtocol::sendCommand(const BleCommand &command)
 
 void VardaBleProtocol::onNotificationReceived(QByteArray chunk)
 {
-    if (d->chunkCount == kMaxChunks) {
+    if (d->chunkCount == kMaxChunks && d->unlimited
+        && d->chunks.back().size() + chunk.size() <= kMostBytes) {
+        d->chunks.back() += chunk;
+    } else if (d->chunkCount == kMaxChunks) {
+        d->observer->tooManyNotifications();
         qCWarning(lcProtocol) << "answer of more than" << kMaxChunks << "notifications dropped";
         resetBuffer();
         return;
+    } else {
+        d->chunks[std::size_t(d->chunkCount++)] = chunk;
     }
-    d->chunks[std::size_t(d->chunkCount++)] = chunk;
     if (!d->timerMode) {
         processBuffer();
         return;
@@ -183,6 +220,7 @@ void VardaBleProtocol::onTimerReceiveTimeout()
 void VardaBleProtocol::onCommandTimeout()
 {
     qCWarning(lcProtocol) << "no answer to" << d->lastCommand;
+    d->observer->receiveTimedOut();
     Q_EMIT receiveTimeout(d->lastCommand);
 }
 
@@ -206,14 +244,22 @@ void VardaBleProtocol::processBuffer()
         const auto command = TidemarCommand::TidemarCommandIn(quint8(body.front()));
         if (Crc16::computeCrc(body) != crc) {
             qCWarning(lcProtocol) << "wrong CRC in an answer to" << command;
+            d->observer->wrongChecksum();
+            d->observer->answerProcessed();
             Q_EMIT protocolError(command, ExchangeError::InvalidCrc);
             return;
         }
+        d->observer->frameReceived(quint8(command), rest.first(frameLength));
         rest = rest.sliced(frameLength);
         Q_EMIT responseReceived(command, body.sliced(1).toByteArray(), length);
     }
     if (!rest.isEmpty())
         qCDebug(lcWire).noquote() << "discarded" << rest.toByteArray().toHex(' ');
+    if (!alive)
+        return;
+    if (!rest.isEmpty())
+        d->observer->leftOver(rest);
+    d->observer->answerProcessed();
 }
 
 void VardaBleProtocol::resetBuffer()

@@ -61,6 +61,8 @@ int VardaSession::Private::uploadFirmware(const QString &fileName, bool force)
 {
     firmwarePosition = 0;
     firmwareDone = false;
+    firmwareResumedAt = 0;
+    firmwareEndSent = false;
     firmwareStartTime = now();
     if (firmwareData.isEmpty())
         return 0;
@@ -123,6 +125,7 @@ void VardaSession::Private::firmwareExecuteProgram()
 
 void VardaSession::Private::firmwareEndProgram()
 {
+    firmwareEndSent = true;
     send(firmwareUpdateMode ? TidemarCommand::EndUpdate : TidemarCommand::End_program);
 }
 
@@ -148,6 +151,7 @@ void VardaSession::Private::onUpdateBegun(const VardaData::Payload &answer, quin
         return; // an answer to nothing
     if (length > 2)
         firmwarePosition = qFromLittleEndian<quint32>(answer.data() + 2);
+    firmwareResumedAt = firmwarePosition;
     firmwareUpdateMode = true;
     firmwareDone = firmwarePosition >= firmwareData.size();
     if (firmwareDone)

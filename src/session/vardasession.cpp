@@ -8,6 +8,7 @@
 #include <array>
 
 #include "logging_p.h"
+#include "session/computername_p.h"
 
 using namespace Qt::StringLiterals;
 
@@ -15,13 +16,6 @@ namespace {
 
 constexpr int kScanSeconds = 30;
 constexpr int kConnectedDelay = 500; // the computers drop commands that come sooner
-
-/** Names under which the computers advertise: their own, or that of their radio module. */
-bool isComputerName(const QString &name)
-{
-    return name == "Tidemar"_L1 || name == "Varda"_L1 || name.startsWith("VSK-"_L1)
-           || name.startsWith("RN4871"_L1);
-}
 
 void registerMetaTypes()
 {
@@ -62,6 +56,7 @@ void VardaSession::Private::createBleObjects(BleMode linkMode)
     connect(scanner, &BleScanner::scanError, q, &VardaSession::onScanError);
 
     device = new BleDevice(q);
+    device->setObserver(observer);
     connect(device, &BleDevice::connected, q, &VardaSession::onBleConnected);
     connect(device, &BleDevice::disconnected, q, &VardaSession::onBleDisconnected);
     connect(device, &BleDevice::servicesDiscovered, q, &VardaSession::onBleServicesDiscovered);
@@ -74,6 +69,9 @@ void VardaSession::Private::createProtocol()
 {
     auto *const created = new VardaBleProtocol(device, mode, q);
     protocol = created;
+    created->setObserver(observer);
+    if (unlimited)
+        created->setUnlimited();
     connect(created, &VardaBleProtocol::responseReceived, q, &VardaSession::onResponseReceived);
     connect(created, &VardaBleProtocol::protocolError, q, &VardaSession::onProtocolError);
     connect(created, &VardaBleProtocol::receiveTimeout, q, &VardaSession::onReceiveTimeout);
@@ -91,10 +89,30 @@ void VardaSession::Private::dropProtocol()
     if (!protocol)
         return;
     protocol->disconnect(q);
+    protocol->setObserver(LinkObserver::nobody());
     if (device)
         device->QObject::disconnect(protocol);
     protocol->deleteLater();
     protocol = nullptr;
+}
+
+void VardaSession::Private::setObserver(LinkObserver *newObserver)
+{
+    observer = newObserver;
+    if (device)
+        device->setObserver(observer);
+    if (protocol)
+        protocol->setObserver(observer);
+}
+
+BleMode VardaSession::Private::modeOf(const QList<QBluetoothUuid> &services)
+{
+    return VardaBleProtocol::modeOf(services);
+}
+
+bool VardaSession::Private::collectsAnswers(TidemarCommand::TidemarCommandIn command)
+{
+    return VardaBleProtocol::collectsAnswers(command);
 }
 
 void VardaSession::Private::leaveLink()
@@ -116,6 +134,7 @@ void VardaSession::Private::cleanup()
     leaveLink();
     if (device) {
         device->QObject::disconnect(q);
+        device->setObserver(LinkObserver::nobody());
         device->disconnect();
         device->deleteLater();
         device = nullptr;
@@ -245,6 +264,8 @@ void VardaSession::onBleServicesDiscovered()
         d->createProtocol();
     const QPointer<VardaSession> alive(this);
     const BleDevice *const link = d->device;
+    if (d->findsMode)
+        d->protocol->setMode(VardaBleProtocol::modeOf(d->device->availableServices()));
     if (d->protocol->setupCharacteristics() || !alive)
         return;
 

@@ -9,6 +9,8 @@
 #include <varda/vardadata.h>
 #include <varda/vardasession.h>
 
+#include "transport/linkobserver_p.h"
+
 /**
  * What a session holds and does.
  *
@@ -27,6 +29,9 @@ public:
     void dropProtocol();
     /** Forgets the link that there is, on the way to another one in the same mode. */
     void leaveLink();
+    void setObserver(LinkObserver *observer);
+    [[nodiscard]] static BleMode modeOf(const QList<QBluetoothUuid> &services);
+    [[nodiscard]] static bool collectsAnswers(TidemarCommand::TidemarCommandIn command);
     void cleanup();
     void connectLink(const BleDeviceInfo &info);
     /**
@@ -77,6 +82,9 @@ public:
     VardaData data;
     BleDeviceInfo lastDevice;
     quint64 attempt = 0; ///< counts the links that were let go
+    LinkObserver *observer = LinkObserver::nobody();
+    bool findsMode = false; ///< the kind of link follows from the services
+    bool unlimited = false; ///< answers may be of any length
 
     QString pendingOwner;
     QList<LayoutEntry> layouts;
@@ -96,6 +104,8 @@ public:
     int firmwareLastPercent = 0;
     bool firmwareDone = false;
     double firmwarePercentFactor = 0.0;
+    qint64 firmwareResumedAt = 0;
+    bool firmwareEndSent = false;
     Ticks firmwareStartTime{0};
     Ticks firmwareElapsed{0};
 };

@@ -6,6 +6,7 @@
 
 #include "logging_p.h"
 #include "transport/closinglink_p.h"
+#include "transport/linkobserver_p.h"
 
 using namespace Qt::StringLiterals;
 
@@ -50,6 +51,7 @@ public:
     QMetaObject::Connection waiting;
     /** Counts connectTo(), so that one called from a slot of another is noticed. */
     quint64 attempt = 0;
+    LinkObserver *observer = LinkObserver::nobody();
 
     void dropService(BleDevice *q)
     {
@@ -70,6 +72,12 @@ public:
         controller = nullptr;
     }
 };
+
+LinkObserver *LinkObserver::nobody()
+{
+    static LinkObserver nobody;
+    return &nobody;
+}
 
 BleDevice::BleDevice(QObject *parent) : QObject(parent), d(std::make_unique<Private>(this))
 {
@@ -109,6 +117,11 @@ BleDeviceInfo BleDevice::lastDevice() const
 int BleDevice::mtu() const
 {
     return d->controller ? d->controller->mtu() : 0;
+}
+
+void BleDevice::setObserver(LinkObserver *observer)
+{
+    d->observer = observer;
 }
 
 void BleDevice::setState(BleDeviceState::BleDeviceStateIn state)
@@ -215,6 +228,7 @@ bool BleDevice::setupCharacteristics(const QString &serviceUuid, const QString &
     for (auto it = offered.cbegin(); !service && it != offered.cend(); ++it)
         service = d->controller->createServiceObject(*it, this);
     if (!service) {
+        d->observer->noUsableService();
         Q_EMIT error(u"No service found"_s);
         return false;
     }
@@ -262,6 +276,7 @@ bool BleDevice::write(const QByteArray &data, QLowEnergyService::WriteMode mode)
         Q_EMIT error(u"Write failed: characteristic not ready"_s);
         return false;
     }
+    d->observer->written(data);
     d->service->writeCharacteristic(d->writeCharacteristic, data, mode);
     return true;
 }
@@ -302,6 +317,8 @@ void BleDevice::onControllerDisconnected()
 
 void BleDevice::onControllerError(QLowEnergyController::Error /*error*/)
 {
+    d->observer->controllerFailed(d->controller ? d->controller->error()
+                                                : QLowEnergyController::UnknownError);
     const QString text = d->controller ? d->controller->errorString() : QString();
     const QPointer<BleDevice> alive(this);
     setState(BleDeviceState::Error);
@@ -313,6 +330,7 @@ void BleDevice::onServiceDiscovered(const QBluetoothUuid & /*uuid*/) { }
 
 void BleDevice::onServiceDiscoveryFinished()
 {
+    d->observer->servicesKnown(availableServices());
     Q_EMIT servicesDiscovered();
 }
 
@@ -331,6 +349,7 @@ void BleDevice::onServiceStateChanged(QLowEnergyService::ServiceState state)
             write = characteristic;
     }
     if (!notify.isValid() || !write.isValid()) {
+        d->observer->characteristicsMissing();
         Q_EMIT error(u"Characteristics not found in service"_s);
         return;
     }
@@ -342,8 +361,10 @@ void BleDevice::onServiceStateChanged(QLowEnergyService::ServiceState state)
 void BleDevice::onCharacteristicChanged(const QLowEnergyCharacteristic & /*info*/,
                                         const QByteArray &value)
 {
-    if (!value.isEmpty())
-        Q_EMIT notificationReceived(value);
+    if (value.isEmpty())
+        return;
+    d->observer->notified(value);
+    Q_EMIT notificationReceived(value);
 }
 
 void BleDevice::onCharacteristicWritten(const QLowEnergyCharacteristic & /*info*/,
@@ -368,6 +389,7 @@ void BleDevice::onDescriptorWritten(const QLowEnergyDescriptor &info, const QByt
 void BleDevice::onServiceError(QLowEnergyService::ServiceError serviceError)
 {
     qCWarning(lcTransport) << "BleDevice::onServiceError err=" << serviceError;
+    d->observer->serviceFailed(serviceError);
     const QPointer<BleDevice> alive(this);
     setState(BleDeviceState::Error);
     if (alive && d->service)
@@ -378,6 +400,7 @@ void BleDevice::onNotificationsWatchdogTimeout()
 {
     qCWarning(lcTransport) << "BleDevice: CCCD ack not received within" << kNotificationsWatchdogMs
                            << "ms — disconnecting cleanly";
+    d->observer->subscriptionTimedOut();
     const QPointer<BleDevice> alive(this);
     const quint64 attempt = d->attempt;
     const auto superseded = [&] { return !alive || d->attempt != attempt; };

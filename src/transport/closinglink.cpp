@@ -45,6 +45,16 @@ ClosingLink *ClosingLink::sameComputer(const QLowEnergyController *controller)
     return link;
 }
 
+ClosingLink *ClosingLink::toDevice(const QBluetoothDeviceInfo &device)
+{
+    ClosingLink *link = youngest;
+    while (link
+           && (link->m_controller->remoteAddress() != device.address()
+               || link->m_controller->remoteDeviceUuid() != device.deviceUuid()))
+        link = link->m_older;
+    return link;
+}
+
 // Without a parent: where the event loop has ended already, the process is about to, and the
 // system closes the link by itself.
 ClosingLink::ClosingLink(QLowEnergyController *controller)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QtBluetooth/qbluetoothdeviceinfo.h>
 #include <QtBluetooth/qlowenergycontroller.h>
 #include <QtCore/qobject.h>
 
@@ -26,6 +27,8 @@ public:
     static ClosingLink *watch(QLowEnergyController *controller);
     /** The link to the computer of @p controller that is still closing, or null. */
     [[nodiscard]] static ClosingLink *sameComputer(const QLowEnergyController *controller);
+    /** The same for a computer whose controller is not made yet. */
+    [[nodiscard]] static ClosingLink *toDevice(const QBluetoothDeviceInfo &device);
 
 Q_SIGNALS:
     /** The link has ended, or has taken too long. */
