@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <varda/blecomputer.h>
+#include <varda/bleconfig.h>
+
+/** A computer's configuration: both records that one answer fills. */
+struct VardaConfiguration {
+    BleConfig config;
+    BleComputer computer;
+};

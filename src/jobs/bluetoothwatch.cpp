@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+#include "jobs/bluetoothwatch_p.h"
+
+#ifdef VARDA_HAS_DBUS
+#    include <QtDBus/qdbusargument.h>
+#    include <QtDBus/qdbusconnection.h>
+#    include <QtDBus/qdbuserror.h>
+#    include <QtDBus/qdbusmessage.h>
+#    include <QtDBus/qdbuspendingcall.h>
+#    include <QtDBus/qdbusservicewatcher.h>
+#endif
+
+using namespace Qt::StringLiterals;
+using Reason = VardaJob::Reason;
+
+#ifdef VARDA_HAS_DBUS
+
+namespace {
+
+// A service that is busy answers in milliseconds; a frozen one never.
+constexpr int kFrozenMs = 5000;
+
+const QString kBluez = u"org.bluez"_s;
+const QString kAdapter = u"org.bluez.Adapter1"_s;
+const QString kObjectManager = u"org.freedesktop.DBus.ObjectManager"_s;
+
+struct Adapters {
+    bool any = false;
+    bool powered = false;
+};
+
+/** The adapters among all that the service has: a map of paths to interfaces to properties. */
+Adapters adaptersIn(const QDBusArgument &objects)
+{
+    Adapters found;
+    objects.beginMap();
+    while (!objects.atEnd()) {
+        QDBusObjectPath path;
+        objects.beginMapEntry();
+        objects >> path;
+        objects.beginMap();
+        while (!objects.atEnd()) {
+            QString interface;
+            QVariantMap properties;
+            objects.beginMapEntry();
+            objects >> interface >> properties;
+            objects.endMapEntry();
+            if (interface != kAdapter)
+                continue;
+            found.any = true;
+            found.powered = found.powered || properties.value(u"Powered"_s, true).toBool();
+        }
+        objects.endMap();
+        objects.endMapEntry();
+    }
+    objects.endMap();
+    return found;
+}
+
+Reason reasonOf(const QDBusMessage &reply)
+{
+    if (reply.type() == QDBusMessage::ErrorMessage) {
+        switch (QDBusError(reply).type()) {
+        case QDBusError::ServiceUnknown:
+            return Reason::ServiceGone;
+        case QDBusError::AccessDenied:
+            return Reason::PermissionDenied;
+        case QDBusError::NoReply:
+        case QDBusError::Timeout:
+        case QDBusError::TimedOut:
+            return Reason::ServiceFrozen;
+        default:
+            // A service that starts by the bus and cannot has many errors of its own.
+            return reply.errorName().startsWith("org.freedesktop.systemd1."_L1)
+                           || reply.errorName().startsWith("org.freedesktop.DBus.Error.Spawn."_L1)
+                       ? Reason::ServiceGone
+                       : Reason::None;
+        }
+    }
+    if (reply.signature() != "a{oa{sa{sv}}}"_L1)
+        return Reason::None;
+    const Adapters adapters = adaptersIn(reply.arguments().constFirst().value<QDBusArgument>());
+    if (!adapters.any)
+        return Reason::NoAdapter;
+    return adapters.powered ? Reason::None : Reason::AdapterOff;
+}
+
+} // namespace
+
+BluetoothWatch::BluetoothWatch(QObject *parent) : QObject(parent)
+{
+    QDBusConnection bus = QDBusConnection::systemBus();
+    const auto *const owner = new QDBusServiceWatcher(
+        kBluez, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(owner, &QDBusServiceWatcher::serviceUnregistered, this,
+            [this] { Q_EMIT lost(Reason::ServiceGone); });
+    connect(owner, &QDBusServiceWatcher::serviceRegistered, this, &BluetoothWatch::back);
+    bus.connect(kBluez, u"/"_s, kObjectManager, u"InterfacesRemoved"_s, this,
+                SLOT(onInterfacesRemoved(QDBusObjectPath, QStringList)));
+    // Only the adapter's: each notification of a computer is such a message too.
+    bus.connect(kBluez, QString(), u"org.freedesktop.DBus.Properties"_s, u"PropertiesChanged"_s,
+                {kAdapter}, u"sa{sv}as"_s, this,
+                SLOT(onPropertiesChanged(QString, QVariantMap, QStringList)));
+}
+
+BluetoothWatch::~BluetoothWatch() = default;
+
+void BluetoothWatch::ask(std::function<void(Reason)> answered)
+{
+    const QDBusMessage call = QDBusMessage::createMethodCall(kBluez, u"/"_s, kObjectManager,
+                                                             u"GetManagedObjects"_s);
+    auto *const pending = new QDBusPendingCallWatcher(
+        QDBusConnection::systemBus().asyncCall(call, kFrozenMs), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this,
+            [answered = std::move(answered)](QDBusPendingCallWatcher *ended) {
+                ended->deleteLater();
+                answered(reasonOf(ended->reply()));
+            });
+}
+
+void BluetoothWatch::onInterfacesRemoved(const QDBusObjectPath & /*path*/,
+                                         const QStringList &interfaces)
+{
+    if (!interfaces.contains(kAdapter))
+        return;
+    // Another one may still be there.
+    ask([this](Reason reason) {
+        if (reason != Reason::None)
+            Q_EMIT lost(reason == Reason::NoAdapter ? Reason::AdapterRemoved : reason);
+    });
+}
+
+void BluetoothWatch::onPropertiesChanged(const QString & /*interface*/, const QVariantMap &changed,
+                                         const QStringList & /*invalidated*/)
+{
+    if (changed.value(u"Powered"_s, true).toBool())
+        return;
+    ask([this](Reason reason) {
+        if (reason != Reason::None)
+            Q_EMIT lost(reason);
+    });
+}
+
+#else // elsewhere Qt's own errors have to do
+
+BluetoothWatch::BluetoothWatch(QObject *parent) : QObject(parent) { }
+
+BluetoothWatch::~BluetoothWatch() = default;
+
+void BluetoothWatch::ask(std::function<void(Reason)> answered)
+{
+    QMetaObject::invokeMethod(
+        this, [answered = std::move(answered)] { answered(Reason::None); }, Qt::QueuedConnection);
+}
+
+#endif
+
+void BluetoothWatch::check(std::function<void(Reason)> answered)
+{
+    ask([this, asked = ++m_asked, answered = std::move(answered)](Reason reason) {
+        if (asked == m_asked)
+            answered(reason);
+    });
+}
+
+void BluetoothWatch::forget()
+{
+    ++m_asked;
+}

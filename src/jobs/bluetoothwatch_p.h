@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/qobject.h>
+#include <QtCore/qvariant.h>
+#ifdef VARDA_HAS_DBUS
+#    include <QtDBus/qdbusextratypes.h>
+#endif
+
+#include <functional>
+
+#include <varda/vardajob.h>
+
+/**
+ * The system's Bluetooth, where the system can be asked. When bluetoothd ends, its clients hear
+ * nothing of it, neither of their links nor of their searches: only its name on the bus goes.
+ */
+class BluetoothWatch : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit BluetoothWatch(QObject *parent = nullptr);
+    ~BluetoothWatch() override;
+
+    /** Asks, and reports what is wrong; None if nothing is, or if it cannot be known. */
+    void check(std::function<void(VardaJob::Reason)> answered);
+    /** Nobody waits for the answer any more. */
+    void forget();
+
+Q_SIGNALS:
+    /** It has ended, or its adapter is off or gone; links and searches are dead. */
+    void lost(VardaJob::Reason reason);
+    /** The service is back; its adapter may still be coming. */
+    void back();
+
+#ifdef VARDA_HAS_DBUS
+private Q_SLOTS:
+    void onInterfacesRemoved(const QDBusObjectPath &path, const QStringList &interfaces);
+    void onPropertiesChanged(const QString &interface, const QVariantMap &changed,
+                             const QStringList &invalidated);
+#endif
+
+private:
+    void ask(std::function<void(VardaJob::Reason)> answered);
+
+    quint64 m_asked = 0; ///< counts what was asked, so that a late answer is known
+};

@@ -1,0 +1,456 @@
+// SPDX-License-Identifier: MIT
+#include "jobs/computerlink_p.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include <varda/vardableprotocol.h>
+#include <varda/vardacomputer.h>
+
+#include "jobs/claims_p.h"
+#include "jobs/searchjob_p.h"
+#include "logging_p.h"
+#include "session/sessiondoor_p.h"
+#include "transport/closinglink_p.h"
+
+using namespace std::chrono_literals;
+using Reason = VardaJob::Reason;
+
+namespace {
+
+constexpr auto kSearchTime = 30s;
+/** Others may be in reach whose advertisements come later. */
+constexpr auto kOthersTime = 3s;
+/** A computer that accepts the link and then says nothing is given up by the system after 30 s. */
+constexpr auto kAttemptTime = 31s;
+constexpr auto kFirstPause = 1s;
+constexpr int kMostDoublings = 2; // 1, 2, 4 s
+constexpr int kServicePatience = 15;
+
+std::chrono::seconds pauseAfter(int failures)
+{
+    return kFirstPause * (1 << std::min(failures - 1, kMostDoublings));
+}
+
+bool sameAddress(const BleDeviceInfo &one, const BleDeviceInfo &other)
+{
+    return one.address().compare(other.address(), Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+ComputerLink::ComputerLink(QObject *parent)
+    : QObject(parent), m_watch(new BluetoothWatch(this)), m_search(new DeviceSearch(this)),
+      m_timer(new QTimer(this))
+{
+    m_timer->setSingleShot(true);
+    connect(m_watch, &BluetoothWatch::lost, this, &ComputerLink::onBluetoothLost);
+    connect(m_watch, &BluetoothWatch::back, this, [this] {
+        if (m_patience > 0)
+            begin();
+    });
+    connect(m_search, &DeviceSearch::seen, this, &ComputerLink::onSeen);
+    connect(m_search, &DeviceSearch::finished, this, [this] {
+        post([this] { choose(); });
+    });
+    connect(m_search, &DeviceSearch::failed, this,
+            [this](DeviceSearch::Failure failure, const QString &text) {
+                post([this, failure, text] { onSearchFailed(failure, text); });
+            });
+}
+
+ComputerLink::~ComputerLink()
+{
+    stopTrying();
+    dropSession();
+    Claims::release(this);
+}
+
+/** From the event loop, unless the attempt that it belongs to is over by then. */
+template <typename Function> void ComputerLink::post(Function function)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, serial = m_serial, function] {
+            if (serial == m_serial)
+                function();
+        },
+        Qt::QueuedConnection);
+}
+
+void ComputerLink::setState(State state)
+{
+    if (m_state == state)
+        return;
+    m_state = state;
+    Q_EMIT stateChanged();
+}
+
+int ComputerLink::mtu() const
+{
+    return m_state == State::Up ? SessionDoor(*m_session).mtu() : 0;
+}
+
+void ComputerLink::open(const Wish &wish)
+{
+    m_wish = wish;
+    m_failures = 0;
+    m_patience = wish.serviceMayComeBack ? kServicePatience : 0;
+    begin();
+}
+
+void ComputerLink::stopTrying()
+{
+    ++m_serial;
+    m_watch->forget();
+    m_search->stop();
+    m_timer->stop();
+    m_timer->disconnect(this);
+    ConnectingTurn::release(this);
+}
+
+void ComputerLink::begin()
+{
+    stopTrying();
+    setState(State::Searching);
+    m_watch->check([this, serial = m_serial](Reason reason) {
+        if (serial == m_serial)
+            onBluetoothKnown(reason);
+    });
+}
+
+void ComputerLink::onBluetoothKnown(Reason reason)
+{
+    if (reason == Reason::None) {
+        search();
+        return;
+    }
+    // The service has its name before it has its adapter, and the adapter before it is on.
+    if (m_patience > 0 && reason != Reason::PermissionDenied) {
+        --m_patience;
+        connect(m_timer, &QTimer::timeout, this, &ComputerLink::begin);
+        m_timer->start(1s);
+        return;
+    }
+    fail({VardaJob::NoBluetooth, reason});
+}
+
+void ComputerLink::search()
+{
+    m_candidates.clear();
+    m_othersSeen = false;
+    m_search->start(kSearchTime);
+}
+
+void ComputerLink::onSeen(const BleDeviceInfo &device)
+{
+    const bool wanted = m_wish.device.isValid() ? sameAddress(device, m_wish.device)
+                                                : VardaComputer::isComputerName(device.name());
+    const auto known = [&device](const BleDeviceInfo &each) { return sameAddress(each, device); };
+    if (!wanted || std::any_of(m_candidates.cbegin(), m_candidates.cend(), known))
+        return;
+
+    const bool others = Claims::isOthers(device.address(), this);
+    if (others)
+        m_othersSeen = true;
+    else
+        m_candidates.append(device);
+    if (m_wish.device.isValid() || (!others && !m_wish.onlyOne)) {
+        post([this] { choose(); });
+    } else if (!m_timer->isActive()) {
+        connect(m_timer, &QTimer::timeout, this, &ComputerLink::choose);
+        m_timer->start(kOthersTime);
+    }
+}
+
+void ComputerLink::onSearchFailed(DeviceSearch::Failure failure, const QString &text)
+{
+    // A service that is on its way back fails searches too.
+    if (m_patience > 0) {
+        onBluetoothKnown(failureReason(failure));
+        return;
+    }
+    fail({VardaJob::NoBluetooth, failureReason(failure), text});
+}
+
+void ComputerLink::choose()
+{
+    stopTrying();
+    if (m_candidates.isEmpty()) {
+        fail(m_othersSeen ? JobEnd{VardaJob::InUse, Reason::OtherComputer}
+                          : JobEnd{VardaJob::NotFound, Reason::Silent,
+                                   QString::number(std::chrono::seconds(kSearchTime).count())});
+    } else if (m_wish.onlyOne && !m_wish.device.isValid()
+               && (m_candidates.size() > 1 || m_othersSeen)) {
+        fail({VardaJob::Ambiguous, Reason::ManyInReach});
+    } else {
+        connectTo(m_candidates.constFirst());
+    }
+}
+
+void ComputerLink::connectTo(const BleDeviceInfo &device)
+{
+    if (!Claims::claim(device.address(), this)) {
+        fail({VardaJob::InUse, Reason::OtherComputer});
+        return;
+    }
+    // Nothing of the last computer may be taken for this one's.
+    if (m_session && !sameAddress(device, m_device))
+        dropSession();
+    m_device = device;
+    if (!m_session)
+        makeSession();
+    m_services.clear();
+    m_noService = m_noCharacteristics = m_timedOut = m_writeFailed = false;
+    m_detail.clear();
+    setState(State::Connecting);
+    ConnectingTurn::ask(this, [this, serial = m_serial] {
+        if (serial != m_serial)
+            return;
+        connect(m_timer, &QTimer::timeout, this, &ComputerLink::onAttemptFailed);
+        m_timer->start(kAttemptTime);
+        SessionDoor door(*m_session);
+        door.liftLimits(!m_mode);
+        door.observe(this);
+        m_session->connectTo(m_device, m_mode.value_or(BleMode::Gatt));
+    });
+}
+
+void ComputerLink::makeSession()
+{
+    m_session = std::make_unique<VardaSession>();
+    connect(m_session.get(), &VardaSession::createControllerStatus, this,
+            [this](CreateControllerStatus::CreateControllerStatusIn status) {
+                if (status != CreateControllerStatus::Created)
+                    post([this] { onAttemptFailed(); });
+            });
+    connect(m_session.get(), &VardaSession::connectControllerStatus, this,
+            [this](ConnectControllerStatus::ConnectControllerStatusIn status) {
+                if (status == ConnectControllerStatus::Connected)
+                    post([this] { onConnected(); });
+                else
+                    post([this] { onAttemptFailed(); });
+            });
+    connect(m_session.get(), &VardaSession::disconnectController, this, [this] {
+        post([this] { onLinkDown(); });
+    });
+}
+
+void ComputerLink::dropSession()
+{
+    if (!m_session)
+        return;
+    SessionDoor(*m_session).observe(LinkObserver::nobody());
+    m_session->disconnect(this);
+    m_session->controllerDisconnect();
+    // One of its slots may be what leads here.
+    DeleteLater()(m_session.release());
+}
+
+void ComputerLink::onConnected()
+{
+    if (m_state != State::Connecting)
+        return;
+    stopTrying();
+    setState(State::Up);
+    Q_EMIT opened();
+}
+
+void ComputerLink::onAttemptFailed()
+{
+    if (m_state == State::Up) {
+        onLinkDown();
+        return;
+    }
+    if (m_state != State::Connecting)
+        return;
+    const JobEnd end = attemptEnd();
+    const bool hopeless = end.reason == Reason::OtherLinkMode
+                          || (end.reason == Reason::NoService && !m_services.isEmpty());
+    m_session->controllerDisconnect();
+    tryAgain(end, hopeless);
+}
+
+void ComputerLink::tryAgain(const JobEnd &end, bool hopeless)
+{
+    stopTrying();
+    if (hopeless || m_failures >= m_wish.retries) {
+        fail(end);
+        return;
+    }
+    ++m_failures;
+    qCInfo(lcSession) << "connection failed, trying again after" << pauseAfter(m_failures).count()
+                      << "s";
+    connect(m_timer, &QTimer::timeout, this, &ComputerLink::begin);
+    m_timer->start(pauseAfter(m_failures));
+}
+
+void ComputerLink::onLinkDown()
+{
+    if (m_state == State::Connecting) {
+        onAttemptFailed();
+        return;
+    }
+    if (m_state != State::Up)
+        return;
+    const JobEnd end = lossEnd();
+    quit();
+    Q_EMIT lost(end);
+}
+
+void ComputerLink::onBluetoothLost(Reason reason)
+{
+    const JobEnd end{VardaJob::NoBluetooth, reason};
+    switch (m_state) {
+    case State::Down:
+    case State::Closing:
+        return;
+    case State::Up:
+        m_session->controllerDisconnect();
+        quit();
+        Q_EMIT lost(end);
+        return;
+    case State::Searching:
+    case State::Connecting:
+        if (m_state == State::Connecting && m_session)
+            m_session->controllerDisconnect();
+        stopTrying();
+        if (m_patience > 0)
+            onBluetoothKnown(reason);
+        else
+            fail(end);
+        return;
+    }
+}
+
+void ComputerLink::fail(const JobEnd &end)
+{
+    quit();
+    Q_EMIT failed(end);
+}
+
+/** Down, whatever was tried. The system may still be closing the link: the next one waits for it. */
+void ComputerLink::quit()
+{
+    stopTrying();
+    m_patience = 0;
+    Claims::release(this);
+    setState(State::Down);
+}
+
+void ComputerLink::close()
+{
+    const bool used = m_state == State::Connecting || m_state == State::Up;
+    if (m_state == State::Closing)
+        return;
+    stopTrying();
+    m_patience = 0;
+    if (used)
+        m_session->controllerDisconnect();
+    ++m_serial; // what the session has just said is known
+    setState(State::Closing);
+    const auto end = [this] {
+        quit();
+        Q_EMIT closed();
+    };
+    if (const ClosingLink *const closing = m_device.isValid()
+                                               ? ClosingLink::toDevice(m_device.deviceInfo())
+                                               : nullptr)
+        connect(closing, &ClosingLink::closed, this, [this, end] { post(end); });
+    else
+        post(end);
+}
+
+/** Why the attempt failed that has just done so. */
+JobEnd ComputerLink::attemptEnd() const
+{
+    if (m_noCharacteristics || m_noService) {
+        const bool otherKind = m_mode && !m_services.isEmpty()
+                               && SessionDoor::modeOf(m_services) != *m_mode;
+        return {VardaJob::NotConnected, otherKind ? Reason::OtherLinkMode : Reason::NoService};
+    }
+    return {VardaJob::NotConnected, Reason::LinkFailed, m_detail};
+}
+
+JobEnd ComputerLink::lossEnd() const
+{
+    if (m_timedOut)
+        return {VardaJob::TimedOut, Reason::NoAnswer};
+    if (m_writeFailed)
+        return {VardaJob::LinkLost, Reason::WriteFailed};
+    return {VardaJob::LinkLost, Reason::LinkFailed, m_detail};
+}
+
+// What the link is seen to do
+
+void ComputerLink::servicesKnown(const QList<QBluetoothUuid> &services)
+{
+    m_services = services;
+}
+
+void ComputerLink::noUsableService()
+{
+    m_noService = true;
+}
+
+void ComputerLink::characteristicsMissing()
+{
+    m_noCharacteristics = true;
+}
+
+void ComputerLink::subscriptionTimedOut()
+{
+    m_detail = QStringLiteral("its notifications could not be switched on");
+}
+
+void ComputerLink::controllerFailed(QLowEnergyController::Error error)
+{
+    m_detail = VardaBleProtocol::controllerErrorString(error);
+}
+
+void ComputerLink::serviceFailed(QLowEnergyService::ServiceError error)
+{
+    m_writeFailed = error == QLowEnergyService::CharacteristicWriteError;
+    m_detail = VardaBleProtocol::serviceErrorString(error);
+}
+
+void ComputerLink::written(QByteArrayView bytes)
+{
+    m_observer->written(bytes);
+}
+
+void ComputerLink::notified(QByteArrayView bytes)
+{
+    m_observer->notified(bytes);
+}
+
+void ComputerLink::frameReceived(quint8 code, QByteArrayView frame)
+{
+    m_observer->frameReceived(code, frame);
+}
+
+void ComputerLink::wrongChecksum()
+{
+    m_observer->wrongChecksum();
+}
+
+void ComputerLink::leftOver(QByteArrayView bytes)
+{
+    m_observer->leftOver(bytes);
+}
+
+void ComputerLink::tooManyNotifications()
+{
+    m_observer->tooManyNotifications();
+}
+
+void ComputerLink::answerProcessed()
+{
+    m_observer->answerProcessed();
+}
+
+void ComputerLink::receiveTimedOut()
+{
+    m_timedOut = true;
+    m_observer->receiveTimedOut();
+}

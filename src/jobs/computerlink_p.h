@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/qlist.h>
+#include <QtCore/qobject.h>
+#include <QtCore/qpointer.h>
+#include <QtCore/qtimer.h>
+
+#include <memory>
+#include <optional>
+
+#include <varda/bledeviceinfo.h>
+#include <varda/blemode.h>
+#include <varda/vardasession.h>
+
+#include "jobs/bluetoothwatch_p.h"
+#include "jobs/jobend_p.h"
+#include "transport/devicesearch_p.h"
+#include "transport/linkobserver_p.h"
+
+/**
+ * The way to one computer: finds it, connects, tries again, and reports once what became of it.
+ *
+ * All signals come from the event loop. After close() and giveUp() only closed() comes.
+ */
+class ComputerLink : public QObject, private LinkObserver
+{
+    Q_OBJECT
+
+public:
+    enum class State { Down, Searching, Connecting, Up, Closing };
+    Q_ENUM(State)
+
+    /** What to connect to, and how hard to try. */
+    struct Wish {
+        BleDeviceInfo device = {}; ///< invalid: the first computer found
+        bool onlyOne = false;      ///< without a device: fail if there are several
+        int retries = 3;
+        bool serviceMayComeBack = false; ///< it has just been there
+    };
+
+    explicit ComputerLink(QObject *parent);
+    ~ComputerLink() override;
+
+    void setMode(std::optional<BleMode> mode) { m_mode = mode; }
+    /** Sees what happens on a link that is up; nobody() for none. */
+    void setObserver(LinkObserver *observer) { m_observer = observer; }
+
+    void open(const Wish &wish);
+    /** Ends the search or the connection; the link if it is up. */
+    void close();
+
+    [[nodiscard]] State state() const { return m_state; }
+    /** The one that is or was connected to last. */
+    [[nodiscard]] BleDeviceInfo device() const { return m_device; }
+    /** Only while the link is up. */
+    [[nodiscard]] VardaSession &session() { return *m_session; }
+    [[nodiscard]] bool hasSession() const { return m_session != nullptr; }
+    [[nodiscard]] int mtu() const;
+    /** The silence that just ended the link: the system was away, not the computer. */
+    void forgetTimeouts() { m_timedOut = false; }
+
+Q_SIGNALS:
+    void stateChanged();
+    void opened();
+    void failed(const JobEnd &end);
+    /** It was up, and nobody here has dropped it. */
+    void lost(const JobEnd &end);
+    void closed();
+
+private:
+    void begin();
+    void onBluetoothKnown(VardaJob::Reason reason);
+    void search();
+    void onSeen(const BleDeviceInfo &device);
+    void onSearchFailed(DeviceSearch::Failure failure, const QString &text);
+    void choose();
+    void connectTo(const BleDeviceInfo &device);
+    void makeSession();
+    void dropSession();
+    void onConnected();
+    void onAttemptFailed();
+    void onLinkDown();
+    void onBluetoothLost(VardaJob::Reason reason);
+    void tryAgain(const JobEnd &end, bool hopeless);
+    void fail(const JobEnd &end);
+    void quit();
+    void setState(State state);
+    void stopTrying();
+    [[nodiscard]] JobEnd attemptEnd() const;
+    [[nodiscard]] JobEnd lossEnd() const;
+    template <typename Function> void post(Function function);
+
+    // LinkObserver
+    void servicesKnown(const QList<QBluetoothUuid> &services) override;
+    void noUsableService() override;
+    void characteristicsMissing() override;
+    void subscriptionTimedOut() override;
+    void controllerFailed(QLowEnergyController::Error error) override;
+    void serviceFailed(QLowEnergyService::ServiceError error) override;
+    void written(QByteArrayView bytes) override;
+    void notified(QByteArrayView bytes) override;
+    void frameReceived(quint8 code, QByteArrayView frame) override;
+    void wrongChecksum() override;
+    void leftOver(QByteArrayView bytes) override;
+    void tooManyNotifications() override;
+    void answerProcessed() override;
+    void receiveTimedOut() override;
+
+    State m_state = State::Down;
+    std::optional<BleMode> m_mode;
+    Wish m_wish;
+    int m_failures = 0;
+    int m_patience = 0; ///< seconds that the service may still take to come back
+    BleDeviceInfo m_device;
+    QList<BleDeviceInfo> m_candidates;
+    bool m_othersSeen = false; ///< a computer that another object of this process has
+    std::unique_ptr<VardaSession> m_session;
+    LinkObserver *m_observer = LinkObserver::nobody();
+    BluetoothWatch *m_watch;
+    DeviceSearch *m_search;
+    QTimer *m_timer;
+    quint64 m_serial = 0; ///< counts attempts, so that what comes late is known
+
+    // Notes on the link
+    QList<QBluetoothUuid> m_services;
+    bool m_noService = false;
+    bool m_noCharacteristics = false;
+    bool m_timedOut = false;
+    bool m_writeFailed = false;
+    QString m_detail;
+};

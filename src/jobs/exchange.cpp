@@ -1,0 +1,252 @@
+// SPDX-License-Identifier: MIT
+#include "jobs/exchange_p.h"
+
+#include <chrono>
+
+using namespace std::chrono_literals;
+using Reason = VardaJob::Reason;
+
+namespace {
+
+/** As long as the session waits for more of an answer. */
+constexpr auto kQuiet = 1s;
+constexpr auto kLongestNoise = 5s;
+/** Less than what the session waits, which then drops the link. */
+constexpr auto kAcknowledgement = 2s;
+
+} // namespace
+
+Exchange::Exchange(ComputerLink *link)
+    : QObject(link), m_link(link), m_quiet(new QTimer(this)), m_longest(new QTimer(this))
+{
+    for (QTimer *timer : {m_quiet, m_longest}) {
+        timer->setSingleShot(true);
+        timer->setTimerType(Qt::PreciseTimer);
+        connect(timer, &QTimer::timeout, this, [this] {
+            if (m_whenQuiet)
+                finish(*m_whenQuiet);
+            else if (m_running) // nothing has acknowledged it
+                finish({});
+        });
+    }
+    m_link->setObserver(this);
+}
+
+Exchange::~Exchange()
+{
+    m_link->setObserver(LinkObserver::nobody());
+}
+
+void Exchange::watch(VardaSession &session)
+{
+    if (m_watched == &session)
+        return;
+    m_watched = &session;
+    m_check.reset();
+    connect(&session, &QObject::destroyed, this, [this, gone = &session] {
+        if (m_watched == gone)
+            m_watched = nullptr;
+    });
+    connect(&session, &VardaSession::endCommand, this,
+            [this](TidemarCommand::TidemarCommandIn command) {
+                if (!m_running || command != m_request.end)
+                    return;
+                m_ended = true;
+                judgeLater();
+            });
+    connect(&session, &VardaSession::exchangeError, this,
+            [this](TidemarCommand::TidemarCommandIn, ExchangeError::ExchangeErrorIn error) {
+                onRefused(error);
+            });
+}
+
+void Exchange::start(const Request &request)
+{
+    ++m_serial;
+    watch(m_link->session());
+    m_request = request;
+    const auto answer = request.answer.value_or(request.end);
+    if (m_check)
+        m_check = AnswerCheck(answer, *m_check);
+    else
+        m_check.emplace(answer);
+    m_check->setUnlimited();
+    m_collected = SessionDoor::collectsAnswers(answer);
+    m_running = true;
+    m_sent = m_ended = m_acknowledged = m_tooMany = false;
+    m_refusal.reset();
+    m_whenQuiet.reset();
+    m_doubt.reset();
+    m_bytes = 0;
+    m_quiet->stop();
+    m_longest->stop();
+
+    SessionDoor door(m_link->session());
+    const Reason rejected = request.send(m_link->session(), door);
+    if (rejected != Reason::None) {
+        finish({VardaJob::Rejected, rejected});
+        return;
+    }
+    if (request.ending == Request::Ending::AnyFrame)
+        m_quiet->start(kAcknowledgement);
+}
+
+void Exchange::abandon()
+{
+    ++m_serial;
+    m_running = false;
+    m_quiet->stop();
+    m_longest->stop();
+}
+
+void Exchange::stopSteps()
+{
+    if (m_running && m_link->state() == ComputerLink::State::Up)
+        SessionDoor(m_link->session()).stopSteps();
+}
+
+void Exchange::onLinkLost(const JobEnd &end)
+{
+    m_check.reset();
+    if (!m_running)
+        return;
+    if (m_request.ending == Request::Ending::LinkDown && end.error == VardaJob::LinkLost)
+        finish({});
+    else if (m_whenQuiet)
+        finish(*m_whenQuiet);
+    else if (end.reason == Reason::NoAnswer && m_bytes > 0)
+        finish({VardaJob::TimedOut, Reason::NoEnd});
+    else
+        finish(end);
+}
+
+void Exchange::judgeLater()
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, serial = m_serial] {
+            if (m_running && serial == m_serial)
+                judge();
+        },
+        Qt::QueuedConnection);
+}
+
+void Exchange::judge()
+{
+    if (m_whenQuiet)
+        return;
+    if (const auto end = damage()) {
+        finishWhenQuiet(*end);
+    } else if (m_refusal) {
+        finish({VardaJob::Refused, *m_refusal});
+    } else if (m_ended && m_check->finding() == AnswerCheck::Finding::Doubtful) {
+        m_doubt = m_check->digest();
+        finish({VardaJob::Repeated, Reason::OtherSubscriber});
+    } else if (m_ended) {
+        finish({});
+    }
+}
+
+std::optional<JobEnd> Exchange::damage() const
+{
+    if (m_tooMany)
+        return JobEnd{VardaJob::Damaged, Reason::TooManyNotifications};
+    switch (m_check->finding()) {
+    case AnswerCheck::Finding::Repeated:
+        return JobEnd{VardaJob::Repeated, Reason::OtherSubscriber};
+    case AnswerCheck::Finding::Incomplete:
+        return JobEnd{VardaJob::Damaged, Reason::IncompleteFrame};
+    case AnswerCheck::Finding::InPieces:
+        return JobEnd{VardaJob::Damaged, Reason::SmallMtu};
+    case AnswerCheck::Finding::LeftOver:
+        return JobEnd{VardaJob::Damaged, Reason::Undecodable};
+    case AnswerCheck::Finding::WrongChecksum:
+        return JobEnd{VardaJob::Damaged, Reason::WrongChecksum};
+    case AnswerCheck::Finding::BeginningLost: // the session of a job has no such limit
+    case AnswerCheck::Finding::Doubtful:
+    case AnswerCheck::Finding::Sound:
+        break;
+    }
+    return {};
+}
+
+void Exchange::finishWhenQuiet(const JobEnd &end)
+{
+    m_whenQuiet = end;
+    stopSteps();
+    m_quiet->start(kQuiet);
+    m_longest->start(kLongestNoise);
+}
+
+void Exchange::finish(const JobEnd &end)
+{
+    abandon();
+    QMetaObject::invokeMethod(
+        this,
+        [this, end, serial = m_serial] {
+            if (serial == m_serial)
+                Q_EMIT ended(end);
+        },
+        Qt::QueuedConnection);
+}
+
+void Exchange::onRefused(ExchangeError::ExchangeErrorIn error)
+{
+    if (!m_running)
+        return;
+    switch (error) {
+    case ExchangeError::InvalidCrc: // known already
+        return;
+    case ExchangeError::BeginProgramError:
+        m_refusal = Reason::BeginRefused;
+        break;
+    case ExchangeError::ProgramError:
+        m_refusal = Reason::BlockRefused;
+        break;
+    case ExchangeError::EndProgramError:
+        m_refusal = Reason::EndRefused;
+        break;
+    default:
+        m_refusal = Reason::ComputerRefused;
+        break;
+    }
+    judgeLater();
+}
+
+void Exchange::written(QByteArrayView /*bytes*/)
+{
+    m_sent = true;
+}
+
+void Exchange::notified(QByteArrayView bytes)
+{
+    if (m_running && m_check) {
+        m_bytes += bytes.size();
+        m_check->add(bytes.toByteArray());
+        if (m_whenQuiet)
+            m_quiet->start(kQuiet);
+    }
+    Q_EMIT alive();
+}
+
+void Exchange::frameReceived(quint8 code, QByteArrayView /*frame*/)
+{
+    if (!m_running || m_request.ending != Request::Ending::AnyFrame || code != m_request.end)
+        return;
+    m_acknowledged = m_ended = true;
+    judgeLater();
+}
+
+void Exchange::tooManyNotifications()
+{
+    m_tooMany = true;
+}
+
+void Exchange::answerProcessed()
+{
+    if (!m_running || !m_check)
+        return;
+    if (m_collected)
+        m_check->onQuiet();
+    judgeLater();
+}

@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+#include "jobs/firmware_p.h"
+
+#include "jobs/exchange_p.h"
+#include "jobs/vardajob_p.h"
+
+using namespace Qt::StringLiterals;
+using Reason = VardaJob::Reason;
+
+FirmwareWork::FirmwareWork(const QByteArray &bytes, const QString &fileName, bool force)
+    : m_bytes(bytes), m_fileName(fileName), m_force(force),
+      m_image(FirmwareImage::fromData(bytes, fileName))
+{
+    needsIdentity = needsBootloader = true;
+    writes = true;
+    isLong = true;
+    m_upload = {.what = u"upload"_s,
+                .end = TidemarCommand::End_program,
+                .send = [this](VardaSession &session, SessionDoor &) { return start(session); },
+                .writes = true};
+    m_verify = Requests::command(u"identification"_s, TidemarCommand::Identification);
+}
+
+JobEnd FirmwareWork::check()
+{
+    switch (m_image.kind) {
+    case FirmwareImage::Kind::Empty:
+        return {VardaJob::Rejected, Reason::BadArgument};
+    case FirmwareImage::Kind::Unknown:
+        return {VardaJob::Rejected, Reason::UnknownImage};
+    case FirmwareImage::Kind::WithoutHeader:
+    case FirmwareImage::Kind::Firmware:
+    case FirmwareImage::Kind::Bootloader:
+        break;
+    }
+    return {};
+}
+
+Reason FirmwareWork::start(VardaSession &session)
+{
+    if (m_session != &session) {
+        m_session = &session;
+        QObject::disconnect(m_progress);
+        m_progress = QObject::connect(
+            &session, &VardaSession::uploadFirmwareProgress, job, [this](int sent, int /*percent*/) {
+                // Of the last block it may count more than there is, and 0 at the very end.
+                const qint64 size = m_bytes.size();
+                const qint64 done = sent == 0 ? size : qMin<qint64>(sent, size);
+                resumedAt = SessionDoor(*m_session).uploadResumedAt();
+                VardaJobPrivate::of(*job).setProgress(done, size);
+            });
+    }
+    switch (session.uploadFirmware(m_bytes, m_fileName, m_force)) {
+    case -1:
+        return Reason::UnknownImage;
+    case -2:
+    case -3:
+        return Reason::SameVersion;
+    case -4:
+        return Reason::BootloaderUnknown;
+    case 0:
+        return Reason::BadArgument;
+    default:
+        break;
+    }
+    return Reason::None;
+}
+
+const Request *FirmwareWork::next()
+{
+    switch (m_stage) {
+    case Stage::Upload:
+        return &m_upload;
+    case Stage::Verify:
+        return &m_verify;
+    case Stage::Done:
+        break;
+    }
+    return nullptr;
+}
+
+void FirmwareWork::done(VardaSession &session, Exchange & /*exchange*/)
+{
+    if (m_stage == Stage::Upload) {
+        m_stage = Stage::Done;
+        elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(session.uploadElapsed());
+        endsLink = true;
+        return;
+    }
+    const bool bootloader = m_image.kind == FirmwareImage::Kind::Bootloader;
+    const std::uint32_t has = bootloader ? session.bootloaderVersion() : session.firmwareVersion();
+    // The end did not arrive, or was not liked: what is missing is sent again.
+    m_stage = has == m_image.version && m_image.version != 0 ? Stage::Done : Stage::Upload;
+}
+
+void FirmwareWork::interrupted(const JobEnd & /*end*/, const Exchange & /*exchange*/)
+{
+    if (m_stage == Stage::Upload && m_session && SessionDoor(*m_session).uploadEndSent())
+        m_stage = Stage::Verify;
+}
+
+// The job
+
+namespace {
+
+const FirmwareWork *workOf(const FirmwareJob &job)
+{
+    return static_cast<const FirmwareWork *>(
+        VardaJobPrivate::of(const_cast<FirmwareJob &>(job)).work.get());
+}
+
+} // namespace
+
+FirmwareJob::FirmwareJob(VardaJobPrivate *job) : VardaJob(job)
+{
+    static_cast<FirmwareWork *>(job->work.get())->job = this;
+    job->unit = Unit::Bytes;
+}
+
+qint64 FirmwareJob::resumedAt() const
+{
+    return workOf(*this)->resumedAt;
+}
+
+std::chrono::milliseconds FirmwareJob::elapsed() const
+{
+    return workOf(*this)->elapsed;
+}

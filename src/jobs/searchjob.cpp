@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include "jobs/searchjob_p.h"
+
+#include <algorithm>
+
+#include <varda/vardacomputer.h>
+
+using Reason = VardaJob::Reason;
+
+SearchJobPrivate::SearchJobPrivate(std::chrono::seconds searchTime, bool everything)
+    : time(searchTime), allDevices(everything)
+{
+    name = QStringLiteral("search");
+}
+
+void SearchJobPrivate::start()
+{
+    search = new DeviceSearch(q);
+    watch = new BluetoothWatch(q);
+    QObject::connect(search, &DeviceSearch::seen, q,
+                     [this](const BleDeviceInfo &device) { onSeen(device); });
+    QObject::connect(search, &DeviceSearch::finished, q, [this] { finish({}); });
+    QObject::connect(search, &DeviceSearch::failed, q,
+                     [this](DeviceSearch::Failure failure, const QString &) {
+                         finish({VardaJob::NoBluetooth, failureReason(failure)});
+                     });
+    QObject::connect(watch, &BluetoothWatch::lost, q, [this](Reason reason) {
+        finish({VardaJob::NoBluetooth, reason});
+    });
+    setState(VardaJob::Running);
+    watch->check([this](Reason reason) {
+        if (isEnding())
+            return;
+        if (reason != Reason::None)
+            finish({VardaJob::NoBluetooth, reason});
+        else
+            search->start(time);
+    });
+}
+
+void SearchJobPrivate::onSeen(const BleDeviceInfo &device)
+{
+    if (isEnding() || device.name().isEmpty()
+        || (!allDevices && !VardaComputer::isComputerName(device.name())))
+        return;
+    auto *const job = static_cast<SearchJob *>(q);
+    const auto it = std::find_if(devices.begin(), devices.end(), [&](const BleDeviceInfo &each) {
+        return each.address() == device.address();
+    });
+    if (it == devices.end()) {
+        devices.append(device);
+        Q_EMIT job->deviceFound(device);
+    } else if (it->name() != device.name() || it->rssi() != device.rssi()) {
+        *it = device;
+        Q_EMIT job->deviceChanged(device);
+    }
+}
+
+void SearchJobPrivate::finish(const JobEnd &how)
+{
+    if (isEnding())
+        return;
+    if (search)
+        search->stop();
+    end(how, QVariant::fromValue(devices));
+}
+
+VardaJob::Reason failureReason(DeviceSearch::Failure failure)
+{
+    switch (failure) {
+    case DeviceSearch::Failure::NoAdapter:
+        return Reason::NoAdapter;
+    case DeviceSearch::Failure::AdapterOff:
+        return Reason::AdapterOff;
+    case DeviceSearch::Failure::PermissionDenied:
+        return Reason::PermissionDenied;
+    case DeviceSearch::Failure::NotSupported:
+        return Reason::NotSupported;
+    case DeviceSearch::Failure::Other:
+        break;
+    }
+    return Reason::ServiceGone;
+}
+
+namespace {
+
+SearchJobPrivate &privateOf(const SearchJob &job)
+{
+    return static_cast<SearchJobPrivate &>(VardaJobPrivate::of(const_cast<SearchJob &>(job)));
+}
+
+} // namespace
+
+SearchJob::SearchJob(VardaJobPrivate *job) : VardaJob(job)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (!privateOf(*this).isEnding())
+                privateOf(*this).start();
+        },
+        Qt::QueuedConnection);
+}
+
+QList<BleDeviceInfo> SearchJob::devices() const
+{
+    return privateOf(*this).devices;
+}
+
+void SearchJob::finishNow()
+{
+    privateOf(*this).finish({});
+}
+
+void SearchJob::stop(bool /*atOnce*/)
+{
+    privateOf(*this).finish({Cancelled, Reason::ByCaller});
+}

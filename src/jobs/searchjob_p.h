@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/qlist.h>
+
+#include <chrono>
+
+#include <varda/bledeviceinfo.h>
+#include <varda/searchjob.h>
+
+#include "jobs/bluetoothwatch_p.h"
+#include "jobs/vardajob_p.h"
+#include "transport/devicesearch_p.h"
+
+class SearchJobPrivate final : public VardaJobPrivate
+{
+public:
+    SearchJobPrivate(std::chrono::seconds searchTime, bool everything);
+
+    void start();
+    void finish(const JobEnd &how);
+
+    const std::chrono::seconds time;
+    const bool allDevices;
+    QList<BleDeviceInfo> devices;
+
+private:
+    void onSeen(const BleDeviceInfo &device);
+
+    DeviceSearch *search = nullptr;  // the job's children
+    BluetoothWatch *watch = nullptr;
+};
+
+[[nodiscard]] VardaJob::Reason failureReason(DeviceSearch::Failure failure);
