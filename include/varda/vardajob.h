@@ -109,10 +109,10 @@ public:
         ByOtherDevice,
         ComputerDeleted,
         // Appended
-        SmallMtu,       ///< Damaged: the answer cannot arrive over a link of this MTU (23)
-        Silent,         ///< NotFound: no advertisement of it, or of any computer
-        ManyInReach,    ///< Ambiguous
-        OtherComputer,  ///< InUse: another VardaComputer has it
+        SmallMtu,        ///< Damaged: the answer cannot arrive over a link of this MTU (23)
+        Silent,          ///< NotFound: no advertisement of it, or of any computer
+        ManyInReach,     ///< Ambiguous
+        OtherComputer,   ///< InUse: another VardaComputer has it
         OtherSubscriber, ///< Repeated
         ConnectLimit,    ///< TimedOut: found, but not connected in time
     };

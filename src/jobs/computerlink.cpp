@@ -40,7 +40,9 @@ bool sameAddress(const BleDeviceInfo &one, const BleDeviceInfo &other)
 } // namespace
 
 ComputerLink::ComputerLink(QObject *parent)
-    : QObject(parent), m_watch(new BluetoothWatch(this)), m_search(new DeviceSearch(this)),
+    : QObject(parent),
+      m_watch(new BluetoothWatch(this)),
+      m_search(new DeviceSearch(this)),
       m_timer(new QTimer(this))
 {
     m_timer->setSingleShot(true);
@@ -50,9 +52,7 @@ ComputerLink::ComputerLink(QObject *parent)
             begin();
     });
     connect(m_search, &DeviceSearch::seen, this, &ComputerLink::onSeen);
-    connect(m_search, &DeviceSearch::finished, this, [this] {
-        post([this] { choose(); });
-    });
+    connect(m_search, &DeviceSearch::finished, this, [this] { post([this] { choose(); }); });
     connect(m_search, &DeviceSearch::failed, this,
             [this](DeviceSearch::Failure failure, const QString &text) {
                 post([this, failure, text] { onSearchFailed(failure, text); });
@@ -231,9 +231,8 @@ void ComputerLink::makeSession()
                 else
                     post([this] { onAttemptFailed(); });
             });
-    connect(m_session.get(), &VardaSession::disconnectController, this, [this] {
-        post([this] { onLinkDown(); });
-    });
+    connect(m_session.get(), &VardaSession::disconnectController, this,
+            [this] { post([this] { onLinkDown(); }); });
 }
 
 void ComputerLink::dropSession()

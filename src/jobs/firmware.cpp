@@ -8,7 +8,9 @@ using namespace Qt::StringLiterals;
 using Reason = VardaJob::Reason;
 
 FirmwareWork::FirmwareWork(const QByteArray &bytes, const QString &fileName, bool force)
-    : m_bytes(bytes), m_fileName(fileName), m_force(force),
+    : m_bytes(bytes),
+      m_fileName(fileName),
+      m_force(force),
       m_image(FirmwareImage::fromData(bytes, fileName))
 {
     needsIdentity = needsBootloader = true;
@@ -41,14 +43,15 @@ Reason FirmwareWork::start(VardaSession &session)
     if (m_session != &session) {
         m_session = &session;
         QObject::disconnect(m_progress);
-        m_progress = QObject::connect(
-            &session, &VardaSession::uploadFirmwareProgress, job, [this](int sent, int /*percent*/) {
-                // Of the last block it may count more than there is, and 0 at the very end.
-                const qint64 size = m_bytes.size();
-                const qint64 done = sent == 0 ? size : qMin<qint64>(sent, size);
-                resumedAt = SessionDoor(*m_session).uploadResumedAt();
-                VardaJobPrivate::of(*job).setProgress(done, size);
-            });
+        m_progress = QObject::connect(&session, &VardaSession::uploadFirmwareProgress, job,
+                                      [this](int sent, int /*percent*/) {
+                                          // Of the last block it may count more than there is, and 0 at the very end.
+                                          const qint64 size = m_bytes.size();
+                                          const qint64 done = sent == 0 ? size
+                                                                        : qMin<qint64>(sent, size);
+                                          resumedAt = SessionDoor(*m_session).uploadResumedAt();
+                                          VardaJobPrivate::of(*job).setProgress(done, size);
+                                      });
     }
     switch (session.uploadFirmware(m_bytes, m_fileName, m_force)) {
     case -1:

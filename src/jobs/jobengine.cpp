@@ -31,8 +31,12 @@ QString nameOf(const BleDeviceInfo &device)
 } // namespace
 
 JobEngine::JobEngine(QObject *parent)
-    : QObject(parent), m_link(new ComputerLink(this)), m_exchange(new Exchange(m_link)),
-      m_tick(new QTimer(this)), m_settling(new QTimer(this)), m_lingering(new QTimer(this))
+    : QObject(parent),
+      m_link(new ComputerLink(this)),
+      m_exchange(new Exchange(m_link)),
+      m_tick(new QTimer(this)),
+      m_settling(new QTimer(this)),
+      m_lingering(new QTimer(this))
 {
     connect(m_link, &ComputerLink::stateChanged, this, &JobEngine::updateState);
     connect(m_link, &ComputerLink::opened, this, &JobEngine::onLinkOpened);
@@ -402,7 +406,8 @@ void JobEngine::onNotAnswered(const JobEnd &end)
     }
     if (mayAskAgain(end)) {
         ++m_tries;
-        qCInfo(lcSession).noquote() << "asking again for" << m_request.what << "after" << end.reason;
+        qCInfo(lcSession).noquote()
+            << "asking again for" << m_request.what << "after" << end.reason;
         current().setState(VardaJob::Recovering);
         if (isRunning(job))
             advance();
@@ -503,8 +508,8 @@ void JobEngine::onLinkFailed(const JobEnd &end)
         if (m_cause && m_cause->error == VardaJob::TimedOut)
             own = *m_cause;
         else if (m_cause && end.error != VardaJob::NoBluetooth)
-            own = {VardaJob::LinkLost, end.reason == Reason::Silent ? Reason::LinkFailed : end.reason,
-                   end.detail};
+            own = {VardaJob::LinkLost,
+                   end.reason == Reason::Silent ? Reason::LinkFailed : end.reason, end.detail};
         // Others that wait may well have the first computer found.
         if (end.error == VardaJob::Ambiguous) {
             endCurrent(own);
@@ -599,8 +604,7 @@ void JobEngine::onLimit()
     VardaJobPrivate &job = current();
     const auto total = job.totalLimitNow();
     if (total > 0ms && m_altogether >= total) {
-        job.outcomeUnknown = m_phase == Phase::Asking && m_request.writes
-                             && m_exchange->hasSent();
+        job.outcomeUnknown = m_phase == Phase::Asking && m_request.writes && m_exchange->hasSent();
         closeLink();
         endCurrent({VardaJob::TimedOut, Reason::TotalLimit});
     } else if (m_phase == Phase::Opening && m_connecting >= job.connectLimit) {
@@ -612,8 +616,8 @@ void JobEngine::onLimit()
                            : JobEnd{VardaJob::NotFound, Reason::Silent, seconds});
         setPhase(Phase::Closing);
     } else if (m_phase == Phase::Asking && m_silent >= job.idleLimit) {
-        dropLinkAndFail({VardaJob::TimedOut, m_exchange->bytes() > 0 ? Reason::NoEnd
-                                                                     : Reason::NoAnswer});
+        dropLinkAndFail(
+            {VardaJob::TimedOut, m_exchange->bytes() > 0 ? Reason::NoEnd : Reason::NoAnswer});
     }
 }
 

@@ -119,11 +119,11 @@ private:
     bool m_identified = false;
     bool m_bootloaderKnown = false;
     bool m_lossExpected = false;
-    Request m_request; ///< the one under way
+    Request m_request;         ///< the one under way
     bool m_ownRequest = false; ///< not the job's: an identification
     int m_tries = 0;
     std::optional<quint64> m_doubt;
-    std::optional<JobEnd> m_cause;       ///< what the link is restored after
+    std::optional<JobEnd> m_cause;        ///< what the link is restored after
     std::optional<JobEnd> m_afterClosing; ///< what to report when the link is down
 
     // Clocks of the job that runs

@@ -40,8 +40,7 @@ constexpr std::array kLines = {
     Line{Reason::BlockRefused,
          QT_TRANSLATE_NOOP("VardaJob", "%1: the computer refused a block of it"), kNearer},
     Line{Reason::EndRefused,
-         QT_TRANSLATE_NOOP("VardaJob",
-                           "%1: the computer has all of it and refused it at the end"),
+         QT_TRANSLATE_NOOP("VardaJob", "%1: the computer has all of it and refused it at the end"),
          ""},
 
     Line{Reason::WrongChecksum,
@@ -67,10 +66,10 @@ constexpr std::array kLines = {
     Line{Reason::NoAnswer, QT_TRANSLATE_NOOP("VardaJob", "%1: no answer from %2"),
          QT_TRANSLATE_NOOP("VardaJob",
                            "Is it still on and near? Its firmware may not know this request.")},
-    Line{Reason::NoEnd,
-         QT_TRANSLATE_NOOP("VardaJob",
-                           "%1: the computer's answer has no end, the link was dropped"),
-         kNearer},
+    Line{
+        Reason::NoEnd,
+        QT_TRANSLATE_NOOP("VardaJob", "%1: the computer's answer has no end, the link was dropped"),
+        kNearer},
     Line{Reason::TotalLimit, QT_TRANSLATE_NOOP("VardaJob", "%1: it has taken too long"), kNearer},
 
     Line{Reason::LinkFailed, QT_TRANSLATE_NOOP("VardaJob", "could not connect to %2: %3"), kNear},
@@ -88,8 +87,7 @@ constexpr std::array kLines = {
          QT_TRANSLATE_NOOP("VardaJob", "Plug one in, or switch it on in the firmware settings.")},
     Line{Reason::AdapterOff, QT_TRANSLATE_NOOP("VardaJob", "Bluetooth is switched off"),
          QT_TRANSLATE_NOOP("VardaJob", "Switch Bluetooth on.")},
-    Line{Reason::AdapterRemoved,
-         QT_TRANSLATE_NOOP("VardaJob", "the Bluetooth adapter was removed"),
+    Line{Reason::AdapterRemoved, QT_TRANSLATE_NOOP("VardaJob", "the Bluetooth adapter was removed"),
          QT_TRANSLATE_NOOP("VardaJob", "Plug it in again.")},
     Line{Reason::ServiceGone,
          QT_TRANSLATE_NOOP("VardaJob", "the system's Bluetooth service does not run, or has ended"),
@@ -126,9 +124,8 @@ constexpr std::array kLines = {
 
 const Line *lineOf(Reason reason)
 {
-    const auto *const it = std::find_if(kLines.begin(), kLines.end(), [=](const Line &line) {
-        return line.reason == reason;
-    });
+    const auto *const it = std::find_if(kLines.begin(), kLines.end(),
+                                        [=](const Line &line) { return line.reason == reason; });
     return it == kLines.end() ? nullptr : it;
 }
 
@@ -150,8 +147,9 @@ const char *templateOf(const JobEnd &end)
 
 QString textOf(const JobEnd &end, const QString &job, const QString &computer)
 {
-    const QString who = computer.isEmpty() ? translated(QT_TRANSLATE_NOOP("VardaJob", "the computer"))
-                                           : computer;
+    const QString who = computer.isEmpty()
+                            ? translated(QT_TRANSLATE_NOOP("VardaJob", "the computer"))
+                            : computer;
     // One pass: what a computer calls itself may hold place markers too.
     QString text;
     const QString pattern = translated(templateOf(end));

@@ -24,9 +24,8 @@ void SearchJobPrivate::start()
                      [this](DeviceSearch::Failure failure, const QString &) {
                          finish({VardaJob::NoBluetooth, failureReason(failure)});
                      });
-    QObject::connect(watch, &BluetoothWatch::lost, q, [this](Reason reason) {
-        finish({VardaJob::NoBluetooth, reason});
-    });
+    QObject::connect(watch, &BluetoothWatch::lost, q,
+                     [this](Reason reason) { finish({VardaJob::NoBluetooth, reason}); });
     setState(VardaJob::Running);
     watch->check([this](Reason reason) {
         if (isEnding())

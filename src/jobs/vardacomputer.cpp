@@ -80,8 +80,8 @@ Request once(Request request)
 /** @p empty forgets what an earlier reading has left. */
 Request emptied(Request request, std::function<void(SessionDoor &)> empty)
 {
-    request.send = [send = std::move(request.send), empty = std::move(empty)](
-                       VardaSession &session, SessionDoor &door) {
+    request.send = [send = std::move(request.send), empty = std::move(empty)](VardaSession &session,
+                                                                              SessionDoor &door) {
         empty(door);
         return send(session, door);
     };
@@ -150,8 +150,7 @@ public:
         return job;
     }
 
-    template <typename Job>
-    Job *queue(QString name, std::unique_ptr<Work> work)
+    template <typename Job> Job *queue(QString name, std::unique_ptr<Work> work)
     {
         Job *const job = adopt<Job>(new VardaJobPrivate(engine, std::move(name), std::move(work)));
         engine->add(job);
@@ -296,8 +295,8 @@ VardaReply<VardaConfiguration> *VardaComputer::readConfiguration(bool basic)
     const auto take = [](VardaSession &session, SessionDoor &, const Exchange &) {
         return QVariant::fromValue(VardaConfiguration{session.config(), session.computer()});
     };
-    return d->list<VardaReply<VardaConfiguration>>(
-        u"configuration"_s, {Requests::configuration(basic)}, take, true);
+    return d->list<VardaReply<VardaConfiguration>>(u"configuration"_s,
+                                                   {Requests::configuration(basic)}, take, true);
 }
 
 VardaReply<VardaGasTables> *VardaComputer::readGasTables()
@@ -378,8 +377,7 @@ VardaReply<QList<BatteryInfoRecord>> *VardaComputer::readBatteryHistory()
     return d->list<VardaReply<QList<BatteryInfoRecord>>>(u"battery history"_s, {request}, take);
 }
 
-VardaReply<QList<TidemarDiveHeader>> *
-VardaComputer::readLogbook(const QList<std::uint16_t> &known)
+VardaReply<QList<TidemarDiveHeader>> *VardaComputer::readLogbook(const QList<std::uint16_t> &known)
 {
     return d->queue<VardaReply<QList<TidemarDiveHeader>>>(u"logbook"_s,
                                                           std::make_unique<LogbookWork>(known));
@@ -390,8 +388,8 @@ VardaReply<QList<DiveSample>> *VardaComputer::readSamples(std::uint16_t number)
     const auto take = [](VardaSession &session, SessionDoor &, const Exchange &) {
         return QVariant::fromValue(session.diveSamples());
     };
-    return d->list<VardaReply<QList<DiveSample>>>(
-        u"dive %1"_s.arg(number), {Requests::samples(number)}, take, true);
+    return d->list<VardaReply<QList<DiveSample>>>(u"dive %1"_s.arg(number),
+                                                  {Requests::samples(number)}, take, true);
 }
 
 DownloadJob *VardaComputer::downloadDives(const QList<std::uint16_t> &known)
@@ -492,12 +490,11 @@ VardaReply<VardaSensors> *VardaComputer::writeSurfacePressure(std::uint32_t pres
 
 VardaJob *VardaComputer::writeSettings(const MarloSettings &settings)
 {
-    return d->list(u"settings"_s,
-                   {writing(u"settings"_s, TidemarCommand::MarloSet,
-                            [settings](VardaSession &session) {
-                                session.startMarloSettings(settings);
-                            })},
-                   nothing);
+    return d->list(
+        u"settings"_s,
+        {writing(u"settings"_s, TidemarCommand::MarloSet,
+                 [settings](VardaSession &session) { session.startMarloSettings(settings); })},
+        nothing);
 }
 
 VardaReply<bool> *VardaComputer::setSuperUserMode(bool on)
@@ -513,23 +510,21 @@ VardaReply<bool> *VardaComputer::setSuperUserMode(bool on)
 
 VardaJob *VardaComputer::addLayout(const QByteArray &layout)
 {
-    return d->list(u"layout"_s,
-                   {once(writing(u"layout"_s, TidemarCommand::LayoutAdd,
-                                 [layout](VardaSession &session) {
-                                     session.startLayoutAdd(layout);
-                                 }))},
-                   nothing);
+    return d->list(
+        u"layout"_s,
+        {once(writing(u"layout"_s, TidemarCommand::LayoutAdd,
+                      [layout](VardaSession &session) { session.startLayoutAdd(layout); }))},
+        nothing);
 }
 
 VardaJob *VardaComputer::removeLayout(std::uint8_t index)
 {
     const QString name = u"layout %1"_s.arg(index);
-    return d->list(name,
-                   {once(writing(name, TidemarCommand::LayoutRemove,
-                                 [index](VardaSession &session) {
-                                     session.startLayoutRemove(index);
-                                 }))},
-                   nothing);
+    return d->list(
+        name,
+        {once(writing(name, TidemarCommand::LayoutRemove,
+                      [index](VardaSession &session) { session.startLayoutRemove(index); }))},
+        nothing);
 }
 
 VardaJob *VardaComputer::removeAllLayouts()
@@ -556,10 +551,9 @@ namespace {
 Request deletion(const QString &what, TidemarCommand::TidemarCommandIn command)
 {
     // Either is reported as the end of this one.
-    Request request = once(writing(what, TidemarCommand::DeleteLastDive,
-                                   [command](VardaSession &session) {
-                                       session.startCommand(command);
-                                   }));
+    Request request = once(
+        writing(what, TidemarCommand::DeleteLastDive,
+                [command](VardaSession &session) { session.startCommand(command); }));
     request.answer = command;
     return request;
 }
