@@ -50,7 +50,7 @@ void showDives(const VardaData &data)
     const Dive dive = TidemarDiveConverter::toDive(header, samples, kNoSession);
     checkDocument(fieldsOf(header));
     checkDocument(fieldsOf(dive));
-    checkTerminal(diveSummary(dive) + divesRow(dive));
+    checkTerminal(diveSummary(dive, Units::Metric) + divesRow(dive, Units::Imperial));
 }
 
 void showBattery(const VardaData &data)

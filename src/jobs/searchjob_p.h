@@ -27,7 +27,7 @@ public:
 private:
     void onSeen(const BleDeviceInfo &device);
 
-    DeviceSearch *search = nullptr; // the job's children
+    DeviceSearch *search = nullptr; ///< a child of the job, as the watch
     BluetoothWatch *watch = nullptr;
 };
 
