@@ -47,5 +47,5 @@ Q_SIGNALS:
 private:
     friend class VardaComputerPrivate;
     friend class DownloadWork;
-    explicit DownloadJob(VardaJobPrivate *d);
+    explicit DownloadJob(VardaJobPrivate *job);
 };

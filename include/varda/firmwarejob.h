@@ -16,5 +16,5 @@ public:
 private:
     friend class VardaComputerPrivate;
     friend class FirmwareWork;
-    explicit FirmwareJob(VardaJobPrivate *d);
+    explicit FirmwareJob(VardaJobPrivate *job);
 };

@@ -27,6 +27,6 @@ Q_SIGNALS:
 private:
     friend class VardaComputerPrivate;
     friend class SearchJobPrivate;
-    explicit SearchJob(VardaJobPrivate *d);
+    explicit SearchJob(VardaJobPrivate *job);
     void stop(bool atOnce) override;
 };

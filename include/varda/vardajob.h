@@ -180,7 +180,7 @@ Q_SIGNALS:
 protected:
     /** For jobs that are made of jobs, such as a synchronisation: these are not queued themselves. */
     VardaJob();
-    explicit VardaJob(VardaJobPrivate *d); ///< takes it
+    explicit VardaJob(VardaJobPrivate *priv); ///< takes it
     void setState(State state);
     void setProgress(qint64 done, qint64 total);
     /** Ends it from the event loop; only the first call counts. */

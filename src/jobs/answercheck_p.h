@@ -106,7 +106,7 @@ public:
 private:
     /** One of each run of equal notifications. */
     struct OneOfEach {
-        int runLength;
+        int runLength = 0;
         FrameReader reader;
         int inRun = 0;
         bool isPossible = true;

@@ -33,7 +33,9 @@ public:
 
     /** What to connect to, and how hard to try. */
     struct Wish {
-        BleDeviceInfo device = {}; ///< invalid: the first computer found
+        /** Invalid: the first computer found. */
+        // GCC wants it where a list of initializers leaves the member out
+        BleDeviceInfo device = {}; // NOLINT(readability-redundant-member-init)
         bool onlyOne = false;      ///< without a device: fail if there are several
         int retries = 3;
         bool serviceMayComeBack = false; ///< it has just been there

@@ -78,7 +78,7 @@ void DownloadWork::onHeaders(const VardaSession &session)
 void DownloadWork::onDive(const VardaSession &session)
 {
     const TidemarDiveHeader header = m_left.takeFirst();
-    const QList<DiveSample> samples = session.diveSamples();
+    const QList<DiveSample> &samples = session.diveSamples();
     const Dive dive = TidemarDiveConverter::toDive(header, samples, session);
     ++m_read;
     m_silentDives = 0;
@@ -150,12 +150,12 @@ void DownloadJob::setWanted(std::function<bool(const TidemarDiveHeader &)> wante
 
 QList<std::uint16_t> DownloadJob::damaged() const
 {
-    return workOf(VardaJobPrivate::of(const_cast<DownloadJob &>(*this)))->damaged;
+    return workOf(VardaJobPrivate::of(*this))->damaged;
 }
 
 QList<TidemarDiveHeader> DownloadJob::headers() const
 {
-    return workOf(VardaJobPrivate::of(const_cast<DownloadJob &>(*this)))->headers;
+    return workOf(VardaJobPrivate::of(*this))->headers;
 }
 
 qint64 DownloadJob::diveBytes() const
@@ -165,13 +165,13 @@ qint64 DownloadJob::diveBytes() const
 
 void DownloadJob::pause()
 {
-    workOf(VardaJobPrivate::of(*this))->m_held = true;
+    workOf(VardaJobPrivate::of(*this))->held = true;
 }
 
 void DownloadJob::resume()
 {
     VardaJobPrivate &own = VardaJobPrivate::of(*this);
-    workOf(own)->m_held = false;
+    workOf(own)->held = false;
     if (own.engine)
         own.engine->wake(this);
 }

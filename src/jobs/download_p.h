@@ -20,14 +20,14 @@ public:
     void done(VardaSession &session, Exchange &exchange) override;
     bool failed(const JobEnd &end) override;
     void interrupted(const JobEnd &end, const Exchange &exchange) override;
-    bool isHeld() const override { return m_held && m_stage == Stage::Dives; }
+    bool isHeld() const override { return held && m_stage == Stage::Dives; }
     QVariant result() override { return m_read; }
 
     QPointer<DownloadJob> job;
     std::function<bool(const TidemarDiveHeader &)> wanted;
     QList<std::uint16_t> damaged;
     QList<TidemarDiveHeader> headers;
-    bool m_held = false;
+    bool held = false;
 
 private:
     enum class Stage { SerialNumber, Configuration, Logbook, Dives };

@@ -133,7 +133,7 @@ void Exchange::judgeLater()
 
 void Exchange::judge()
 {
-    if (m_whenQuiet)
+    if (m_whenQuiet || !m_check)
         return;
     if (const auto end = damage()) {
         finishWhenQuiet(*end);
@@ -149,7 +149,7 @@ void Exchange::judge()
 
 std::optional<JobEnd> Exchange::damage() const
 {
-    if (m_tooMany)
+    if (m_tooMany || !m_check)
         return JobEnd{VardaJob::Damaged, Reason::TooManyNotifications};
     switch (m_check->finding()) {
     case AnswerCheck::Finding::Repeated:

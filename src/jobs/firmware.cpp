@@ -108,8 +108,7 @@ namespace {
 
 const FirmwareWork *workOf(const FirmwareJob &job)
 {
-    return static_cast<const FirmwareWork *>(
-        VardaJobPrivate::of(const_cast<FirmwareJob &>(job)).work.get());
+    return static_cast<const FirmwareWork *>(VardaJobPrivate::of(job).work.get());
 }
 
 } // namespace

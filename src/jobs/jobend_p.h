@@ -9,7 +9,8 @@
 struct JobEnd {
     VardaJob::Error error = VardaJob::NoError;
     VardaJob::Reason reason = VardaJob::Reason::None;
-    QString detail = {}; ///< what the system said, for the text
+    // GCC wants it where a list of initializers leaves the member out
+    QString detail = {}; ///< for the text. NOLINT(readability-redundant-member-init)
 
     [[nodiscard]] bool isGood() const { return error == VardaJob::NoError; }
 };

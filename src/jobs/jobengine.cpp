@@ -340,13 +340,11 @@ void JobEngine::onExchangeEnded(const JobEnd &end)
     setPhase(Phase::Free);
     // Whether equal frames are sound or came twice, a second answer decides.
     const auto doubt = m_exchange->doubt();
-    if (doubt && m_doubt == doubt) {
+    if (end.isGood() || (doubt && m_doubt == doubt)) {
         onAnswered();
     } else if (doubt && !m_doubt && m_request.repeatable) {
         m_doubt = doubt;
         advance();
-    } else if (end.isGood()) {
-        onAnswered();
     } else {
         onNotAnswered(end);
     }

@@ -2,6 +2,7 @@
 #include "jobs/readings_p.h"
 
 #include <algorithm>
+#include <set>
 
 #include <varda/tidemardiveheader.h>
 #include <varda/vardadata.h>
@@ -221,9 +222,12 @@ QList<std::uint16_t> KnownDives::newest(int mtu) const
 QList<TidemarDiveHeader> oldestFirst(const QList<TidemarDiveHeader> &headers)
 {
     QList<TidemarDiveHeader> sorted = headers;
-    const auto number = [](const TidemarDiveHeader &header) { return header.diveNumber; };
-    std::ranges::stable_sort(sorted, {}, number);
-    const auto doubled = std::ranges::unique(sorted, {}, number);
-    sorted.erase(doubled.begin(), doubled.end());
+    // The later of two is another dive, or the same again; the computer's order decides.
+    std::set<std::uint16_t> taken;
+    sorted.removeIf([&taken](const TidemarDiveHeader &header) {
+        return !taken.insert(header.diveNumber).second;
+    });
+    std::sort(sorted.begin(), sorted.end(),
+              [](const auto &one, const auto &other) { return one.diveNumber < other.diveNumber; });
     return sorted;
 }

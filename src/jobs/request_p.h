@@ -20,10 +20,12 @@ struct Request {
     };
 
     QString what; ///< for people: "owner"
-    TidemarCommand::TidemarCommandIn end;
+    TidemarCommand::TidemarCommandIn end = TidemarCommand::Sync;
     /** Sends it; what is kept from an earlier answer is emptied before. 0, or why not. */
     std::function<VardaJob::Reason(VardaSession &, SessionDoor &)> send;
     /** Code of the answer's frames, where it is not that of `end`. */
+    // GCC wants it where a list of initializers leaves the member out
+    // NOLINTNEXTLINE(readability-redundant-member-init)
     std::optional<TidemarCommand::TidemarCommandIn> answer = {};
     Ending ending = Ending::Answer;
     /** Without it the job goes on; it is never asked again. */

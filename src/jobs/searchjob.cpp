@@ -15,25 +15,25 @@ SearchJobPrivate::SearchJobPrivate(std::chrono::seconds searchTime, bool everyth
 
 void SearchJobPrivate::start()
 {
-    search = new DeviceSearch(q);
-    watch = new BluetoothWatch(q);
-    QObject::connect(search, &DeviceSearch::seen, q,
+    m_search = new DeviceSearch(q);
+    m_watch = new BluetoothWatch(q);
+    QObject::connect(m_search, &DeviceSearch::seen, q,
                      [this](const BleDeviceInfo &device) { onSeen(device); });
-    QObject::connect(search, &DeviceSearch::finished, q, [this] { finish({}); });
-    QObject::connect(search, &DeviceSearch::failed, q,
+    QObject::connect(m_search, &DeviceSearch::finished, q, [this] { finish({}); });
+    QObject::connect(m_search, &DeviceSearch::failed, q,
                      [this](DeviceSearch::Failure failure, const QString &) {
                          finish({VardaJob::NoBluetooth, failureReason(failure)});
                      });
-    QObject::connect(watch, &BluetoothWatch::lost, q,
+    QObject::connect(m_watch, &BluetoothWatch::lost, q,
                      [this](Reason reason) { finish({VardaJob::NoBluetooth, reason}); });
     setState(VardaJob::Running);
-    watch->check([this](Reason reason) {
+    m_watch->check([this](Reason reason) {
         if (isEnding())
             return;
         if (reason != Reason::None)
             finish({VardaJob::NoBluetooth, reason});
         else
-            search->start(time);
+            m_search->start(time);
     });
 }
 
@@ -59,8 +59,8 @@ void SearchJobPrivate::finish(const JobEnd &how)
 {
     if (isEnding())
         return;
-    if (search)
-        search->stop();
+    if (m_search)
+        m_search->stop();
     end(how, QVariant::fromValue(devices));
 }
 
@@ -85,7 +85,7 @@ namespace {
 
 SearchJobPrivate &privateOf(const SearchJob &job)
 {
-    return static_cast<SearchJobPrivate &>(VardaJobPrivate::of(const_cast<SearchJob &>(job)));
+    return static_cast<SearchJobPrivate &>(VardaJobPrivate::of(job));
 }
 
 } // namespace

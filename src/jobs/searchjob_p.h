@@ -27,8 +27,8 @@ public:
 private:
     void onSeen(const BleDeviceInfo &device);
 
-    DeviceSearch *search = nullptr; ///< a child of the job, as the watch
-    BluetoothWatch *watch = nullptr;
+    DeviceSearch *m_search = nullptr; ///< a child of the job, as the watch
+    BluetoothWatch *m_watch = nullptr;
 };
 
 [[nodiscard]] VardaJob::Reason failureReason(DeviceSearch::Failure failure);

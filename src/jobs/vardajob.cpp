@@ -56,8 +56,9 @@ void VardaJobPrivate::end(const JobEnd &how, const QVariant &result)
 
 void VardaJobPrivate::endWith(const JobEnd &how, const QString &text, const QVariant &result)
 {
-    if (m_end)
+    if (m_isEnding)
         return;
+    m_isEnding = true;
     m_end = how;
     m_result = result;
     if (!how.isGood())
@@ -74,12 +75,12 @@ void VardaJobPrivate::deliver()
     const QPointer<JobEngine> line(engine);
     if (line)
         line->release(q);
-    if (alive && m_end->isGood())
+    if (alive && m_end.isGood())
         announceProgress(true);
     if (!alive)
         return;
     m_state = VardaJob::Finished;
-    if (m_end->isGood())
+    if (m_end.isGood())
         value = m_result;
     Q_EMIT q->stateChanged();
     if (alive)
@@ -110,12 +111,12 @@ VardaJob::State VardaJob::state() const
 
 VardaJob::Error VardaJob::error() const
 {
-    return d->m_state == Finished ? d->m_end->error : NoError;
+    return d->m_state == Finished ? d->m_end.error : NoError;
 }
 
 VardaJob::Reason VardaJob::reason() const
 {
-    return d->m_state == Finished ? d->m_end->reason : Reason::None;
+    return d->m_state == Finished ? d->m_end.reason : Reason::None;
 }
 
 QString VardaJob::errorText() const

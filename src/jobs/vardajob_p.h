@@ -22,18 +22,18 @@ public:
     VardaJobPrivate(JobEngine *jobEngine, QString jobName, std::unique_ptr<Work> jobWork);
     virtual ~VardaJobPrivate();
 
-    [[nodiscard]] static VardaJobPrivate &of(VardaJob &job) { return *job.d; }
+    [[nodiscard]] static VardaJobPrivate &of(const VardaJob &job) { return *job.d; }
 
     void setState(VardaJob::State state);
     void setProgress(qint64 done, qint64 total);
     /** Ends it from the event loop; only the first call counts. */
-    void end(const JobEnd &end, const QVariant &value = {});
+    void end(const JobEnd &how, const QVariant &result = {});
     /** The same with a text of its own. */
-    void endWith(const JobEnd &end, const QString &text, const QVariant &value);
+    void endWith(const JobEnd &how, const QString &text, const QVariant &result);
     /** Ends it now; the caller is the event loop. */
     void deliver();
-    [[nodiscard]] bool isEnding() const { return m_end.has_value(); }
-    [[nodiscard]] const JobEnd &ending() const { return *m_end; }
+    [[nodiscard]] bool isEnding() const { return m_isEnding; }
+    [[nodiscard]] const JobEnd &ending() const { return m_end; }
     [[nodiscard]] std::chrono::milliseconds totalLimitNow() const;
 
     VardaJob *q = nullptr;
@@ -60,7 +60,8 @@ private:
     void announceProgress(bool always);
 
     VardaJob::State m_state = VardaJob::Waiting;
-    std::optional<JobEnd> m_end;
+    bool m_isEnding = false;
+    JobEnd m_end;
     QString m_text;
     QVariant m_result;
     QElapsedTimer m_sinceProgress;

@@ -78,13 +78,13 @@ public:
     bool autoConnecting = false;
     bool found = false;
     bool pressurePending = false;
+    bool findsMode = false; ///< the kind of link follows from the services
+    bool unlimited = false; ///< answers may be of any length
     QString message;
     VardaData data;
     BleDeviceInfo lastDevice;
     quint64 attempt = 0; ///< counts the links that were let go
     LinkObserver *observer = LinkObserver::nobody();
-    bool findsMode = false; ///< the kind of link follows from the services
-    bool unlimited = false; ///< answers may be of any length
 
     QString pendingOwner;
     QList<LayoutEntry> layouts;
@@ -99,13 +99,13 @@ public:
 
     QByteArray firmwareData;
     bool firmwareUpdateMode = false;
+    bool firmwareDone = false;
+    bool firmwareEndSent = false;
     qint64 firmwarePosition = 0;
     qint64 firmwareLastPosition = 0;
     int firmwareLastPercent = 0;
-    bool firmwareDone = false;
     double firmwarePercentFactor = 0.0;
     qint64 firmwareResumedAt = 0;
-    bool firmwareEndSent = false;
     Ticks firmwareStartTime{0};
     Ticks firmwareElapsed{0};
 };
