@@ -2,6 +2,7 @@
 // Writes what simulated computers answer as inputs of the targets: seeds SCENARIOS FOLDER
 #include <QtCore/qdir.h>
 #include <QtCore/qfile.h>
+#include <QtCore/qsavefile.h>
 #include <QtCore/qtextstream.h>
 
 #include "device/commands.h"
@@ -22,10 +23,12 @@ public:
     void add(const char *target, const QString &name, const QByteArray &bytes) const
     {
         const QDir folder(m_folder.filePath(QLatin1StringView(target)));
-        QFile file(folder.filePath(name));
+        QSaveFile file(folder.filePath(name));
         if (!folder.mkpath(u"."_s) || !file.open(QIODevice::WriteOnly)
-            || file.write(bytes) != bytes.size())
-            qFatal("%s cannot be written", qPrintable(file.fileName()));
+            || file.write(bytes) != bytes.size() || !file.flush() || !file.commit()) {
+            qFatal("%s cannot be written: %s", qPrintable(file.fileName()),
+                   qPrintable(file.errorString()));
+        }
     }
 
 private:

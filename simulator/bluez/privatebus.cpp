@@ -97,7 +97,8 @@ bool PrivateBus::writeConfiguration(QString *error) const
 {
     QFile file(m_folder->filePath(u"bus.conf"_s));
     if (file.open(QIODevice::WriteOnly)
-        && file.write(QString::fromLatin1(kConfiguration).arg(address()).toUtf8()) > 0)
+        && file.write(QString::fromLatin1(kConfiguration).arg(address()).toUtf8()) > 0
+        && file.flush())
         return true;
     *error = u"cannot write %1: %2"_s.arg(file.fileName(), file.errorString());
     return false;

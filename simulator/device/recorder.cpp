@@ -24,7 +24,7 @@ Recorder::Recorder(QObject *parent) : QObject(parent)
 bool Recorder::openFile(const QString &name, QString *error)
 {
     m_file.setFileName(name);
-    if (m_file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+    if (m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
         return true;
     *error = m_file.errorString();
     return false;
@@ -37,11 +37,24 @@ void Recorder::add(const QString &event, QJsonObject details)
     details.insert(u"event"_s, event);
     details.insert(u"t"_s, m_time.elapsed());
     m_events.append(details);
-    if (m_file.isOpen()) {
-        m_file.write(QJsonDocument(details).toJson(QJsonDocument::Compact) + '\n');
-        m_file.flush();
-    }
+    if (m_file.isOpen())
+        write(QJsonDocument(details).toJson(QJsonDocument::Compact) + '\n');
     Q_EMIT recorded(details);
+}
+
+void Recorder::write(QByteArray line)
+{
+    while (!line.isEmpty()) {
+        // Less than all of it: the next call tells why.
+        const qint64 written = m_file.write(line);
+        if (written < 0) {
+            m_fileError = m_file.errorString();
+            m_file.close();
+            Q_EMIT fileFailed();
+            return;
+        }
+        line.remove(0, written);
+    }
 }
 
 void Recorder::restart()

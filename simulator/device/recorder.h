@@ -19,6 +19,8 @@ public:
 
     /** Events go to this file as well, one a line, as they happen. */
     bool openFile(const QString &name, QString *error);
+    /** Why the file ends before the events do; empty if it does not. */
+    QString fileError() const { return m_fileError; }
 
     void add(const QString &event, QJsonObject details = {});
     const QJsonArray &events() const { return m_events; }
@@ -30,12 +32,17 @@ public:
 
 Q_SIGNALS:
     void recorded(const QJsonObject &event);
+    /** Once; no more is written then. */
+    void fileFailed();
 
 private:
+    void write(QByteArray line);
+
     QJsonArray m_events;
     bool m_withTraffic = true;
     QElapsedTimer m_time;
     QFile m_file;
+    QString m_fileError;
 };
 
 } // namespace simulator

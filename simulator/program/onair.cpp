@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "program/onair.h"
 
-#include "device/recorder.h"
 #include "program/failure.h"
 #include "program/printable.h"
+#include "program/recording.h"
 #include "radio/peripheral.h"
 
 #include <QtCore/qcoreapplication.h>
@@ -17,13 +17,13 @@ namespace simulator {
 
 int broadcast(const Options &options, const Scenario &scenario, const StopSignals &stopSignals)
 {
-    QString error = Peripheral::problemWith(scenario);
+    const QString error = Peripheral::problemWith(scenario);
     if (!error.isEmpty())
         return fail(error);
     Recorder recorder;
     recorder.setWithTraffic(scenario.recordTraffic);
-    if (!options.recordFile.isEmpty() && !recorder.openFile(options.recordFile, &error))
-        return fail(options.recordFile + u": "_s + error);
+    if (!startRecord(recorder, options.recordFile))
+        return kOwnError;
 
     const DeviceScenario &device = scenario.devices.first();
     Peripheral peripheral(device, recorder);
@@ -49,7 +49,7 @@ int broadcast(const Options &options, const Scenario &scenario, const StopSignal
     const auto input = options.exitWithStdin ? endWithStdin() : nullptr;
     QMetaObject::invokeMethod(
         &peripheral, [&] { peripheral.start(*options.radio); }, Qt::QueuedConnection);
-    return QCoreApplication::exec();
+    return statusWith(recorder, QCoreApplication::exec());
 }
 
 } // namespace simulator

@@ -5,6 +5,7 @@
 #include "bluez/control.h"
 #include "bluez/privatebus.h"
 #include "program/failure.h"
+#include "program/recording.h"
 
 #include <QtCore/qcoreapplication.h>
 #include <QtCore/qprocess.h>
@@ -66,8 +67,8 @@ int serve(const Options &options, const Scenario &scenario, const StopSignals &s
         return fail(u"cannot reach the message bus: "_s + connection.lastError().message());
 
     BluezDaemon daemon(connection);
-    if (!options.recordFile.isEmpty() && !daemon.recorder().openFile(options.recordFile, &error))
-        return fail(options.recordFile + u": "_s + error);
+    if (!startRecord(daemon.recorder(), options.recordFile))
+        return kOwnError;
     daemon.load(scenario);
     Control control(daemon);
     if (!control.start(connection, &error) || !daemon.start(&error))
@@ -90,7 +91,7 @@ int serve(const Options &options, const Scenario &scenario, const StopSignals &s
     } else {
         runCommand(command, options.command, bus.address());
     }
-    const int status = QCoreApplication::exec();
+    const int status = statusWith(daemon.recorder(), QCoreApplication::exec());
     QDBusConnection::disconnectFromBus(u"simulator"_s);
     return status;
 }

@@ -53,7 +53,10 @@ def main():
     wanted = file.read_bytes().decode("utf-8")
     got = transcript(varda, wanted.splitlines()[0])
     if os.environ.get("VARDA_UPDATE_GOLDEN") == "1":
-        file.write_bytes(got.encode("utf-8"))
+        # A full disk does not leave half of it.
+        new = file.with_suffix(".new")
+        new.write_bytes(got.encode("utf-8"))
+        new.replace(file)
     elif got != wanted:
         difference = difflib.unified_diff(
             wanted.splitlines(), got.splitlines(), str(file), "what it prints", lineterm=""

@@ -37,6 +37,7 @@ private Q_SLOTS:
     void temporaryFolder();
     void stopsItsCommand();
     void records();
+    void recordThatCannotBeWritten();
 };
 
 namespace {
@@ -307,6 +308,15 @@ void TestProgram::records()
     const QJsonObject event = QJsonDocument::fromJson(file.readLine()).object();
     QCOMPARE(event.value(u"event").toString(), u"StartDiscovery"_s);
     QVERIFY(file.atEnd());
+}
+
+void TestProgram::recordThatCannotBeWritten()
+{
+    const Outcome outcome = run({u"--record"_s, u"/dev/full"_s, u"--"_s, u"dbus-send"_s,
+                                 u"--system"_s, u"--print-reply"_s, u"--dest=org.bluez"_s,
+                                 u"/org/bluez/hci0"_s, u"org.bluez.Adapter1.StartDiscovery"_s});
+    QCOMPARE(outcome.status, 2);
+    QCOMPARE(outcome.err, u"varda-simulator: /dev/full: No space left on device\n"_s);
 }
 
 QTEST_GUILESS_MAIN(TestProgram)
