@@ -2,14 +2,19 @@
 # SPDX-License-Identifier: MIT
 """behaviour.py VARDA [TEST...]: what a golden file cannot show."""
 
+import contextlib
 import json
 import os
 import pty
+import resource
 import signal
+import socket
+import stat
 import subprocess
 import sys
 import tempfile
 import time
+import tty
 import unittest
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
@@ -26,8 +31,9 @@ def environment(**more):
 
 def run(*arguments, **more):
     return subprocess.run(
-        [VARDA, *arguments], stdin=subprocess.DEVNULL, text=True,
-        **({"capture_output": True, "env": environment()} | more),
+        [VARDA, *arguments],
+        **({"stdin": subprocess.DEVNULL, "text": True, "capture_output": True,
+            "env": environment()} | more),
     )
 
 
@@ -71,6 +77,37 @@ def simulated(folder, *arguments, device=None, typed="", **more):
     )
     events = [json.loads(line) for line in record.read_text().splitlines()]
     return done, [bytes.fromhex(each["hex"]) for each in events if each["event"] == "frame"]
+
+
+@contextlib.contextmanager
+def serving(folder, **scenario):
+    """A simulator; what a command in it needs, and a function that returns the events so far."""
+    record = Path(folder, "record")
+    file = Path(folder, "scenario.json")
+    file.write_text(json.dumps({"devices": [{}]} | scenario))
+    with subprocess.Popen(
+        [SIMULATOR, "--scenario", file, "--record", record, "--exit-with-stdin"],
+        env=environment(), stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
+    ) as simulator:
+        name, address = simulator.stdout.readline().strip().split("=", 1)
+        more = {"env": environment(**{name: address}), "stdin": subprocess.DEVNULL, "text": True}
+        yield more, lambda: [json.loads(line)["event"] for line in record.read_text().splitlines()]
+
+
+def in_mount_namespace(script, *arguments):
+    """Runs a shell script that may mount; nothing where there is no right to do so."""
+    own = ["unshare", "--mount"] if os.geteuid() == 0 else ["unshare", "--map-root-user", "--mount"]
+    mount = "mount -t tmpfs -o size=64k tmpfs /mnt"
+    if subprocess.run([*own, "sh", "-c", mount], capture_output=True, check=False).returncode != 0:
+        return None
+    return subprocess.run(
+        [*own, "sh", "-euc", f"{mount}\n{script}", "sh", *arguments],
+        env=environment(), stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False,
+    )
+
+
+# As large as they come
+LARGE_LAYOUT = {"layouts": [{"index": 2, "name": "x", "blob": " ".join(["5a"] * 3000)}]}
 
 
 class Behaviour(unittest.TestCase):
@@ -387,31 +424,94 @@ class Behaviour(unittest.TestCase):
                          (1, "varda: owner: the computer refused\n"))
         self.assertEqual(run("owner", "set", "x" * 201, "--simulate").returncode, 2)
 
-    def test_interrupt(self):
-        """Ctrl-C lets the computer go before the process ends."""
-        with tempfile.TemporaryDirectory() as folder:
-            record = Path(folder, "record")
-            scenario = Path(folder, "scenario.json")
-            scenario.write_text(json.dumps({"devices": [
-                {"faults": [{"step": "answer", "command": "Owner", "kind": "silent"}]}]}))
-            command = subprocess.Popen(
-                [SIMULATOR, "--scenario", scenario, "--record", record, "--",
-                 VARDA, "info", "--verbose"],
-                env=environment(), stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                stderr=subprocess.PIPE, text=True,
-            )
+    def interrupted(self, more, *arguments, until, signals):
+        """Sends signals to a command that has said something; its status and the rest it says."""
+        with subprocess.Popen([VARDA, *arguments, "--verbose"], **more, stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE) as command:
             said = ""
             for line in command.stderr:
                 said += line
-                if "-> dc dc 01 00 6b be 00 00 16" in line:  # asks for the owner
-                    command.send_signal(signal.SIGINT)
-            self.assertEqual(command.stdout.read(), "")
-            self.assertEqual(command.wait(), 128 + signal.SIGINT, said)
-            command.stdout.close()
-            command.stderr.close()
-            self.assertIn("varda: interrupted\n", said)
-            events = [json.loads(line)["event"] for line in record.read_text().splitlines()]
-            self.assertIn("Disconnect", events)
+                if until in line:
+                    signals(command)
+            return command.wait(), command.stdout.read(), said
+
+    def test_interrupt(self):
+        """Ctrl-C lets the computer go before the process ends, also with two signals for one."""
+        silent = {"faults": [{"step": "answer", "command": "Owner", "kind": "silent"}]}
+        for signals in ([signal.SIGINT], [signal.SIGTERM, signal.SIGTERM]):
+            def send(command, signals=signals):
+                for each in signals:
+                    command.send_signal(each)
+            with tempfile.TemporaryDirectory() as folder, \
+                    serving(folder, devices=[silent], disconnectDelay=1000) as (more, events):
+                status, result, said = self.interrupted(
+                    more, "info", until="-> dc dc 01 00 6b be 00 00 16", signals=send)
+                self.assertEqual(events()[-2:], ["Disconnect", "disconnected"], said)
+            self.assertEqual(status, 128 + signals[0], said)
+            self.assertEqual(result, "")
+            self.assertEqual(said.count("varda: interrupted\n"), 1)
+
+    def test_interrupt_connecting(self):
+        """Also when it is still about to connect."""
+        slow = {"faults": [{"step": "discover", "kind": "silent"}]}
+        with tempfile.TemporaryDirectory() as folder, \
+                serving(folder, devices=[slow], disconnectDelay=1000) as (more, events):
+            with subprocess.Popen([VARDA, "info"], **more, stderr=subprocess.PIPE) as command:
+                while "connected" not in events():
+                    time.sleep(0.01)
+                command.send_signal(signal.SIGINT)
+                self.assertEqual(command.wait(), 128 + signal.SIGINT)
+            self.assertEqual(events()[-2:], ["Disconnect", "disconnected"])
+
+    def test_interrupt_again(self):
+        """Who does not want to wait for a link that stays up sends another one."""
+        stuck = {"faults": [{"step": "answer", "command": "Owner", "kind": "silent"},
+                            {"step": "disconnect", "kind": "silent"}]}
+        with tempfile.TemporaryDirectory() as folder, \
+                serving(folder, devices=[stuck]) as (more, events):
+            def twice(command):
+                command.send_signal(signal.SIGINT)
+                while "Disconnect" not in events():
+                    time.sleep(0.01)
+                time.sleep(0.5)  # two within that time count as one
+                command.send_signal(signal.SIGINT)
+            status, _, said = self.interrupted(
+                more, "info", until="-> dc dc 01 00 6b be 00 00 16", signals=twice)
+            self.assertEqual(status, -signal.SIGINT, said)
+
+    def test_interrupted_document(self):
+        """What has been printed is a whole document."""
+        with tempfile.TemporaryDirectory() as folder:
+            slow = json.loads(Path("scenarios/slow-dives.json").read_text(encoding="utf-8"))
+            with serving(folder, **slow) as (more, _), \
+                    subprocess.Popen([VARDA, "dives", "--json"], **more, stdout=subprocess.PIPE,
+                                     stderr=subprocess.PIPE) as command:
+                result = ""
+                for line in command.stdout:
+                    result += line
+                    if '"diveNumber": 1,' in line:
+                        command.send_signal(signal.SIGTERM)
+                        command.send_signal(signal.SIGTERM)
+                self.assertEqual(command.wait(), 128 + signal.SIGTERM)
+                self.assertEqual(command.stderr.read(), "varda: interrupted\n")
+        self.assertEqual([each["diveNumber"] for each in json.loads(result)["dives"]], [1])
+
+    def test_link_end(self):
+        """A command ends after its link, also where the session was done with that before."""
+        for arguments, fault, status in (
+                (("reset", "--yes"), None, 0),
+                (("owner",), {"step": "write", "command": "Owner", "kind": "refuse"}, 1),
+                (("owner",), {"step": "answer", "command": "Owner", "kind": "wrongCrc"}, 1),
+                (("owner",), {"step": "answer", "command": "Owner", "kind": "silent"}, 5)):
+            with self.subTest(arguments=arguments, fault=fault), \
+                    tempfile.TemporaryDirectory() as folder:
+                device = {"faults": [fault] if fault else []}
+                with serving(folder, devices=[device], disconnectDelay=1000) as (more, events):
+                    done = run(*arguments, **more)
+                    self.assertEqual(events()[-1], "disconnected")
+                    self.assertEqual(done.returncode, status, done.stderr)
+                    done = run("time", **more)
+                    self.assertEqual((done.returncode, done.stderr), (0, ""))
 
     def test_verbose(self):
         """The frames are shown where they do not mix with the result."""
@@ -474,4 +574,5 @@ class Behaviour(unittest.TestCase):
                 self.assertEqual(done.stdout, "Ada Lindqvist\n")
 
 
-unittest.main()
+RESULT = unittest.main(exit=False).result
+sys.exit(77 if RESULT.skipped else not RESULT.wasSuccessful())

@@ -70,34 +70,26 @@ QString refusalText(ExchangeError::ExchangeErrorIn error)
 Connection::Connection(const Options &options, Purpose purpose)
 {
     watchSession();
+    auto failed = qScopeGuard([this] { letGo(); });
     open(options, purpose);
+    failed.dismiss();
 }
 
 Connection::~Connection()
 {
     letGo();
-    m_session.disconnect(this);
     clearStatus();
 }
 
-/**
- * bluetoothd takes its time to drop a link, and a command that is started before it has done so
- * would connect to the link that is about to go.
- */
+/** Also after an interruption: who does not want to wait for the computer sends another one. */
 void Connection::letGo()
 {
-    if (!m_link || !m_session.isConnected())
+    m_session.disconnect(this);
+    m_session.controllerDisconnect();
+    if (m_linkEnd.isDown())
         return;
-    try {
-        Step step;
-        connect(&m_session, &VardaSession::disconnectController, &step, &Step::end);
-        showStatus(u"Disconnecting"_s);
-        m_link->disconnect();
-        std::ignore = step.wait(kDropTime);
-    } catch (const Failure &) {
-        // Interrupted: then bluetoothd sees to it when this process is gone.
-        return;
-    }
+    showStatus(u"Disconnecting"_s);
+    m_linkEnd.wait(kDropTime);
 }
 
 void Connection::watchSession()

@@ -4,6 +4,7 @@
 #include "answercheck.h"
 #include "failure.h"
 #include "finding.h"
+#include "linkend.h"
 #include "options.h"
 
 #include <varda/bledeviceinfo.h>
@@ -120,4 +121,5 @@ private:
     QTimer m_moment;     ///< fires when the second copy of a last notification would have come
     bool m_refusedWrite = false;
     VardaSession m_session; // last: what it still has to say finds the rest in place
+    LinkEnd m_linkEnd{&m_session};
 };

@@ -5,19 +5,46 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <csignal>
+#include <cstdint>
+#include <ctime>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr std::int64_t kOneMoment = 500; // milliseconds
+
 Interrupt *currentInterrupt = nullptr;
 std::array<int, 2> signalPipe{-1, -1}; // a handler may write, and may do little else
+std::atomic<int> firstNumber = 0;
+std::atomic<std::int64_t> firstTime = 0;
+static_assert(std::atomic<int>::is_always_lock_free
+              && std::atomic<std::int64_t>::is_always_lock_free);
 
 constexpr std::array kSignals{SIGINT, SIGTERM, SIGHUP};
 
+std::int64_t milliseconds()
+{
+    timespec now{};
+    ::clock_gettime(CLOCK_MONOTONIC, &now);
+    return std::int64_t(now.tv_sec) * 1000 + now.tv_nsec / 1'000'000;
+}
+
 void onSignal(int number)
 {
-    const auto byte = static_cast<unsigned char>(number);
-    // The pipe is empty, or it is full of such bytes.
+    if (firstNumber != 0) {
+        if (milliseconds() - firstTime < kOneMoment)
+            return;
+        std::signal(number, SIG_DFL);
+        std::ignore = std::raise(number);
+        return;
+    }
+    firstTime = milliseconds();
+    firstNumber = number;
+    const char byte = 0;
+    // The pipe is empty.
     [[maybe_unused]] const auto written = ::write(signalPipe[1], &byte, 1);
 }
 
@@ -26,17 +53,20 @@ void onSignal(int number)
 Interrupt::Interrupt()
 {
     currentInterrupt = this;
+    // What a write meets is found out by the write.
+    for (const int number : {SIGPIPE, SIGXFSZ})
+        std::signal(number, SIG_IGN);
     if (::pipe2(signalPipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
         return;
     m_notifier = std::make_unique<QSocketNotifier>(signalPipe[0], QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &Interrupt::onReadable);
     struct sigaction action = {};
     action.sa_handler = onSignal;
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    // One at a time; and no SA_RESTART, so that a write that nobody reads ends.
+    for (const int number : kSignals)
+        ::sigaddset(&action.sa_mask, number);
     for (const int number : kSignals)
         ::sigaction(number, &action, nullptr);
-    // Who reads the result may have enough of it; that is found out when all is written.
-    std::signal(SIGPIPE, SIG_IGN);
 }
 
 Interrupt::~Interrupt()
@@ -54,11 +84,19 @@ Interrupt *Interrupt::instance()
     return currentInterrupt;
 }
 
+int Interrupt::number()
+{
+    return firstNumber;
+}
+
+Failure Interrupt::failure()
+{
+    return {ExitCode(int(ExitCode::Signal) + number()), u"interrupted"_s, {}};
+}
+
 void Interrupt::onReadable()
 {
-    unsigned char number = 0;
-    if (::read(signalPipe[0], &number, 1) != 1)
-        return;
-    m_number = number;
-    Q_EMIT came();
+    char byte = 0;
+    if (::read(signalPipe[0], &byte, 1) == 1)
+        Q_EMIT came();
 }

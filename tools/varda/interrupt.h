@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "failure.h"
+
 #include <QtCore/qobject.h>
 #include <QtCore/qsocketnotifier.h>
 
@@ -8,7 +10,8 @@
 
 /**
  * Ctrl-C and its like as an event: a process that just dies leaves the link to the computer up,
- * and the computer out of reach for everybody else. The second one kills as usual.
+ * and the computer out of reach for everybody else. Another one ends the process at once, but not
+ * within a moment of the first: some programs send two where they mean one.
  */
 class Interrupt : public QObject
 {
@@ -21,8 +24,10 @@ public:
 
     /** The one there is while a command runs, or null. */
     static Interrupt *instance();
-    /** The signal that came, 0 for none. */
-    [[nodiscard]] int number() const { return m_number; }
+    /** The signal that came first, 0 for none; it is known before the event comes. */
+    [[nodiscard]] static int number();
+    /** What a command ends with that was interrupted. */
+    [[nodiscard]] static Failure failure();
 
 Q_SIGNALS:
     void came();
@@ -31,5 +36,4 @@ private:
     void onReadable();
 
     std::unique_ptr<QSocketNotifier> m_notifier;
-    int m_number = 0;
 };

@@ -12,13 +12,10 @@ Step::Step()
         timer->setSingleShot(true);
         connect(timer, &QTimer::timeout, this, [this] { settle(State::Late); });
     }
-    if (Interrupt *interrupt = Interrupt::instance()) {
-        const auto onInterrupt = [this, interrupt] {
-            const int code = int(ExitCode::Signal) + interrupt->number();
-            fail({ExitCode(code), u"interrupted"_s, {}});
-        };
+    if (const Interrupt *interrupt = Interrupt::instance()) {
+        const auto onInterrupt = [this] { fail(Interrupt::failure()); };
         connect(interrupt, &Interrupt::came, this, onInterrupt);
-        if (interrupt->number() != 0)
+        if (Interrupt::number() != 0)
             onInterrupt();
     }
     if (const ServiceWatch *watch = ServiceWatch::instance()) {
