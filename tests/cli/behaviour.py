@@ -524,21 +524,37 @@ class Behaviour(unittest.TestCase):
         self.assertEqual(run("info", "--simulate").stderr, "")
 
     def test_full_disk(self):
-        """A result that is not written is not a success."""
-        with open("/dev/full", "w", encoding="utf-8") as full:
-            done = run("info", "--simulate", capture_output=False, stdout=full,
-                       stderr=subprocess.PIPE)
-        self.assertEqual(done.returncode, 1)
-        self.assertEqual(done.stderr, "varda: the result could not be written\n")
+        """A result that is not written is not a success; the system's reason is said."""
+        for arguments in (("info", "--simulate"), ("info", "--simulate", "--json"),
+                          ("dives", "--simulate=scenarios/dives.json", "--json"),
+                          ("scan", "--simulate", "--timeout=1"), ("--help",), ("--version",)):
+            with open("/dev/full", "w", encoding="utf-8") as full:
+                done = run(*arguments, capture_output=False, stdout=full, stderr=subprocess.PIPE)
+            self.assertEqual(done.returncode, 1, arguments)
+            self.assertEqual(done.stderr, "varda: the result could not be written: "
+                                          "No space left on device\n", arguments)
 
     def test_reader_gone(self):
-        """Nor is one that nobody waits for; but the link goes down in order."""
+        """Nor is one that nobody waits for; but that is said by the status alone."""
         ours, theirs = os.pipe()
         os.close(ours)
-        done = run("info", "--simulate", capture_output=False, stdout=theirs,
-                   stderr=subprocess.PIPE)
+        for arguments in (("info", "--simulate"), ("dives", "--simulate", "--json"),
+                          ("scan", "--simulate", "--timeout=1")):
+            done = run(*arguments, capture_output=False, stdout=theirs, stderr=subprocess.PIPE)
+            self.assertEqual((done.returncode, done.stderr), (128 + signal.SIGPIPE, ""))
         os.close(theirs)
-        self.assertEqual(done.returncode, 1)
+
+    def test_head(self):
+        """Who has seen enough ends it; the computer is let go in order."""
+        with tempfile.TemporaryDirectory() as folder, \
+                serving(folder, devices=[{"dives": {"count": 30}}]) as (more, events):
+            with subprocess.Popen([VARDA, "dives"], **more, stdout=subprocess.PIPE,
+                                  stderr=subprocess.PIPE) as command:
+                self.assertTrue(command.stdout.readline().startswith("NUMBER"))
+                command.stdout.close()
+                self.assertEqual(command.stderr.read(), "")
+                self.assertEqual(command.wait(), 128 + signal.SIGPIPE)
+            self.assertEqual(events()[-1], "disconnected")
 
     def test_refused_connection(self):
         """The reason is Qt's and has not the same words in every version."""

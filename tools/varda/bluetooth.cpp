@@ -56,11 +56,15 @@ void scanFor(std::chrono::seconds duration,
     bool forOthers = false;
     BleScanner scanner;
     QObject::connect(&scanner, &BleScanner::deviceFound, &step, [&](const BleDeviceInfo &device) {
-        const ScanGoes how = onDevice(device);
-        if (how == ScanGoes::NoFurther)
-            step.end();
-        else if (how == ScanGoes::OnForOthers && !std::exchange(forOthers, true))
-            end.start(kOthersTime);
+        try { // the event loop lets no exception through
+            const ScanGoes how = onDevice(device);
+            if (how == ScanGoes::NoFurther)
+                step.end();
+            else if (how == ScanGoes::OnForOthers && !std::exchange(forOthers, true))
+                end.start(kOthersTime);
+        } catch (const Failure &failure) {
+            step.fail(failure);
+        }
     });
     QObject::connect(&scanner, &BleScanner::scanFinished, &step, &Step::end);
     QObject::connect(&scanner, &BleScanner::scanError, &step,

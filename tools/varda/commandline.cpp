@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <sstream>
 
 using namespace Qt::StringLiterals;
 
@@ -41,6 +42,18 @@ std::vector<std::string> argumentsOf(int argc, const char *const *argv)
     }
     std::reverse(arguments.begin(), arguments.end());
     return arguments;
+}
+
+/** What the process ends with after @p work, whose failure is printed. */
+int statusOf(const std::function<void()> &work)
+{
+    try {
+        work();
+        return int(ExitCode::Ok);
+    } catch (const Failure &failure) {
+        printError(failure);
+        return int(failure.code);
+    }
 }
 
 } // namespace
@@ -143,7 +156,12 @@ std::optional<int> CommandLine::parse(int argc, const char *const *argv)
         takeGlobalOptions();
         return std::nullopt;
     } catch (const CLI::Success &success) {
-        return m_app.exit(success);
+        std::ostringstream text;
+        m_app.exit(success, text);
+        return statusOf([&text] {
+            print(QString::fromStdString(text.str()));
+            flushOutput();
+        });
     } catch (const CLI::ParseError &error) {
         printError({ExitCode::UsageError, whatIsWrong(error),
                     u"\"varda --help\" tells how it is used."_s});
@@ -153,8 +171,8 @@ std::optional<int> CommandLine::parse(int argc, const char *const *argv)
 
 int CommandLine::run() const
 {
-    try {
-        const Interrupt interrupt;
+    const Interrupt interrupt;
+    const int status = statusOf([this] {
         Options options = m_options;
         Defaults().complete(options);
         std::unique_ptr<Simulation> simulation;
@@ -164,9 +182,9 @@ int CommandLine::run() const
         m_action(options);
         clearStatus();
         flushOutput();
-        return int(ExitCode::Ok);
-    } catch (const Failure &failure) {
-        printError(failure);
-        return int(failure.code);
-    }
+    });
+    // After a failure, what there was of a result is still to be written.
+    if (status != int(ExitCode::Ok))
+        std::ignore = statusOf(flushOutput);
+    return status;
 }

@@ -2,6 +2,7 @@
 #include "terminal.h"
 
 #include "failure.h"
+#include "interrupt.h"
 #include "text.h"
 
 #include <QtCore/qelapsedtimer.h>
@@ -10,6 +11,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
@@ -22,6 +25,8 @@ constexpr int kElementIndent = 2 * kIndent;
 
 QString shownStatus;         // as it stands on the terminal
 QElapsedTimer sinceTheStart; // for the diagnostics
+int resultError = 0;         // why not all of the result was written, the system's number
+bool resultErrorTold = false;
 
 QByteArray encoded(const QString &text)
 {
@@ -34,10 +39,17 @@ QByteArray encoded(const QString &text)
     return ascii;
 }
 
-void write(std::FILE *stream, const QByteArray &bytes)
+bool write(std::FILE *stream, const QByteArray &bytes)
 {
-    // flushOutput() looks at how it went.
-    std::ignore = std::fwrite(bytes.constData(), 1, std::size_t(bytes.size()), stream);
+    const auto size = std::size_t(bytes.size());
+    return std::fwrite(bytes.constData(), 1, size, stream) == size;
+}
+
+/** flushOutput() reports how it went; what would follow a gap is left out. */
+void writeResult(const QByteArray &bytes)
+{
+    if (resultError == 0 && !write(stdout, bytes))
+        resultError = errno;
 }
 
 bool hasStatusLine()
@@ -59,7 +71,7 @@ int widthOf(int descriptor)
 void writeJson(const QByteArray &json)
 {
     clearStatus();
-    write(stdout, safeJson(QString::fromUtf8(json)).toUtf8());
+    writeResult(safeJson(QString::fromUtf8(json)).toUtf8());
 }
 
 void drawStatus(const QString &text)
@@ -102,7 +114,13 @@ bool speaksUtf8()
 void print(const QString &text)
 {
     clearStatus();
-    write(stdout, encoded(text));
+    writeResult(encoded(text));
+}
+
+void printBytes(const QByteArray &bytes)
+{
+    clearStatus();
+    writeResult(bytes);
 }
 
 void print(const Fields &document)
@@ -146,13 +164,24 @@ void GrowingDocument::end()
 
 void flushOutput()
 {
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
-        throw Failure{ExitCode::JobFailed, u"the result could not be written"_s, {}};
+    if (resultError == 0 && std::fflush(stdout) != 0)
+        resultError = errno;
+    if (resultError == 0 || std::exchange(resultErrorTold, true))
+        return;
+    if (resultError == EPIPE) // as it ends others, who do not catch the signal
+        throw Failure{ExitCode(int(ExitCode::Signal) + SIGPIPE), {}, {}};
+    if (resultError == EINTR && Interrupt::number() != 0)
+        throw Interrupt::failure();
+    throw Failure{ExitCode::JobFailed,
+                  u"the result could not be written: "_s + qt_error_string(resultError),
+                  {}};
 }
 
 void printError(const Failure &failure)
 {
     clearStatus();
+    if (failure.what.isEmpty())
+        return;
     QString text = u"varda: "_s + safeText(failure.what) + u'\n';
     if (!failure.advice.isEmpty())
         text += u"       "_s + safeText(failure.advice) + u'\n';

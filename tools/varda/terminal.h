@@ -9,6 +9,8 @@ struct Failure;
 
 /** Results go to stdout: in UTF-8, or in ASCII where the locale knows no more. */
 void print(const QString &text);
+/** As they are. */
+void printBytes(const QByteArray &bytes);
 /** The one document of a command. */
 void print(const Fields &document);
 
@@ -31,7 +33,9 @@ private:
     bool m_ended = false;
 };
 
-/** Makes sure that all has been written. @throws Failure */
+/**
+ * Makes sure that all has been written. @throws Failure, once; one without a text if nobody reads it
+ */
 void flushOutput();
 
 /** Columns of the terminal that shows the result; 80 where there is none. */
@@ -39,7 +43,7 @@ void flushOutput();
 /** Whether people see more than ASCII here. */
 [[nodiscard]] bool speaksUtf8();
 
-/** "varda: ..." on stderr. */
+/** "varda: ..." on stderr; nothing for a failure without a text. */
 void printError(const Failure &failure);
 
 /** On stderr, below the lines of the choices; the answer is typed behind it. */
