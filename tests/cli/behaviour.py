@@ -316,6 +316,102 @@ class Behaviour(unittest.TestCase):
             self.assertIn("cannot be written", done.stderr)
             self.assertEqual(sorted(os.listdir(folder)), ["layout file", "record", "scenario.json"])
 
+    def test_layout_full_disk(self):
+        """What was there survives a disk that is full."""
+        script = """
+            printf old >/mnt/layout
+            head -c 100000 /dev/zero >/mnt/rest 2>/dev/null || true
+            "$1" layouts get 0 --simulate -o /mnt/layout || echo "exit $?"
+            cat /mnt/layout
+            echo
+            ls /mnt
+            """
+        done = in_mount_namespace(script, VARDA)
+        if done is None:
+            self.assertNotIn("CI", os.environ, "CI has to have the right to mount")
+            self.skipTest("there is no right to mount")
+        self.assertEqual(
+            done.stderr, 'varda: "/mnt/layout" cannot be written: No space left on device\n')
+        self.assertEqual(done.stdout, "exit 1\nold\nlayout\nrest\n")
+
+    def test_layout_too_large(self):
+        """Nor does a file begin that the system does not let grow."""
+        def limit():
+            resource.setrlimit(resource.RLIMIT_FSIZE, (2000, 2000))
+        with tempfile.TemporaryDirectory() as folder, \
+                serving(folder, devices=[LARGE_LAYOUT]) as (more, _):
+            file = Path(folder, "layout")
+            file.write_text("old")
+            done = run("layouts", "get", "2", "-o", file, **more, preexec_fn=limit)
+            self.assertEqual(done.returncode, 1)
+            self.assertEqual(done.stdout, "")
+            self.assertEqual(done.stderr, f'varda: "{file}" cannot be written: File too large\n')
+            self.assertEqual(file.read_text(), "old")
+            self.assertEqual(sorted(os.listdir(folder)), ["layout", "record", "scenario.json"])
+
+    def test_layout_link(self):
+        """A symbolic link stays one, also to another, also to a file that is still to come."""
+        with tempfile.TemporaryDirectory() as folder:
+            for name, target in (("one", "two"), ("two", "file"), ("new", "nobody")):
+                Path(folder, name).symlink_to(target)
+            Path(folder, "file").write_text("old")
+            for name in ("one", "new"):
+                done = run("layouts", "get", "3", "-o", Path(folder, name),
+                           "--simulate=scenarios/layouts.json")
+                self.assertEqual((done.returncode, done.stderr), (0, ""))
+            links = {name: os.readlink(Path(folder, name)) for name in ("one", "two", "new")}
+            self.assertEqual(links, {"one": "two", "two": "file", "new": "nobody"})
+            for name in ("file", "nobody"):
+                self.assertFalse(Path(folder, name).is_symlink())
+                self.assertEqual(Path(folder, name).read_bytes(), b"\0\1\2\3")
+
+    def test_layout_no_file(self):
+        """What is no regular file is written to, and stays what it is."""
+        def get(name):
+            return run("layouts", "get", "3", "-o", name, "--simulate=scenarios/layouts.json")
+        with tempfile.TemporaryDirectory() as folder, socket.socket(socket.AF_UNIX) as server:
+            pipe = Path(folder, "pipe")
+            os.mkfifo(pipe)
+            with subprocess.Popen(["cat", pipe], stdout=subprocess.PIPE) as reader:
+                done = get(pipe)
+                self.assertEqual((done.returncode, done.stderr), (0, ""))
+                self.assertEqual(done.stdout, f"4 bytes written to {pipe}\n")
+                self.assertEqual(reader.stdout.read(), b"\0\1\2\3")
+            self.assertTrue(stat.S_ISFIFO(os.stat(pipe).st_mode))
+
+            ours, device = pty.openpty()
+            tty.setraw(device)
+            link = Path(folder, "device")
+            link.symlink_to(os.ttyname(device))
+            self.assertEqual(get(link).returncode, 0)
+            self.assertEqual(os.read(ours, 100), b"\0\1\2\3")
+            self.assertTrue(link.is_char_device())
+            self.assertTrue(link.is_symlink())
+            os.close(ours)
+            os.close(device)
+
+            name = Path(folder, "socket")
+            server.bind(str(name))
+            done = get(name)
+            self.assertEqual(done.returncode, 1)
+            self.assertEqual(
+                done.stderr, f'varda: "{name}" cannot be written: No such device or address\n')
+            self.assertTrue(name.is_socket())
+
+    def test_layout_output(self):
+        """The bytes as the result, in a pipe or in a file; nothing else is printed then."""
+        get = ("layouts", "get", "3", "--simulate=scenarios/layouts.json", "-o")
+        for name in ("-", "/dev/stdout"):
+            done = run(*get, name)
+            self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "\0\1\2\3", ""))
+            with tempfile.TemporaryFile() as file:
+                done = run(*get, name, capture_output=False, stdout=file)
+                self.assertEqual(done.returncode, 0)
+                file.seek(0)
+                self.assertEqual(file.read(), b"\0\1\2\3")
+            done = run(*get, name, "--json")
+            self.assertEqual((done.returncode, done.stdout), (2, ""))
+
     def test_layout_folder(self):
         """A layout's name becomes a file's, but leads nowhere else."""
         with tempfile.TemporaryDirectory() as folder:

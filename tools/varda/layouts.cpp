@@ -83,6 +83,11 @@ QString fileFor(Connection &connection, int index, const QString &output)
 
 void get(const Options &options, int index, const QString &output)
 {
+    const bool isResult = isStandardOutput(output);
+    if (isResult && options.json) {
+        throw Failure{ExitCode::UsageError, u"--json and the layout would go to the same output"_s,
+                      u"The document has the layout, too: leave out -o."_s};
+    }
     Connection connection(options);
     const QString file = fileFor(connection, index, output);
     connection.run(
@@ -106,7 +111,7 @@ void get(const Options &options, int index, const QString &output)
                {"index"_L1, index},
                {"size"_L1, blob.size()},
                {"layoutBlob"_L1, QString::fromLatin1(blob.toHex())}});
-    } else {
+    } else if (!isResult) {
         print(file.isEmpty() ? dump(blob)
                              : u"%1 bytes written to %2\n"_s.arg(blob.size()).arg(file));
     }
@@ -212,8 +217,7 @@ void addGet(CommandLine &line, CLI::App *layouts)
         ->required()
         ->check(between(0, kLastIndex));
     command
-        ->add_option("-o,--output", *file,
-                     "The file to write, or a folder for one of the layout's name")
+        ->add_option("-o,--output", *file, "The file, or a folder for one of its name; - prints it")
         ->type_name("FILE");
 }
 
