@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "arguments.h"
+#include "numbergaps.h"
 
 #include <QtTest/qtest.h>
+
+using namespace Qt::StringLiterals;
 
 using Numbers = QList<std::uint16_t>;
 
@@ -49,6 +52,35 @@ private Q_SLOTS:
     {
         QCOMPARE(numbersIn(std::vector<std::string>{"3,4", "1-3"}), (Numbers{1, 2, 3, 4}));
         QCOMPARE(numbersIn(std::vector<std::string>{}), Numbers());
+    }
+
+    void gaps_data()
+    {
+        QTest::addColumn<Numbers>("listed");
+        QTest::addColumn<Numbers>("known");
+        QTest::addColumn<QString>("gaps");
+        QTest::newRow("nothing") << Numbers{} << Numbers{} << QString();
+        QTest::newRow("one") << Numbers{7} << Numbers{} << QString();
+        QTest::newRow("none") << Numbers{7, 8, 9} << Numbers{} << QString();
+        QTest::newRow("two") << Numbers{7, 9, 12} << Numbers{} << u"8, 10-11"_s;
+        QTest::newRow("known") << Numbers{7, 9, 12} << Numbers{8} << u"10-11"_s;
+        QTest::newRow("all known") << Numbers{7, 9} << Numbers{8} << QString();
+        QTest::newRow("since the last known") << Numbers{9} << Numbers{5, 6} << u"7-8"_s;
+        QTest::newRow("up to a known one") << Numbers{5} << Numbers{8} << u"6-7"_s;
+        QTest::newRow("among known ones") << Numbers{6} << Numbers{1, 5} << QString();
+        QTest::newRow("nothing new") << Numbers{} << Numbers{1, 5} << QString();
+        QTest::newRow("the widest") << Numbers{0, 65535} << Numbers{} << u"1-65534"_s;
+        Numbers many;
+        for (std::uint16_t number = 1; number < 30; number += 2)
+            many.append(number);
+        QTest::newRow("many") << many << Numbers{}
+                              << u"2, 4, 6, 8, 10, 12, 14, 16, 18, 20 and more"_s;
+    }
+    void gaps()
+    {
+        QFETCH(Numbers, listed);
+        QFETCH(Numbers, known);
+        QTEST(gapsText(numberGaps(listed, known)), "gaps");
     }
 };
 
