@@ -18,10 +18,17 @@ bool isHarmless(char32_t c)
 {
     constexpr std::pair<char32_t, char32_t> kHarmful[] = {
         {0x00, 0x1F},     {0x7F, 0x9F},     {0x061C, 0x061C}, {0x200E, 0x200F},   {0x2028, 0x202E},
-        {0x2066, 0x2069}, {0xD800, 0xDFFF}, {0xFEFF, 0xFEFF}, {0xE0000, 0xE007F},
+        {0x2066, 0x2069}, {0xD800, 0xDFFF}, {0xFEFF, 0xFEFF}, {0xE0000, 0xE007F}, {0x115F, 0x1160},
+        {0x2800, 0x2800}, {0x3164, 0x3164}, {0xFFA0, 0xFFA0},
     };
     return std::ranges::none_of(
         kHarmful, [c](const auto &range) { return c >= range.first && c <= range.second; });
+}
+
+/** The usual accents; there are more. */
+bool isAccent(char32_t c)
+{
+    return c >= 0x0300 && c <= 0x036F;
 }
 
 } // namespace
@@ -35,6 +42,9 @@ void checkLine(const QString &text)
     const auto characters = text.toUcs4();
     check(std::all_of(characters.cbegin(), characters.cend(), isHarmless),
           "a terminal gets harmless text only");
+    const auto pile = std::search_n(characters.cbegin(), characters.cend(), 5, true,
+                                    [](char32_t c, bool) { return isAccent(c); });
+    check(pile == characters.cend(), "no character gets more marks than a language uses");
 }
 
 void checkTerminal(const QString &text)

@@ -4,15 +4,19 @@
 
 import contextlib
 import json
+import fcntl
 import os
 import pty
+import re
 import resource
 import signal
 import socket
 import stat
+import struct
 import subprocess
 import sys
 import tempfile
+import termios
 import time
 import tty
 import unittest
@@ -25,7 +29,9 @@ os.chdir(Path(__file__).resolve().parent)
 
 
 def environment(**more):
-    kept = {n: v for n, v in os.environ.items() if not n.startswith(("QT_", "LC_"))}
+    wishes = ("COLUMNS", "LINES", "NO_COLOR")
+    kept = {n: v for n, v in os.environ.items()
+            if not n.startswith(("QT_", "LC_")) and n not in wishes}
     return kept | {"LANG": "C.UTF-8", "XDG_CONFIG_HOME": "/nonexistent"} | more
 
 
@@ -37,16 +43,21 @@ def run(*arguments, **more):
     )
 
 
-def on_terminal(*arguments, answers=()):
+def on_terminal(*arguments, answers=(), size=None, **more):
     """The status, what was printed on the terminal, and the result.
 
-    Each of the answers is a question's end and what is typed then.
+    Each of the answers is a question's end and what is typed then. The result goes to a pipe, but
+    to a terminal of that size (rows, columns) too if one is given; there, without the status line.
     """
     ours, theirs = pty.openpty()
     answers = list(answers)
+    result_end = subprocess.PIPE
+    if size:
+        fcntl.ioctl(theirs, termios.TIOCSWINSZ, struct.pack("HHHH", *size, 0, 0))
+        result_end = theirs
     with subprocess.Popen(
-        [VARDA, *arguments], env=environment(TERM="xterm"), stdin=theirs,
-        stdout=subprocess.PIPE, stderr=theirs, text=True,
+        [VARDA, *arguments], env=environment(**{"TERM": "xterm", "NO_COLOR": "1"} | more),
+        stdin=theirs, stdout=result_end, stderr=theirs, text=True,
     ) as command:
         os.close(theirs)
         shown = b""
@@ -61,8 +72,11 @@ def on_terminal(*arguments, answers=()):
                         os.write(ours, typed)
         except OSError:  # the other end is closed
             pass
-        result = command.stdout.read()
+        result = command.stdout.read() if command.stdout else ""
     os.close(ours)
+    if size:
+        result = re.sub("\r\x1b\\[K[^\r\n]*(?=\r\x1b)|\r\x1b\\[K", "", shown.decode())
+        result = result.replace("\r\n", "\n")
     return command.returncode, shown.decode(), result
 
 
@@ -131,6 +145,77 @@ class Behaviour(unittest.TestCase):
         self.assertEqual(result.count("\n"), 3, result)
         self.assertRegex(terminal, r"Reading dive 1, 1 of 2, \d+(\.\d)? k?B\r")
         self.assertRegex(terminal, r"Reading dive 2, 2 of 2, \d+:\d\d left, \d+(\.\d)? k?B\r")
+
+    def test_time_left(self):
+        """It counts down while a dive comes in, too."""
+        _, terminal, _ = on_terminal("dives", "--simulate=scenarios/slow-dives.json")
+        left = re.findall(r"Reading dive 2, 2 of 2, (\d+:\d\d) left", terminal)
+        self.assertGreater(len(set(left)), 1, left)
+        self.assertEqual(left, sorted(left, reverse=True))
+
+    def test_wide_name(self):
+        """The status line is never wider than the terminal, whatever stands in it."""
+        scenario = {"devices": [{"name": "VSK-" + "深" * 40}]}
+        with tempfile.NamedTemporaryFile("w", suffix=".json") as file:
+            json.dump(scenario, file)
+            file.flush()
+            _, terminal, _ = on_terminal("owner", f"--simulate={file.name}", size=(24, 40))
+        lines = [part for part in re.split("\r\x1b\\[K|\r\n", terminal) if "深" in part]
+        self.assertTrue(lines)
+        for line in lines:
+            self.assertLess(len(line) + line.count("深"), 40)
+
+    def test_narrow_terminal(self):
+        """There are fewer columns rather than lines that wrap."""
+        _, _, dives = on_terminal("dives", "--simulate=scenarios/dives.json", size=(24, 40))
+        self.assertIn("\nNUMBER  BEGIN                  DEPTH\n", dives)
+        self.assertIn("\n    12  2024-05-07 13:53:20   41.1 m\n", dives)
+        for command in (["logbook"], ["dive", "8"], ["dive", "8", "--samples"], ["battery"]):
+            status, _, result = on_terminal(
+                *command, "--simulate=scenarios/dives.json", size=(24, 40))
+            self.assertEqual(status, 0, result)
+            for line in result.splitlines():
+                self.assertLessEqual(len(line), 40, result)
+
+    def test_columns_in_a_pipe(self):
+        """COLUMNS counts where there is no terminal; without it, nothing is left out."""
+        arguments = ("logbook", "--simulate=scenarios/dives.json")
+        narrow = run(*arguments, env=environment(COLUMNS="40")).stdout
+        self.assertEqual(narrow.splitlines()[0], "NUMBER  BEGIN                GASES")
+        self.assertEqual(narrow.splitlines()[2], "     8  2024-05-06 18:26:40  18/45, EAN…")
+        self.assertIn("18/45, EAN50, Oxygen", run(*arguments).stdout)
+        samples = run("dive", "8", "--samples", "--simulate=scenarios/dives.json").stdout
+        self.assertGreater(max(map(len, samples.splitlines())), 100)
+
+    def test_plot_height(self):
+        """What there is to say of a dive fills the terminal, and no more."""
+        arguments = ("dive", "8", "--simulate=scenarios/dives.json")
+        for rows, curve in ((24, 9), (50, 35), (500, 40), (5, 6)):
+            _, _, result = on_terminal(*arguments, size=(rows, 80))
+            self.assertEqual(len(re.findall("[│┤]", result)), curve, result)
+        result = run(*arguments, env=environment(LINES="50")).stdout
+        self.assertEqual(len(re.findall("[│┤]", result)), 35)
+        self.assertEqual(len(re.findall("[│┤]", run(*arguments).stdout)), 16)
+
+    def test_colours(self):
+        """They are for terminals that have them, and for users who want them."""
+        dives = ("dives", "--simulate=scenarios/dives.json")
+        heading, warning = "\x1b[1mNUMBER ", "\x1b[1;33mvarda:\x1b[m the logbook has no dives"
+        _, terminal, _ = on_terminal(*dives, size=(24, 80), NO_COLOR="")
+        self.assertIn(heading, terminal)
+        self.assertIn(warning, terminal)
+        _, terminal, result = on_terminal(*dives, NO_COLOR="")
+        self.assertIn(warning, terminal)
+        self.assertNotIn("\x1b", result)
+        _, terminal, _ = on_terminal("info", "more", NO_COLOR="")
+        self.assertTrue(terminal.startswith('\x1b[1;31mvarda:\x1b[m "more"'), terminal)
+        _, terminal, _ = on_terminal("help", size=(24, 80), NO_COLOR="")
+        self.assertIn("\x1b[1mCommands\x1b[m:", terminal)
+        for unwanted in ({"NO_COLOR": "1"}, {"NO_COLOR": "", "TERM": "dumb"}):
+            _, terminal, _ = on_terminal(*dives, size=(24, 80), **unwanted)
+            self.assertNotIn("\x1b[1", terminal)
+        done = run(*dives)
+        self.assertNotIn("\x1b", done.stdout + done.stderr)
 
     def test_upload_status(self):
         status, terminal, result = on_terminal(

@@ -19,13 +19,15 @@ HERE = Path(__file__).resolve().parent
 # What takes time takes another time each time.
 VARYING = re.compile(r'(?<= in )[0-9.]+(?= s\.\n)|(?<="uploadElapsed": )[0-9.e-]+')
 
+WISHES = ("LANG", "TERM", "COLUMNS", "LINES", "NO_COLOR")
+
 
 def environment():
     """The same everywhere: no radio of this machine, no terminal, no wishes of its user."""
     kept = {
         name: value
         for name, value in os.environ.items()
-        if not name.startswith(("QT_", "LC_")) and name not in ("LANG", "TERM")
+        if not name.startswith(("QT_", "LC_")) and name not in WISHES
     }
     return kept | {"LANG": "C.UTF-8", "XDG_CONFIG_HOME": "/nonexistent", "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
 

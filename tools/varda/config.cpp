@@ -42,7 +42,7 @@ QString otherFields(const Fields &fields)
         if (std::find(kNamedFields.begin(), kNamedFields.end(), name) == kNamedFields.end())
             table.add(name, safeText(value.plain()));
     }
-    return table.text(2);
+    return table.text(outputStyle(), 2);
 }
 
 void printText(const Connection &connection)
@@ -58,11 +58,14 @@ void printText(const Connection &connection)
     table.add(u"Battery type"_s, computer.getBatteryStr());
     table.add(u"Water"_s, waterText(config));
     table.add(u"Surface pressure"_s, u"%1 mbar"_s.arg(config.surfacePressure));
-    print(table.text());
-    print(u"\nGas table 1\n"_s + gasesText(config.gasTable1));
-    print(u"\nGas table 2\n"_s + gasesText(config.gasTable2));
-    print(u"\nConfiguration\n"_s + otherFields(fieldsOf(config)));
-    print(u"\nSettings\n"_s + otherFields(fieldsOf(computer)));
+    print(table.text(outputStyle()));
+    const auto section = [](const QString &title, const QString &text) {
+        print(u'\n' + heading(title, outputStyle()) + u'\n' + text);
+    };
+    section(u"Gas table 1"_s, gasesText(config.gasTable1));
+    section(u"Gas table 2"_s, gasesText(config.gasTable2));
+    section(u"Configuration"_s, otherFields(fieldsOf(config)));
+    section(u"Settings"_s, otherFields(fieldsOf(computer)));
 }
 
 void printJson(const Connection &connection)

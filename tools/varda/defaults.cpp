@@ -134,7 +134,7 @@ void show(const Options &options)
     table.add(u"Device"_s, safeText(defaults.value(kDevice).value_or(QString())));
     table.add(u"Units"_s, defaults.value(kUnits).value_or(u"metric"_s));
     table.add(u"File"_s, safeText(Defaults::fileName()));
-    print(table.text());
+    print(table.text(outputStyle()));
 }
 
 std::string validName(const std::string &text)

@@ -54,7 +54,7 @@ QList<TidemarDiveHeader> DiveReader::headers(const QList<std::uint16_t> &known)
     return headers;
 }
 
-Dive DiveReader::dive(const TidemarDiveHeader &header, const QString &place)
+Dive DiveReader::dive(const TidemarDiveHeader &header, const std::function<QString()> &place)
 {
     const std::uint16_t number = header.diveNumber;
     const QString name = u"dive %1"_s.arg(number);
@@ -66,7 +66,7 @@ Dive DiveReader::dive(const TidemarDiveHeader &header, const QString &place)
          .progress =
              [&] {
                  showStatus(u"Reading %1, %2, %3"_s.arg(
-                     name, place, bytesText(double(m_connection.received()))));
+                     name, place(), bytesText(double(m_connection.received()))));
              }});
     const VardaSession &session = m_connection.session();
     return TidemarDiveConverter::toDive(header, session.diveSamples(), session);

@@ -8,6 +8,8 @@
 
 #include <QtCore/qlist.h>
 
+#include <functional>
+
 /** Reads the logbook and dives of a connected computer. */
 class DiveReader
 {
@@ -23,10 +25,10 @@ public:
     /**
      * A dive with its profile.
      *
-     * @param place  of how many, for the status: "3 of 12"
+     * @param place  says of how many, for the status: "3 of 12"; asked while it comes in
      * @throws Failure
      */
-    [[nodiscard]] Dive dive(const TidemarDiveHeader &header, const QString &place);
+    [[nodiscard]] Dive dive(const TidemarDiveHeader &header, const std::function<QString()> &place);
 
 private:
     Connection &m_connection;

@@ -5,6 +5,7 @@
 #include "divereader.h"
 #include "divetext.h"
 #include "files.h"
+#include "numbergaps.h"
 #include "plot.h"
 #include "records.h"
 #include "terminal.h"
@@ -57,7 +58,8 @@ private:
     std::optional<Dive> read(const TidemarDiveHeader &header)
     {
         try {
-            return m_reader.dive(header, place());
+            m_begin = seconds();
+            return m_reader.dive(header, [this] { return place(); });
         } catch (const Failure &failure) {
             if (failure.code != ExitCode::JobFailed || m_headers.size() == 1
                 || !m_connection.isUsable())
@@ -67,12 +69,14 @@ private:
         }
     }
 
+    [[nodiscard]] double seconds() const { return double(m_time.elapsed()) / 1000; }
+
     [[nodiscard]] QString place() const
     {
         QString text = u"%1 of %2"_s.arg(m_at + 1).arg(m_headers.size());
         if (m_at > 0) {
-            const double left = double(m_time.elapsed()) / 1000 / double(m_at)
-                                * double(m_headers.size() - m_at);
+            const double left = secondsLeft(m_begin, m_at, m_headers.size() - m_at,
+                                            seconds() - m_begin);
             text += u", %1 left"_s.arg(durationText(left));
         }
         return text;
@@ -82,6 +86,7 @@ private:
     DiveReader m_reader;
     QList<TidemarDiveHeader> m_headers;
     qsizetype m_at = 0;
+    double m_begin = 0; ///< of the dive that is read
     QElapsedTimer m_time;
 };
 
@@ -91,9 +96,36 @@ Fields headOf(const Connection &connection)
             {"computerModel"_L1, connection.session().computerModelStr()}};
 }
 
-void downloadJson(Connection &connection, const QList<TidemarDiveHeader> &headers)
+/** The numbers that are missing in the logbook. */
+QList<NumberGap> gapsIn(const QList<TidemarDiveHeader> &headers, const Numbers &known)
 {
-    GrowingDocument document(headOf(connection), "dives"_L1);
+    Numbers listed;
+    for (const TidemarDiveHeader &header : headers)
+        listed.append(header.diveNumber);
+    return numberGaps(listed, known);
+}
+
+std::pair<QLatin1StringView, Json> fieldOf(const QList<NumberGap> &gaps)
+{
+    return {"gaps"_L1, listOf(gaps, [](const NumberGap &gap) {
+                return Fields{{"first"_L1, gap.first}, {"last"_L1, gap.last}};
+            })};
+}
+
+/** The computer does not say how many dives there are; a gap is all that one can see. */
+void warnOf(const QList<NumberGap> &gaps)
+{
+    if (gaps.isEmpty())
+        return;
+    const bool isOne = gaps.size() == 1 && gaps.front().first == gaps.front().last;
+    printWarning(u"the logbook has no %1 %2: deleted, or lost on the way"_s.arg(
+        isOne ? u"dive"_s : u"dives"_s, gapsText(gaps)));
+}
+
+void downloadJson(Connection &connection, const QList<TidemarDiveHeader> &headers,
+                  const Fields &head)
+{
+    GrowingDocument document(head, "dives"_L1);
     Download(connection, headers).run([&](const Dive &dive) {
         document.add(fieldsOf(dive));
         flushOutput();
@@ -104,18 +136,19 @@ void downloadJson(Connection &connection, const QList<TidemarDiveHeader> &header
 
 QString logbookText(const QList<TidemarDiveHeader> &headers, const VardaSession &session)
 {
-    Columns columns({{u"NUMBER"_s},
-                     {u"BEGIN"_s, Columns::Side::Left},
-                     {u"INTERVAL"_s},
-                     {u"CIRCUIT"_s, Columns::Side::Left},
-                     {u"GASES"_s, Columns::Side::Left}});
+    using enum Columns::Side;
+    Columns columns({{.title = u"NUMBER"_s},
+                     {.title = u"BEGIN"_s, .side = Left},
+                     {.title = u"INTERVAL"_s, .rank = 3},
+                     {.title = u"CIRCUIT"_s, .side = Left, .rank = 2},
+                     {.title = u"GASES"_s, .side = Left, .rank = 1, .enough = kEnoughGases}});
     for (const TidemarDiveHeader &header : headers) {
         const QString begin = beginText(header);
         columns.add({QString::number(header.diveNumber), begin.isEmpty() ? u"-"_s : begin,
                      u"%1 s"_s.arg(header.sampleInterval), circuitText(header),
                      gasNames(TidemarDiveConverter::toDive(header, {}, session).gases)});
     }
-    return columns.text();
+    return columns.text(outputStyle());
 }
 
 QString nothingText(const Numbers &known)
@@ -130,17 +163,17 @@ void logbook(const Options &options, const Numbers &known)
     DiveReader reader(connection);
     reader.identify();
     const auto headers = reader.headers(known);
+    const auto gaps = gapsIn(headers, known);
     if (options.json) {
         Fields fields = headOf(connection);
+        fields.push_back(fieldOf(gaps));
         fields.emplace_back("diveHeaders"_L1, listOf(headers, [](const TidemarDiveHeader &each) {
                                 return fieldsOf(each);
                             }));
-        print(fields);
-    } else if (headers.isEmpty()) {
-        print(nothingText(known));
-    } else {
-        print(logbookText(headers, connection.session()));
+        return print(fields);
     }
+    warnOf(gaps);
+    print(headers.isEmpty() ? nothingText(known) : logbookText(headers, connection.session()));
 }
 
 // dives
@@ -151,8 +184,13 @@ void dives(const Options &options, const Numbers &known)
     DiveReader reader(connection);
     reader.identifyWhole();
     const auto headers = reader.headers(known);
-    if (options.json)
-        return downloadJson(connection, headers);
+    const auto gaps = gapsIn(headers, known);
+    if (options.json) {
+        Fields head = headOf(connection);
+        head.push_back(fieldOf(gaps));
+        return downloadJson(connection, headers, head);
+    }
+    warnOf(gaps);
     if (headers.isEmpty())
         return print(nothingText(known));
     const Units units = options.units.value_or(Units::Metric);
@@ -179,13 +217,28 @@ QList<TidemarDiveHeader> chosen(const QList<TidemarDiveHeader> &headers, const N
     return result;
 }
 
-QString wholeText(const Dive &dive, Units units, bool samples)
+/** As high as leaves room for the summary above and for the prompt. */
+PlotStyle plotStyle(qsizetype summaryLines, Units units)
 {
     constexpr int kWidest = 120;
-    const PlotStyle style{
-        .width = std::min(outputWidth(), kWidest), .utf8 = speaksUtf8(), .units = units};
-    const QString picture = samples ? samplesTable(dive, units) : profilePlot(dive, style);
-    return diveSummary(dive, units) + (picture.isEmpty() ? QString() : u'\n' + picture);
+    constexpr int kUsualWidth = 80;
+    constexpr int kLowest = 6;
+    constexpr int kHighest = 40;
+    constexpr int kOtherLines = 5; // above the plot, its axis and labels, the prompt
+    const TextStyle text = outputStyle();
+    PlotStyle style{.utf8 = text.utf8, .units = units};
+    style.width = text.width == TextStyle::kAnyWidth ? kUsualWidth : std::min(text.width, kWidest);
+    if (const int height = outputHeight(); height > 0)
+        style.height = std::clamp(height - int(summaryLines) - kOtherLines, kLowest, kHighest);
+    return style;
+}
+
+QString wholeText(const Dive &dive, Units units, bool samples)
+{
+    const QString summary = diveSummary(dive, units);
+    const QString picture = samples ? samplesTable(dive, units)
+                                    : profilePlot(dive, plotStyle(summary.count(u'\n'), units));
+    return summary + (picture.isEmpty() ? QString() : u'\n' + picture);
 }
 
 void dive(const Options &options, const Numbers &numbers, bool samples)
@@ -195,7 +248,7 @@ void dive(const Options &options, const Numbers &numbers, bool samples)
     reader.identifyWhole();
     const auto headers = chosen(reader.headers({}), numbers);
     if (options.json)
-        return downloadJson(connection, headers);
+        return downloadJson(connection, headers, headOf(connection));
     const Units units = options.units.value_or(Units::Metric);
     bool isFirst = true;
     Download(connection, headers).run([&](const Dive &each) {

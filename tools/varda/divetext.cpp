@@ -62,16 +62,21 @@ bool isTold(QLatin1StringView name)
     return std::find(kToldFields.begin(), kToldFields.end(), name) != kToldFields.end();
 }
 
-QString divesLine(Units units, const QString &number, const QString &begin, const QString &length,
-                  const QString &deepest, const QString &average, const QString &gases)
+/** Wide enough for what comes, for each row is printed when it is there. */
+Columns divesColumns(Units units)
 {
+    using enum Columns::Side;
     const int depthWidth = units == Units::Imperial ? 8 : 7;
-    return u"%1  %2  %3  %4  %5  %6\n"_s.arg(number, 6)
-        .arg(begin, -19)
-        .arg(length, 8)
-        .arg(deepest, depthWidth)
-        .arg(average, depthWidth)
-        .arg(gases);
+    return Columns({{.title = u"NUMBER"_s, .width = 6},
+                    {.title = u"BEGIN"_s, .side = Left, .width = 19},
+                    {.title = u"DURATION"_s, .rank = 2, .width = 8},
+                    {.title = u"DEPTH"_s, .rank = 1, .width = depthWidth},
+                    {.title = u"AVERAGE"_s, .rank = 4, .width = depthWidth},
+                    {.title = u"GASES"_s,
+                     .side = Left,
+                     .rank = 3,
+                     .width = kEnoughGases,
+                     .enough = kEnoughGases}});
 }
 
 } // namespace
@@ -127,7 +132,7 @@ QString diveSummary(const Dive &dive, Units units)
               dive.lines.isEmpty()
                   ? u"none"_s
                   : u"%1, every %2 s"_s.arg(dive.lines.size()).arg(dive.sampleInterval));
-    return table.text();
+    return table.text(outputStyle());
 }
 
 QString samplesTable(const Dive &dive, Units units)
@@ -151,13 +156,12 @@ QString samplesTable(const Dive &dive, Units units)
         }
         columns.add(cells);
     }
-    return columns.text();
+    return columns.text(outputStyle());
 }
 
 QString divesHeading(Units units)
 {
-    return divesLine(units, u"NUMBER"_s, u"BEGIN"_s, u"DURATION"_s, u"DEPTH"_s, u"AVERAGE"_s,
-                     u"GASES"_s);
+    return divesColumns(units).text(outputStyle());
 }
 
 QString divesRow(const Dive &dive, Units units)
@@ -165,8 +169,9 @@ QString divesRow(const Dive &dive, Units units)
     const QString begin = beginText(dive);
     const bool isClosed = dive.kindByte != 0;
     const DiveProfile profile = DiveProfile::fromDive(dive);
-    return divesLine(units, dive.numberText, begin.isEmpty() ? u"-"_s : begin,
-                     durationText(profile.duration), depthText(profile.maximumDepth, units),
-                     depthText(profile.meanDepth, units),
-                     gasNames(dive.gases) + (isClosed ? u" (closed circuit)"_s : QString()));
+    Columns columns = divesColumns(units);
+    columns.add({dive.numberText, begin.isEmpty() ? u"-"_s : begin, durationText(profile.duration),
+                 depthText(profile.maximumDepth, units), depthText(profile.meanDepth, units),
+                 gasNames(dive.gases) + (isClosed ? u" (closed circuit)"_s : QString())});
+    return columns.rows(outputStyle());
 }

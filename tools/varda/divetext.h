@@ -20,6 +20,9 @@
 [[nodiscard]] QString beginText(const DiveHeaderBlock &header);
 [[nodiscard]] QString circuitText(const DiveHeaderBlock &header);
 
+/** Columns for the names of gases where there are not more. */
+constexpr int kEnoughGases = 11;
+
 /** A table of dives that is printed while they come in. */
 [[nodiscard]] QString divesHeading(Units units);
 [[nodiscard]] QString divesRow(const Dive &dive, Units units);

@@ -76,7 +76,7 @@ void info(const Options &options, const QString &path)
     table.add(u"Version"_s, safeText(versionOf(image)));
     table.add(u"Size"_s, u"%1 bytes"_s.arg(image.size));
     table.add(u"CRC"_s, u"0x%1"_s.arg(image.checksum, 4, 16, QChar(u'0')));
-    print(table.text());
+    print(table.text(outputStyle()));
 }
 
 // upload

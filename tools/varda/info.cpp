@@ -74,7 +74,7 @@ void printText(const Connection &connection)
         table.add(u"Surface pressure"_s, u"%1 mbar"_s.arg(session.psurf()));
         table.add(u"Ambient pressure"_s, u"%1 mbar"_s.arg(session.pamb()));
     }
-    print(table.text());
+    print(table.text(outputStyle()));
 }
 
 void printJson(const Connection &connection)

@@ -22,15 +22,19 @@ constexpr int kLastActive = 127; // -1 stands for none
 
 // list
 
+constexpr int kEnoughName = 10; // where the terminal is narrow
+
 QString listText(const QList<LayoutEntry> &layouts)
 {
     if (layouts.isEmpty())
         return u"There is no layout.\n"_s;
-    Columns columns({{u"INDEX"_s}, {u"KIND"_s}, {u"NAME"_s, Columns::Side::Left}});
+    Columns columns({{.title = u"INDEX"_s},
+                     {.title = u"KIND"_s, .rank = 1},
+                     {.title = u"NAME"_s, .side = Columns::Side::Left, .enough = kEnoughName}});
     for (const LayoutEntry &each : layouts)
         columns.add(
             {QString::number(each.first), QString::number(each.second), safeText(each.name)});
-    return columns.text();
+    return columns.text(outputStyle());
 }
 
 QList<LayoutEntry> readList(Connection &connection)
@@ -200,7 +204,7 @@ void active(const Options &options)
     for (std::size_t i = 0; i < layouts.size(); ++i) {
         columns.add({QString::number(i), layouts[i] < 0 ? u"-"_s : QString::number(layouts[i])});
     }
-    print(columns.text());
+    print(columns.text(outputStyle()));
 }
 
 void addGet(CommandLine &line, CLI::App *layouts)

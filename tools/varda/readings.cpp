@@ -21,7 +21,7 @@ QString tissuesText(const VardaSession &session)
     for (std::size_t i = 0; i < session.diverN2().size(); ++i)
         columns.add(
             {QString::number(i + 1), load(session.diverN2()[i]), load(session.diverHe()[i])});
-    return columns.text() + u"\nCNS  %1\n"_s.arg(Json(session.diverCns()).plain());
+    return columns.text(outputStyle()) + u"\nCNS  %1\n"_s.arg(Json(session.diverCns()).plain());
 }
 
 void tissues(const Options &options)
@@ -65,8 +65,9 @@ void gases(const Options &options)
                {"gasTable1"_L1, gasesOf(config.gasTable1)},
                {"gasTable2"_L1, gasesOf(config.gasTable2)}});
     } else {
-        print(u"Gas table 1\n"_s + gasesText(config.gasTable1) + u"\nGas table 2\n"_s
-              + gasesText(config.gasTable2));
+        const TextStyle style = outputStyle();
+        print(heading(u"Gas table 1"_s, style) + u'\n' + gasesText(config.gasTable1) + u'\n'
+              + heading(u"Gas table 2"_s, style) + u'\n' + gasesText(config.gasTable2));
     }
 }
 
@@ -89,14 +90,17 @@ QString batteryText(const QList<BatteryInfoRecord> &records)
 {
     if (records.isEmpty())
         return u"The battery has no history.\n"_s;
+    constexpr int kNumberWidth = 4;
+    const int width = outputStyle().width;
     QString text;
     for (qsizetype i = 0; i < records.size(); ++i) {
-        text += u"%1"_s.arg(i + 1, 4);
+        QStringList values;
         for (const auto &[name, value] : fieldsOf(records[i])) {
             if (belongsTo(records[i], name))
-                text += u"  %1 %2"_s.arg(name, value.plain());
+                values.append(name + u' ' + value.plain());
         }
-        text += u'\n';
+        text += u"%1  "_s.arg(i + 1, kNumberWidth)
+                + folded(values, u"  "_s, kNumberWidth + 2, width) + u'\n';
     }
     return text;
 }

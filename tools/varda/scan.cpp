@@ -13,15 +13,22 @@ namespace {
 
 constexpr auto kScanTime = 10s;
 
-/** The name stands last: what strangers put in it cannot move the columns. */
-QString row(const QString &address, const QString &rssi, const QString &name)
+/** Wide enough for what comes, for each row is printed when it is there. */
+Columns columns()
 {
-    return u"%1  %2  %3\n"_s.arg(address, -17).arg(rssi, 7).arg(name);
+    using enum Columns::Side;
+    constexpr int kEnoughName = 10;
+    return Columns(
+        {{.title = u"ADDRESS"_s, .side = Left, .width = 17},
+         {.title = u"SIGNAL"_s, .rank = 1, .width = 7},
+         {.title = u"NAME"_s, .side = Left, .width = kEnoughName, .enough = kEnoughName}});
 }
 
 void printDevice(const BleDeviceInfo &device)
 {
-    print(row(device.address(), signalText(device), safeText(device.name())));
+    Columns row = columns();
+    row.add({device.address(), signalText(device), safeText(device.name())});
+    print(row.rows(outputStyle()));
     flushOutput();
 }
 
@@ -36,7 +43,7 @@ void scan(const Options &options, bool all)
             return ScanGoes::On;
         if (!options.json) {
             if (list.empty())
-                print(row(u"ADDRESS"_s, u"SIGNAL"_s, u"NAME"_s));
+                print(columns().text(outputStyle()));
             printDevice(device);
             showStatus(u"Scanning"_s);
         }

@@ -31,5 +31,5 @@ void printSensors(const Connection &connection, bool json, const QString &headin
     // What these two count in is the computer's.
     table.add(u"dstop"_s, QString::number(session.dstop()));
     table.add(u"density"_s, QString::number(session.density()));
-    print(heading + table.text());
+    print(heading + table.text(outputStyle()));
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "terminal.h"
 
+#include "displaywidth.h"
 #include "failure.h"
 #include "interrupt.h"
 #include "text.h"
@@ -11,6 +12,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -28,15 +30,21 @@ QElapsedTimer sinceTheStart; // for the diagnostics
 int resultError = 0;         // why not all of the result was written, the system's number
 bool resultErrorTold = false;
 
-QByteArray encoded(const QString &text)
+/** What of it people see here. */
+QString visible(const QString &text)
 {
     if (speaksUtf8())
-        return text.toUtf8();
-    QByteArray ascii;
+        return text;
+    QString ascii;
     ascii.reserve(text.size());
     for (const char32_t character : text.toUcs4())
-        ascii += character < 0x80 ? char(character) : '?';
+        ascii += character < 0x80 ? QChar(char16_t(character)) : QChar(u'?');
     return ascii;
+}
+
+QByteArray encoded(const QString &text)
+{
+    return visible(text).toUtf8();
 }
 
 bool write(std::FILE *stream, const QByteArray &bytes)
@@ -52,19 +60,65 @@ void writeResult(const QByteArray &bytes)
         resultError = errno;
 }
 
+/** A terminal that obeys escape sequences. */
+bool isTerminal(int descriptor)
+{
+    return ::isatty(descriptor) != 0 && qgetenv("TERM") != QByteArrayView("dumb");
+}
+
 bool hasStatusLine()
 {
-    static const bool kHas = ::isatty(STDERR_FILENO) != 0
-                             && qgetenv("TERM") != QByteArrayView("dumb");
+    static const bool kHas = isTerminal(STDERR_FILENO);
     return kHas;
 }
 
-int widthOf(int descriptor)
+/** See no-color.org. */
+bool hasColours(int descriptor)
+{
+    return isTerminal(descriptor) && qEnvironmentVariableIsEmpty("NO_COLOR");
+}
+
+/** Nothing where it is no terminal. */
+winsize sizeOf(int descriptor)
 {
     winsize size{};
-    if (::ioctl(descriptor, TIOCGWINSZ, &size) != 0 || size.ws_col == 0)
-        return kUsualWidth;
-    return size.ws_col;
+    if (::ioctl(descriptor, TIOCGWINSZ, &size) != 0)
+        return {};
+    return size;
+}
+
+/** What the user wishes; 0 for none. */
+int fromEnvironment(const char *name)
+{
+    constexpr int kMost = 10000;
+    return std::clamp(qEnvironmentVariableIntValue(name), 0, kMost);
+}
+
+int statusWidth()
+{
+    // Whatever is wished for, a line that wraps could not be erased.
+    const int width = sizeOf(STDERR_FILENO).ws_col;
+    return (width > 0 ? width : kUsualWidth) - 1;
+}
+
+enum class Colour { Red = 31, Yellow = 33 };
+
+/** Behind "varda: ", without a word that is broken by the terminal's edge. */
+QByteArray messageLine(const QString &text)
+{
+    constexpr int kBehind = 7; // of "varda: "
+    const int width = sizeOf(STDERR_FILENO).ws_col;
+    const QString safe = safeText(text);
+    return encoded((width > 0 ? folded(safe.split(u' '), u" "_s, kBehind, width) : safe) + u'\n');
+}
+
+/** The first line of a message. */
+void writeMessage(Colour colour, const QString &text)
+{
+    clearStatus();
+    const QByteArray code = QByteArray::number(int(colour));
+    write(stderr, hasColours(STDERR_FILENO) ? "\x1b[1;" + code + "mvarda:\x1b[m " : "varda: ");
+    write(stderr, messageLine(text));
 }
 
 /** JSON is UTF-8 in every locale. */
@@ -93,9 +147,20 @@ void onDiagnostic(QtMsgType /*type*/, const QMessageLogContext &context, const Q
 
 } // namespace
 
-int outputWidth()
+TextStyle outputStyle()
 {
-    return widthOf(STDOUT_FILENO);
+    TextStyle style{.utf8 = speaksUtf8(), .bold = hasColours(STDOUT_FILENO)};
+    if (const int width = fromEnvironment("COLUMNS"); width > 0)
+        style.width = width;
+    else if (const auto size = sizeOf(STDOUT_FILENO); size.ws_col > 0)
+        style.width = size.ws_col;
+    return style;
+}
+
+int outputHeight()
+{
+    const int height = fromEnvironment("LINES");
+    return height > 0 ? height : sizeOf(STDOUT_FILENO).ws_row;
 }
 
 bool speaksUtf8()
@@ -179,14 +244,23 @@ void flushOutput()
 
 void printError(const Failure &failure)
 {
-    clearStatus();
     if (failure.what.isEmpty())
-        return;
-    QString text = u"varda: "_s + safeText(failure.what) + u'\n';
+        return clearStatus();
+    writeMessage(Colour::Red, failure.what);
     if (!failure.advice.isEmpty())
-        text += u"       "_s + safeText(failure.advice) + u'\n';
+        write(stderr, "       " + messageLine(failure.advice));
     for (const QString &each : failure.choices)
-        text += u"       "_s + safeText(each) + u'\n';
+        write(stderr, "       " + messageLine(each));
+}
+
+void printWarning(const QString &text)
+{
+    writeMessage(Colour::Yellow, text);
+}
+
+void printHint(const QString &text)
+{
+    clearStatus();
     write(stderr, encoded(text));
 }
 
@@ -203,8 +277,7 @@ void showStatus(const QString &text)
 {
     if (!hasStatusLine() || text.isEmpty())
         return;
-    // A line that wraps could not be erased.
-    shownStatus = safeText(text).left(widthOf(STDERR_FILENO) - 1);
+    shownStatus = clipped(visible(safeText(text)), statusWidth());
     drawStatus(shownStatus);
 }
 

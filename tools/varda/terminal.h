@@ -2,6 +2,7 @@
 #pragma once
 
 #include "json.h"
+#include "text.h"
 
 #include <QtCore/qstringlist.h>
 
@@ -38,13 +39,23 @@ private:
  */
 void flushOutput();
 
-/** Columns of the terminal that shows the result; 80 where there is none. */
-[[nodiscard]] int outputWidth();
+/**
+ * How the result is laid out: as wide as COLUMNS says, or else the terminal; as wide as it likes
+ * if there is neither. Bold on a terminal only.
+ */
+[[nodiscard]] TextStyle outputStyle();
+/** Rows to show it, as LINES says, or else the terminal; 0 if nobody knows. */
+[[nodiscard]] int outputHeight();
 /** Whether people see more than ASCII here. */
 [[nodiscard]] bool speaksUtf8();
 
 /** "varda: ..." on stderr; nothing for a failure without a text. */
 void printError(const Failure &failure);
+/** The same of what does not keep the command from going on. */
+void printWarning(const QString &text);
+
+/** What helps after a message, on stderr. */
+void printHint(const QString &text);
 
 /** On stderr, below the lines of the choices; the answer is typed behind it. */
 void printQuestion(const QString &question, const QStringList &choices = {});
