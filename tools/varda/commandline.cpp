@@ -9,6 +9,7 @@
 #include "servicewatch.h"
 #include "simulation.h"
 #include "terminal.h"
+#include "usage.h"
 
 #include <algorithm>
 #include <memory>
@@ -19,6 +20,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kLongestTimeout = 3600;
+constexpr auto kVersion = "varda " VARDA_VERSION;
 
 std::string validDevice(const std::string &text)
 {
@@ -62,7 +64,7 @@ CommandLine::CommandLine() : m_app("Talks to diving computers over Bluetooth Low
 {
     m_app.formatter(std::make_shared<HelpText>());
     m_app.set_help_flag("-h,--help", "Show this text");
-    m_app.set_version_flag("--version", "varda " VARDA_VERSION, "Show the version");
+    m_app.set_version_flag("-V,--version", kVersion, "Show the version");
     m_app.require_subcommand(1);
     // So that an option may stand behind the command as well.
     m_app.fallthrough();
@@ -80,6 +82,7 @@ CommandLine::CommandLine() : m_app("Talks to diving computers over Bluetooth Low
     addControl(*this);
     addFirmware(*this);
     addDefaults(*this);
+    addOwnCommands();
     // The commands would take it over.
     m_app.footer("Exit status: 0 done; 1 the computer refused or its answer was damaged; 2 wrong "
                  "usage;\n3 no computer found; 4 not connected or link lost; 5 no answer in time;\n"
@@ -137,16 +140,36 @@ CLI::App *CommandLine::addTo(CLI::App *parent, const std::string &name,
     return command;
 }
 
-QString CommandLine::whatIsWrong(const CLI::ParseError &error) const
+/** Those that need no more than what is known here. */
+void CommandLine::addOwnCommands()
 {
-    if (dynamic_cast<const CLI::RequiredError *>(&error) == nullptr
-        || !m_app.get_subcommands().empty())
-        return QString::fromLocal8Bit(error.what());
-    // CLI11 misses a command before it looks at what is there instead.
-    const std::vector<std::string> rest = m_app.remaining();
-    if (rest.empty())
-        return u"there is no command"_s;
-    return u"there is no command \"%1\""_s.arg(QString::fromLocal8Bit(rest.front().c_str()));
+    m_app.add_subcommand("help", "Show this text, or how a command is used")
+        ->add_option("COMMAND", m_helpOn, "The command, such as dives or layouts get")
+        ->type_name("[COMMAND]");
+    m_app.add_subcommand("version", "Show the version");
+}
+
+/** @throws Failure */
+const CLI::App &CommandLine::commandOf(const std::vector<std::string> &names) const
+{
+    const CLI::App *command = &m_app;
+    for (const std::string &name : names) {
+        const auto found = command->get_subcommands(
+            [&name](const CLI::App *each) { return each->get_name() == name; });
+        if (found.empty())
+            throw noSuchCommand(*command, QString::fromLocal8Bit(name.c_str()));
+        command = found.front();
+    }
+    return *command;
+}
+
+void CommandLine::tellWhatIsWrong(const CLI::ParseError &error) const
+{
+    printError(usageFailure(m_app, error));
+    const CLI::App &command = *typedCommand(m_app);
+    const bool isMissing = dynamic_cast<const CLI::RequiredError *>(&error) != nullptr;
+    if (isMissing && m_app.remaining(true).empty())
+        printHint(QString::fromStdString(commandList(command, {})));
 }
 
 std::optional<int> CommandLine::parse(int argc, const char *const *argv)
@@ -154,7 +177,15 @@ std::optional<int> CommandLine::parse(int argc, const char *const *argv)
     try {
         m_app.parse(argumentsOf(argc, argv));
         takeGlobalOptions();
-        return std::nullopt;
+        if (m_app.got_subcommand("help"))
+            print(QString::fromStdString(
+                HelpText().make_help(&commandOf(m_helpOn), {}, CLI::AppFormatMode::Normal)));
+        else if (m_app.got_subcommand("version"))
+            print(QString::fromLatin1(kVersion) + u'\n');
+        else
+            return std::nullopt;
+        flushOutput();
+        return int(ExitCode::Ok);
     } catch (const CLI::Success &success) {
         std::ostringstream text;
         m_app.exit(success, text);
@@ -163,9 +194,11 @@ std::optional<int> CommandLine::parse(int argc, const char *const *argv)
             flushOutput();
         });
     } catch (const CLI::ParseError &error) {
-        printError({ExitCode::UsageError, whatIsWrong(error),
-                    u"\"varda --help\" tells how it is used."_s});
+        tellWhatIsWrong(error);
         return int(ExitCode::UsageError);
+    } catch (const Failure &failure) {
+        printError(failure);
+        return int(failure.code);
     }
 }
 

@@ -8,6 +8,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 /** What the process is asked to do. */
 class CommandLine
@@ -37,7 +38,9 @@ public:
 private:
     void addGlobalOptions();
     void takeGlobalOptions();
-    [[nodiscard]] QString whatIsWrong(const CLI::ParseError &error) const;
+    void addOwnCommands();
+    [[nodiscard]] const CLI::App &commandOf(const std::vector<std::string> &names) const;
+    void tellWhatIsWrong(const CLI::ParseError &error) const;
 
     CLI::App m_app;
     Options m_options;
@@ -48,4 +51,5 @@ private:
     std::string m_units;
     std::string m_scenario;
     int m_timeout = 0;
+    std::vector<std::string> m_helpOn;
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "helptext.h"
 
+#include "terminal.h"
+
 #include <algorithm>
 #include <utility>
 #include <vector>
@@ -9,14 +11,14 @@ namespace {
 
 using Rows = std::vector<std::pair<std::string, std::string>>;
 
-std::string section(const std::string &title, const Rows &rows)
+std::string section(const std::string &title, const Rows &rows, const TextStyle &style)
 {
     if (rows.empty())
         return {};
     std::size_t width = 0;
     for (const auto &[left, right] : rows)
         width = std::max(width, left.size());
-    std::string text = "\n" + title + ":\n";
+    std::string text = '\n' + heading(QString::fromStdString(title), style).toStdString() + ":\n";
     for (const auto &[left, right] : rows)
         text.append("  ").append(left).append(width - left.size() + 2, ' ').append(right) += '\n';
     return text;
@@ -36,6 +38,14 @@ std::string signature(const CLI::Option &option)
 }
 
 } // namespace
+
+std::string commandList(const CLI::App &app, const TextStyle &style)
+{
+    Rows commands;
+    for (const CLI::App *command : app.get_subcommands({}))
+        commands.emplace_back(command->get_name(), command->get_description());
+    return section("Commands", commands, style);
+}
 
 std::string HelpText::make_help(const CLI::App *app, std::string /*name*/,
                                 CLI::AppFormatMode /*mode*/) const
@@ -57,16 +67,15 @@ std::string HelpText::make_help(const CLI::App *app, std::string /*name*/,
             usage += "...";
         arguments.emplace_back(option->get_type_name(), option->get_description());
     }
-    Rows commands;
-    for (const CLI::App *command : app->get_subcommands({}))
-        commands.emplace_back(command->get_name(), command->get_description());
+    const TextStyle style = outputStyle();
+    const std::string commands = commandList(*app, style);
     if (!commands.empty())
         usage += app->get_require_subcommand_min() > 0 ? " COMMAND" : " [COMMAND]";
 
     std::string text = app->get_description() + "\n\n" + usage + "\n";
-    text += section("Commands", commands);
-    text += section("Arguments", arguments);
-    text += section("Options", options);
+    text += commands;
+    text += section("Arguments", arguments, style);
+    text += section("Options", options, style);
     const std::string footer = app->get_footer();
     if (isCommand)
         text += "\n\"varda --help\" tells the options that all commands have.\n";
