@@ -29,7 +29,11 @@ def environment():
         for name, value in os.environ.items()
         if not name.startswith(("QT_", "LC_")) and name not in WISHES
     }
-    return kept | {"LANG": "C.UTF-8", "XDG_CONFIG_HOME": "/nonexistent", "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
+    return kept | {
+        "LANG": "C.UTF-8",
+        "XDG_CONFIG_HOME": "/nonexistent",
+        "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent/bus",
+    }
 
 
 def transcript(varda, line):
