@@ -298,15 +298,15 @@ class Behaviour(unittest.TestCase):
         self.assertEqual(result, "")
 
     def test_known(self):
-        """Only the newest 60 are sent, for more does not fit in a write; none is listed."""
+        """Only so many of the newest are sent as fit in a write; none is listed."""
         with tempfile.TemporaryDirectory() as folder:
             done, frames = simulated(folder, "logbook", "--known", "3,1-2,4-100",
-                                     device={"dives": {"count": 102}})
+                                     device={"dives": {"count": 102}, "mtu": 131})
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertEqual([line.split()[0] for line in done.stdout.splitlines()],
                          ["NUMBER", "101", "102"])
         request = next(each for each in frames if each[8] == 19)
-        self.assertEqual(request[9:], b"".join(bytes((n, 0)) for n in range(41, 101)))
+        self.assertEqual(request[9:], b"".join(bytes((n, 0)) for n in range(42, 101)))
 
     def test_known_file(self):
         """The numbers may be in a file as a program writes them, or come through a pipe."""

@@ -362,6 +362,11 @@ void Connection::blameJobBefore()
     throw Failure(failure);
 }
 
+int Connection::mtu() const
+{
+    return m_link ? m_link->mtu() : 0;
+}
+
 bool Connection::isAnswerUsable() const
 {
     const auto finding = m_answer.finding();

@@ -73,6 +73,8 @@ public:
     /** The line above the result where something was written: into which computer. */
     [[nodiscard]] QString heading() const;
     [[nodiscard]] QString computerName() const;
+    /** The link's; not above 0 where it is not known. */
+    [[nodiscard]] int mtu() const;
     /** Bytes received by the job that runs or ran last. */
     [[nodiscard]] qint64 received() const { return m_received; }
     /** Whether another job makes sense after one that has failed. */

@@ -13,8 +13,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The list travels in one write, and Linux refuses one that is longer than the link's MTU.
-constexpr qsizetype kMostKnown = 60;
+/** The list travels in one write, and Linux refuses one that is longer than the MTU allows. */
+qsizetype mostKnown(int mtu)
+{
+    constexpr int kUsualMtu = 131; // where it is not known
+    constexpr int kAround = 12;    // of the write and of the frame
+    constexpr int kNumber = 2;
+    return std::max(0, (mtu > 0 ? mtu : kUsualMtu) - kAround) / kNumber;
+}
 
 } // namespace
 
@@ -32,7 +38,7 @@ void DiveReader::identifyWhole()
 
 QList<TidemarDiveHeader> DiveReader::headers(const QList<std::uint16_t> &known)
 {
-    const auto newest = known.last(std::min(known.size(), kMostKnown));
+    const auto newest = known.last(std::min(known.size(), mostKnown(m_connection.mtu())));
     m_connection.run({.name = u"logbook"_s,
                       .end = TidemarCommand::Logbook,
                       .start = [newest](VardaSession &session) { session.startGetLogbook(newest); },
