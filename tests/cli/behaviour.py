@@ -619,7 +619,7 @@ class Behaviour(unittest.TestCase):
     def test_interrupt(self):
         """Ctrl-C lets the computer go before the process ends, also with two signals for one."""
         silent = {"faults": [{"step": "answer", "command": "Owner", "kind": "silent"}]}
-        for signals in ([signal.SIGINT], [signal.SIGTERM, signal.SIGTERM]):
+        for signals in ([signal.SIGINT], [signal.SIGINT, signal.SIGTERM]):
             def send(command, signals=signals):
                 for each in signals:
                     command.send_signal(each)
