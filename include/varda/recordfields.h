@@ -30,8 +30,10 @@
 template <typename Record> struct RecordFields;
 
 /** Whether forEachField() knows a type: a record, or a record within one (BleConfig::Gas). */
+// NOLINTNEXTLINE(readability-identifier-naming): named as the traits of the standard
 template <typename Type, typename = void> inline constexpr bool hasFields = false;
 template <typename Type>
+// NOLINTNEXTLINE(readability-identifier-naming): named as the traits of the standard
 inline constexpr bool hasFields<Type, std::void_t<decltype(sizeof(RecordFields<Type>))>> = true;
 
 /**
