@@ -108,11 +108,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
     check(dive.lines.size() == data.diveSamples.size(), "a sample is a line");
     checkProfile(dive);
     checkPlot(dive, style);
-    checkTerminal(diveSummary(dive) + divesRow(dive));
+    checkTerminal(diveSummary(dive, Units::Imperial) + divesRow(dive, Units::Metric));
     // A line is as any other, and printing all of a long dive takes most of the time.
     constexpr qsizetype kShown = 16;
     if (dive.lines.size() <= kShown) {
-        checkTerminal(samplesTable(dive));
+        checkTerminal(samplesTable(dive, Units::Imperial));
         checkDocument(fieldsOf(dive));
     }
     return 0;
