@@ -42,7 +42,7 @@ bool BluezDaemon::start(QString *error)
         && m_bus.registerVirtualObject(kBluez, this, QDBusConnection::SubPath)
         && m_bus.registerService(kName))
         return true;
-    *error = u"cannot take the place of org.bluez: "_s + m_bus.lastError().message();
+    *error = u"cannot take the name org.bluez: "_s + m_bus.lastError().message();
     return false;
 }
 

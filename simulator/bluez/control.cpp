@@ -75,7 +75,7 @@ void Control::Notify(const QString &address, const QByteArray &data)
     RemoteDevice *device = deviceOrError(address);
     if (device && !device->notifyNow(data)) {
         sendErrorReply(kErrorPrefix + u"NotSubscribed"_s,
-                       u"nobody subscribed to the data of %1"_s.arg(address));
+                       u"nobody is subscribed to the data of %1"_s.arg(address));
     }
 }
 

@@ -118,7 +118,7 @@ bool PrivateBus::start(QString *error)
     // It prints its address when it listens.
     while (!m_daemon.canReadLine()) {
         if (!m_daemon.waitForReadyRead(30000)) {
-            *error = u"dbus-daemon did not come up: "_s
+            *error = u"dbus-daemon did not start: "_s
                      + QString::fromLocal8Bit(m_daemon.readAllStandardError()).trimmed();
             return false;
         }

@@ -92,7 +92,7 @@ quint64 readSetting(const QJsonValue &value, const QString &path, int bytes)
         bool ok = false;
         const quint64 number = value.toString().toULongLong(&ok, 16);
         if (!ok)
-            badValue(path, u"a number or a hexadecimal text is needed"_s);
+            badValue(path, u"expected a number or a hexadecimal text"_s);
         return number;
     }
     const qint64 largest = bytes == 8 ? (qint64(1) << 53) : qint64(max);
@@ -220,7 +220,7 @@ void Configuration::read(const QJsonValue &value, const QString &path)
         const QByteArray name = key.toLatin1();
         const QString where = reader.path(name);
         if (!setting)
-            badValue(where, u"there is no such setting"_s);
+            badValue(where, u"unknown setting"_s);
         const QJsonValue given = reader.take(name);
         QList<quint64> &values = m_values[key];
         if (setting->count == 1) {

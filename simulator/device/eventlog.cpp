@@ -124,7 +124,7 @@ Event readEvent(const QJsonValue &value, const QString &path)
 {
     const QJsonArray parts = readArray(value, path);
     if (parts.size() != 4)
-        badValue(path, u"a record is [time, type, first argument, second argument]"_s);
+        badValue(path, u"expected [time, type, first argument, second argument]"_s);
     constexpr qint64 kMin32 = std::numeric_limits<qint32>::min();
     constexpr qint64 kMax32 = std::numeric_limits<qint32>::max();
     constexpr qint64 kMaxTime = qint64(1) << 53;

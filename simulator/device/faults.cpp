@@ -141,12 +141,12 @@ Fault readFault(const QJsonValue &value, const QString &path)
     const QJsonValue command = reader.take("command");
     if (!command.isUndefined()) {
         if (!hasCommand(fault.step))
-            badValue(reader.path("command"), u"this step belongs to no command"_s);
+            badValue(reader.path("command"), u"this step has no command"_s);
         const QString text = command.isDouble() ? QString::number(command.toInteger(-1))
                                                 : readText(command, reader.path("command"));
         fault.command = commandFromText(text);
         if (!fault.command)
-            badValue(reader.path("command"), u"\"%1\" is no command"_s.arg(text));
+            badValue(reader.path("command"), u"unknown command \"%1\""_s.arg(text));
     }
 
     const bool once = reader.has("nth");

@@ -98,7 +98,7 @@ QStringList readFlags(ObjectReader &reader)
         const QString where = reader.path("flags") + u"[%1]"_s.arg(i);
         const QString flag = readText(list[i], where);
         if (!kKnown.contains(flag))
-            badValue(where, u"\"%1\" is none of %2"_s.arg(flag, kKnown.join(u", "_s)));
+            badValue(where, u"\"%1\" is not one of %2"_s.arg(flag, kKnown.join(u", "_s)));
         flags.append(flag);
     }
     return flags;
@@ -113,7 +113,7 @@ QString readUuid(const QJsonValue &value, const QString &path)
     if (kShortForm.match(text).hasMatch())
         return bluetoothUuid(text);
     if (!kLongForm.match(text).hasMatch())
-        badValue(path, u"\"%1\" is no UUID"_s.arg(text));
+        badValue(path, u"\"%1\" is not a UUID"_s.arg(text));
     return text;
 }
 

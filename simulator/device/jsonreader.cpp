@@ -18,30 +18,30 @@ qint64 readInteger(const QJsonValue &value, const QString &path, qint64 min, qin
 {
     const double number = value.toDouble(std::nan(""));
     if (!value.isDouble() || number != std::floor(number))
-        badValue(path, u"a whole number is needed"_s);
+        badValue(path, u"expected a whole number"_s);
     if (number < double(min) || number > double(max))
-        badValue(path, u"%1 is not within %2 to %3"_s.arg(value.toInteger()).arg(min).arg(max));
+        badValue(path, u"%1 is not between %2 and %3"_s.arg(value.toInteger()).arg(min).arg(max));
     return value.toInteger();
 }
 
 double readNumber(const QJsonValue &value, const QString &path)
 {
     if (!value.isDouble())
-        badValue(path, u"a number is needed"_s);
+        badValue(path, u"expected a number"_s);
     return value.toDouble();
 }
 
 QString readText(const QJsonValue &value, const QString &path)
 {
     if (!value.isString())
-        badValue(path, u"a text is needed"_s);
+        badValue(path, u"expected a text"_s);
     return value.toString();
 }
 
 bool readBool(const QJsonValue &value, const QString &path)
 {
     if (!value.isBool())
-        badValue(path, u"true or false is needed"_s);
+        badValue(path, u"expected true or false"_s);
     return value.toBool();
 }
 
@@ -51,14 +51,14 @@ QByteArray readHex(const QJsonValue &value, const QString &path)
     static const QRegularExpression kPattern(u"^(\\s*[0-9A-Fa-f]{2})*\\s*$"_s);
     const QString text = readText(value, path);
     if (!kPattern.match(text).hasMatch())
-        badValue(path, u"bytes in hexadecimal are needed, two digits each"_s);
+        badValue(path, u"expected bytes in hexadecimal, two digits each"_s);
     return QByteArray::fromHex(text.toLatin1());
 }
 
 QJsonArray readArray(const QJsonValue &value, const QString &path)
 {
     if (!value.isArray())
-        badValue(path, u"a list is needed"_s);
+        badValue(path, u"expected a list"_s);
     return value.toArray();
 }
 
@@ -66,7 +66,7 @@ ObjectReader::ObjectReader(const QJsonValue &value, const QString &path)
     : m_object(value.toObject()), m_path(path)
 {
     if (!value.isObject())
-        badValue(path, u"an object is needed"_s);
+        badValue(path, u"expected an object"_s);
 }
 
 QString ObjectReader::path(const char *key) const
@@ -124,14 +124,14 @@ void ObjectReader::finish() const
             QStringList known = m_known.values();
             known.sort();
             badValue(m_path.isEmpty() ? key : m_path + u'.' + key,
-                     u"unknown key; known are %1"_s.arg(known.join(u", "_s)));
+                     u"unknown key; known keys are %1"_s.arg(known.join(u", "_s)));
         }
     }
 }
 
 QString ObjectReader::notOneOf(const QString &wanted, const QStringList &known)
 {
-    return u"\"%1\" is none of %2"_s.arg(wanted, known.join(u", "_s));
+    return u"\"%1\" is not one of %2"_s.arg(wanted, known.join(u", "_s));
 }
 
 } // namespace simulator

@@ -58,7 +58,7 @@ void readActive(ObjectReader &reader, LayoutScenario &scenario)
 {
     const QJsonArray active = reader.array("activeLayouts");
     if (size_t(active.size()) > scenario.active.size())
-        badValue(reader.path("activeLayouts"), u"there are 5 dive modes"_s);
+        badValue(reader.path("activeLayouts"), u"at most 5 dive modes fit"_s);
     for (qsizetype i = 0; i < active.size(); ++i) {
         scenario.active[size_t(i)] = qint8(
             readInteger(active[i], reader.path("activeLayouts") + u"[%1]"_s.arg(i), -128, 127));
@@ -81,7 +81,7 @@ LayoutScenario readLayouts(ObjectReader &device)
         ObjectReader reader(list[i], device.path("layouts") + u"[%1]"_s.arg(i));
         const int index = int(reader.integer("index", i, 0, 255));
         if (scenario.layouts.contains(index))
-            badValue(reader.path("index"), u"%1 is taken already"_s.arg(index));
+            badValue(reader.path("index"), u"%1 is already taken"_s.arg(index));
         scenario.layouts.insert(index, readLayout(reader));
     }
     return scenario;

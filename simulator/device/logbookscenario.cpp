@@ -40,8 +40,8 @@ quint64 readField(const QJsonValue &value, const QString &path, int bytes)
         bool ok = false;
         const quint64 number = value.toString().toULongLong(&ok, 16);
         if (!ok || (bytes < 8 && number >> (8 * bytes)))
-            badValue(path, u"a number or a hexadecimal text is needed that fits in %1 bytes"_s.arg(
-                               bytes));
+            badValue(path,
+                     u"expected a number or a hexadecimal text that fits in %1 bytes"_s.arg(bytes));
         return number;
     }
     const int bits = bytes == 8 ? 53 : 8 * bytes;

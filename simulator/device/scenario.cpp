@@ -71,7 +71,7 @@ QString readAddress(ObjectReader &reader, const QString &fallback)
     const QString address = reader.text("address", fallback);
     if (!kPattern.match(address).hasMatch()) {
         badValue(reader.path("address"),
-                 u"\"%1\" is no address such as 00:AA:01:01:00:01"_s.arg(address));
+                 u"\"%1\" is not an address such as 00:AA:01:01:00:01"_s.arg(address));
     }
     return address;
 }
@@ -81,7 +81,7 @@ quint32 readVersion(ObjectReader &reader, const char *key, const char *fallback)
     const QString text = reader.text(key, QLatin1String(fallback));
     const std::optional<quint32> packed = packVersion(text);
     if (!packed)
-        badValue(reader.path(key), u"\"%1\" is no version such as 1.4.2.b"_s.arg(text));
+        badValue(reader.path(key), u"\"%1\" is not a version such as 1.4.2.b"_s.arg(text));
     return *packed;
 }
 
@@ -127,7 +127,8 @@ void readClock(ObjectReader &reader, DeviceScenario &device)
         // The computer shows the time of day where it is and knows no time zone.
         const QDateTime time = QDateTime::fromString(value.toString(), Qt::ISODate);
         if (!time.isValid())
-            badValue(reader.path("clock"), u"seconds or a time such as 2024-05-17T08:30:00"_s);
+            badValue(reader.path("clock"),
+                     u"expected seconds or a time such as 2024-05-17T08:30:00"_s);
         device.clock = QDateTime(time.date(), time.time(), QTimeZone::utc()).toSecsSinceEpoch();
     } else {
         device.clock = readInteger(value, reader.path("clock"), -(qint64(1) << 53),
@@ -139,7 +140,7 @@ void readLoads(ObjectReader &reader, const char *key, std::array<float, 16> &loa
 {
     const QJsonArray list = reader.array(key);
     if (list.size() > 16)
-        badValue(reader.path(key), u"there are 16 tissues"_s);
+        badValue(reader.path(key), u"at most 16 tissues fit"_s);
     for (qsizetype i = 0; i < list.size(); ++i)
         loads[size_t(i)] = float(readNumber(list[i], reader.path(key) + u"[%1]"_s.arg(i)));
 }
@@ -171,7 +172,7 @@ void readGases(ObjectReader &reader, const char *key, const char *table, Configu
             const QString where = reader.path(key) + u"[%1]"_s.arg(i);
             const QJsonArray pair = readArray(list[i], where);
             if (pair.size() != 2)
-                badValue(where, u"a gas is [oxygen, helium] in percent"_s);
+                badValue(where, u"expected [oxygen, helium] in percent"_s);
             mix = quint64(readInteger(pair[0], where, 0, 255))
                   | quint64(readInteger(pair[1], where, 0, 255)) << 8;
         }
@@ -215,7 +216,7 @@ void readBattery(ObjectReader &reader, DeviceScenario &device)
         const QString where = reader.path("battery") + u"[%1]"_s.arg(i);
         const QJsonArray pair = readArray(list[i], where);
         if (pair.size() != 2)
-            badValue(where, u"a record is two words"_s);
+            badValue(where, u"expected two numbers of 32 bits"_s);
         const auto word = [&](qsizetype index) {
             return quint32(readInteger(pair[index], where, 0, 0xFFFF'FFFF));
         };
@@ -242,7 +243,7 @@ void readResponses(ObjectReader &device, DeviceScenario &scenario)
         const QByteArray name = key.toUtf8();
         const std::optional<quint8> command = commandFromText(key);
         if (!command)
-            badValue(reader.path(name), u"\"%1\" is no command"_s.arg(key));
+            badValue(reader.path(name), u"unknown command \"%1\""_s.arg(key));
         const QJsonValue value = reader.take(name);
         Response response;
         if (value.isObject()) {
@@ -425,7 +426,7 @@ Scenario readScenario(const QJsonObject &object, const Scenario::Overrides &over
                                                  int(i));
         for (const DeviceScenario &other : std::as_const(scenario.devices)) {
             if (other.address == device.address)
-                badValue(path + u".address"_s, u"%1 is taken already"_s.arg(device.address));
+                badValue(path + u".address"_s, u"%1 is already taken"_s.arg(device.address));
         }
         scenario.devices.append(device);
     }
@@ -464,7 +465,7 @@ std::optional<Scenario> Scenario::parse(const QByteArray &json, QString *error,
         return std::nullopt;
     }
     if (!document.isObject()) {
-        *error = u"a scenario is an object"_s;
+        *error = u"expected an object"_s;
         return std::nullopt;
     }
     try {

@@ -58,7 +58,7 @@ int serve(const Options &options, const Scenario &scenario, const StopSignals &s
     if (!bus.start(&error))
         return fail(error);
     QObject::connect(&bus, &PrivateBus::died, qApp, [] {
-        fail(u"the message bus ended"_s);
+        fail(u"the message bus has ended"_s);
         QCoreApplication::exit(kOwnError);
     });
 

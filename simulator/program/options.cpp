@@ -34,33 +34,34 @@ std::optional<Options> parseArguments(int *status)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        u"A simulated diving computer: BlueZ's D-Bus API on a message bus of its own.\n\n"
+        u"Simulates a diving computer: BlueZ's D-Bus API on a private message bus.\n\n"
         "With a COMMAND, runs it on that bus and exits with its status. Without one, prints\n"
-        "DBUS_SYSTEM_BUS_ADDRESS=<address> and serves until it is stopped.\n\n"
-        "With --radio, is a computer on the air instead, on one of this machine's adapters.\n\n"
-        "Exit status: that of COMMAND; 2 after an error of its own; 127 when COMMAND cannot\n"
-        "be started."_s);
+        "DBUS_SYSTEM_BUS_ADDRESS=<address> and runs until it is stopped.\n\n"
+        "With --radio, the computer is on the air instead, on one of this machine's adapters.\n\n"
+        "Exit status: that of COMMAND; 2 if the simulator fails; 127 if COMMAND cannot be\n"
+        "started."_s);
     const QCommandLineOption help({u"h"_s, u"help"_s}, u"Show this text."_s);
     const QCommandLineOption scenario(
-        u"scenario"_s, u"The devices to simulate; one healthy computer if not given."_s, u"FILE"_s);
-    const QCommandLineOption model(u"model"_s, u"Make every computer a varda, tidemar or vskm."_s,
-                                   u"MODEL"_s);
-    const QCommandLineOption mode(u"mode"_s, u"Make every computer speak over gatt or sps."_s,
+        u"scenario"_s, u"File with the devices to simulate (default: one healthy computer)."_s,
+        u"FILE"_s);
+    const QCommandLineOption model(
+        u"model"_s, u"Model of every computer: varda, tidemar or vskm."_s, u"MODEL"_s);
+    const QCommandLineOption mode(u"mode"_s, u"Kind of link of every computer: gatt or sps."_s,
                                   u"MODE"_s);
     const QCommandLineOption record(
-        u"record"_s, u"Write what happens to this file, one JSON object a line."_s, u"FILE"_s);
+        u"record"_s, u"Record all events in this file, one JSON object a line."_s, u"FILE"_s);
     const QCommandLineOption exitWithStdin(u"exit-with-stdin"_s,
                                            u"Stop when standard input is closed."_s);
-    const QCommandLineOption radio(u"radio"_s,
-                                   u"Go on the air, on the adapter of that address or the first."_s,
-                                   u"[ADAPTER]"_s);
+    const QCommandLineOption radio(
+        u"radio"_s, u"Go on the air, on the adapter with this address or the first one."_s,
+        u"[ADAPTER]"_s);
     const QCommandLineOption daemonVersion(u"version"_s,
-                                           u"Print the version of the BlueZ that is simulated."_s);
+                                           u"Print the version of the simulated BlueZ."_s);
     const QCommandLineOption ownVersion(u"simulator-version"_s,
                                         u"Print the version of the simulator."_s);
     parser.addOptions(
         {help, scenario, model, mode, record, exitWithStdin, radio, daemonVersion, ownVersion});
-    parser.addPositionalArgument(u"COMMAND"_s, u"A program and its arguments."_s,
+    parser.addPositionalArgument(u"COMMAND"_s, u"Program to run, with its arguments."_s,
                                  u"[-- COMMAND…]"_s);
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
 
@@ -86,7 +87,7 @@ std::optional<Options> parseArguments(int *status)
     if (parser.isSet(radio))
         options.radio = parser.value(radio);
     if (options.radio && !options.command.isEmpty()) {
-        *status = fail(u"--radio has no bus of its own for a COMMAND"_s);
+        *status = fail(u"--radio cannot run a COMMAND, because it has no bus"_s);
         return std::nullopt;
     }
     return options;

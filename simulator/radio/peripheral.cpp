@@ -113,17 +113,17 @@ Peripheral::~Peripheral() = default;
 QString Peripheral::problemWith(const Scenario &scenario)
 {
     if (scenario.devices.size() != 1) {
-        return u"devices: there are %1, and an adapter is one computer"_s.arg(
+        return u"devices: there are %1, but an adapter can be only one computer"_s.arg(
             scenario.devices.size());
     }
     if (!scenario.adapter.present || !scenario.adapter.powered)
-        return u"adapter: it is a real one, which no scenario switches off"_s;
+        return u"adapter: a scenario cannot switch off a real adapter"_s;
     const DeviceScenario &device = scenario.devices.first();
     if (device.radio != Radio::LowEnergy)
         return u"devices[0].type: only \"le\" can be on the air"_s;
     for (qsizetype i = 0; i < device.faults.size(); ++i) {
         if (!canHappen(device.faults[i])) {
-            return u"devices[0].faults[%1]: %2 cannot be done over the air"_s.arg(i).arg(
+            return u"devices[0].faults[%1]: %2 is not possible on the air"_s.arg(i).arg(
                 nameOf(device.faults[i]));
         }
     }
@@ -133,9 +133,9 @@ QString Peripheral::problemWith(const Scenario &scenario)
 QStringList Peripheral::limits(const DeviceScenario &scenario)
 {
     QStringList texts{
-        u"the address is the adapter's, which also chooses the MTU and when to send"_s,
-        u"it shows the adapter's own services too, and lends the adapter its name"_s,
-        u"it never refuses a connection or a subscription, and is slow to drop a link"_s,
+        u"the address is the adapter's, and the adapter decides on the MTU and when to send"_s,
+        u"the adapter's own services are visible too, and the adapter takes the computer's name"_s,
+        u"it cannot refuse a connection or a subscription, and drops a link slowly"_s,
     };
     if (scenario.name.value_or(QString()).toUtf8().size() > 26)
         texts.append(u"a name this long is advertised in part or not at all"_s);
@@ -150,9 +150,9 @@ void Peripheral::start(const QString &adapterAddress)
         const QString others = adapterList();
         Q_EMIT failed(
             others.isEmpty()
-                ? u"no Bluetooth adapter found; is there one, and does the Bluetooth "
-                  "service run?"_s
-                : u"no Bluetooth adapter %1; there are: %2"_s.arg(adapterAddress, others));
+                ? u"no Bluetooth adapter found; is there one, and is the Bluetooth "
+                  "service running?"_s
+                : u"no Bluetooth adapter %1; this machine has: %2"_s.arg(adapterAddress, others));
         return;
     }
     if (used.hostMode() == QBluetoothLocalDevice::HostPoweredOff) {
@@ -200,7 +200,7 @@ void Peripheral::addServices()
             continue;
         std::unique_ptr<QLowEnergyService> service(m_controller->addService(dataOf(spec)));
         if (!service) {
-            Q_EMIT failed(u"the service %1 cannot be offered"_s.arg(spec.uuid));
+            Q_EMIT failed(u"cannot offer the service %1"_s.arg(spec.uuid));
             return;
         }
         connect(service.get(), &QLowEnergyService::characteristicChanged, this,
@@ -267,9 +267,9 @@ void Peripheral::linkDown()
 void Peripheral::fail()
 {
     m_controller->disconnect(this); // it may say so twice
-    QString text = u"the system does not take it on the air: "_s + m_controller->errorString();
+    QString text = u"the system refused to put it on the air: "_s + m_controller->errorString();
     if (m_controller->error() == QLowEnergyController::AdvertisingError)
-        text += u"; may this user advertise, and can the adapter?"_s;
+        text += u"; may this user advertise, and is the adapter able to?"_s;
     Q_EMIT failed(text);
 }
 

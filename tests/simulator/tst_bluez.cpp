@@ -379,26 +379,26 @@ void TestBluez::badScenarios_data()
                              << u"line 2, column 13: missing name separator"_s;
     QTest::newRow("unknown key")
         << QByteArray(R"({"device":[]})")
-        << u"device: unknown key; known are adapter, devices, disconnectDelay, recordTraffic, temporaryTimeout"_s;
+        << u"device: unknown key; known keys are adapter, devices, disconnectDelay, recordTraffic, temporaryTimeout"_s;
     QTest::newRow("unknown step")
         << QByteArray(R"({"devices":[{},{"faults":[{"step":"x","kind":"late"}]}]})")
-        << u"devices[1].faults[0].step: \"x\" is none of connect, discover, details, "
+        << u"devices[1].faults[0].step: \"x\" is not one of connect, discover, details, "
            "subscribe, write, answer, notification, disconnect"_s;
     QTest::newRow("impossible")
         << QByteArray(R"({"devices":[{"faults":[{"step":"connect","kind":"wrongCrc"}]}]})")
         << u"devices[0].faults[0].kind: \"wrongCrc\" cannot happen at step \"connect\""_s;
     QTest::newRow("range") << QByteArray(R"({"devices":[{"mtu":22}]})")
-                           << u"devices[0].mtu: 22 is not within 23 to 517"_s;
+                           << u"devices[0].mtu: 22 is not between 23 and 517"_s;
     QTest::newRow("same address") << QByteArray(
         R"({"devices":[{},{"address":"00:AA:01:01:00:01"}]})")
-                                  << u"devices[1].address: 00:AA:01:01:00:01 is taken already"_s;
+                                  << u"devices[1].address: 00:AA:01:01:00:01 is already taken"_s;
     QTest::newRow("setting") << QByteArray(R"({"devices":[{"configuration":{"cfgA":256}}]})")
-                             << u"devices[0].configuration.cfgA: 256 is not within 0 to 255"_s;
+                             << u"devices[0].configuration.cfgA: 256 is not between 0 and 255"_s;
     QTest::newRow("command") << QByteArray(R"({"devices":[{"responses":{"Foo":[]}}]})")
-                             << u"devices[0].responses.Foo: \"Foo\" is no command"_s;
+                             << u"devices[0].responses.Foo: unknown command \"Foo\""_s;
     QTest::newRow("hex")
         << QByteArray(R"({"devices":[{"responses":{"1":["0"]}}]})")
-        << u"devices[0].responses.1[0]: bytes in hexadecimal are needed, two digits each"_s;
+        << u"devices[0].responses.1[0]: expected bytes in hexadecimal, two digits each"_s;
 }
 
 void TestBluez::badScenarios()
@@ -432,7 +432,7 @@ void TestBluez::controlErrors()
              u"org.varda.Simulator.Error.NotConnected: 00:AA:01:01:00:01 is not connected"_s);
     QCOMPARE(
         simulator->call(u"Notify"_s, {kAddress, QByteArray("x")}),
-        u"org.varda.Simulator.Error.NotSubscribed: nobody subscribed to the data of 00:AA:01:01:00:01"_s);
+        u"org.varda.Simulator.Error.NotSubscribed: nobody is subscribed to the data of 00:AA:01:01:00:01"_s);
 }
 
 QTEST_GUILESS_MAIN(TestBluez)

@@ -423,22 +423,22 @@ void TestDives::complaints_data()
     const auto row = [](const char *json, const char *text) {
         QTest::newRow(json) << QByteArray(json) << QString::fromLatin1(text);
     };
-    row(R"({"dives":-1})", "devices[0].dives: -1 is not within 0 to 65535");
+    row(R"({"dives":-1})", "devices[0].dives: -1 is not between 0 and 65535");
     row(R"({"dives":{"first":65000,"count":600}})",
         "devices[0].dives.count: dive numbers end at 65535");
     row(R"({"logbookVersion":0,"dives":{"first":32768,"count":2}})",
         "devices[0].dives: logbook version 0 has no dive number above 32768");
     row(R"({"dives":[{},{"profile":[{"depth":4096}]}]})",
-        "devices[0].dives[1].profile[0].depth: 4096 is not within 0 to 4095");
+        "devices[0].dives[1].profile[0].depth: 4096 is not between 0 and 4095");
     row(R"({"dives":[{"header":{"headerByte1":256}}]})",
-        "devices[0].dives[0].header.headerByte1: 256 is not within -128 to 255");
+        "devices[0].dives[0].header.headerByte1: 256 is not between -128 and 255");
     row(R"({"dives":[{"header":{"headerByte1":"100"}}]})",
-        "devices[0].dives[0].header.headerByte1: a number or a hexadecimal text is needed that "
+        "devices[0].dives[0].header.headerByte1: expected a number or a hexadecimal text that "
         "fits in 1 bytes");
     row(R"({"dives":[{"header":{"gasO2":[1,2,3,4,5,6,7,8,9,10,11,12,13]}}]})",
         "devices[0].dives[0].header.gasO2: at most 12 fit");
     row(R"({"dives":[{"header":{"nonsense":1}}]})",
-        "devices[0].dives[0].header.nonsense: unknown key; known are count1, count2, density, "
+        "devices[0].dives[0].header.nonsense: unknown key; known keys are count1, count2, density, "
         "diveNumber, gasHe, gasO2, gasSlotMask, headerByte1, headerByte2, headerByte5, "
         "headerByte7, headerWord1, headerWord11, headerWord12, headerWord13, headerWord14, "
         "headerWord2, headerWord3, headerWord4, headerWord5, headerWord6, headerWord7, "
@@ -446,7 +446,7 @@ void TestDives::complaints_data()
         "tenths2, tidemarBit, tissueHe, tissueN2, value32a, value32b, value32c, value32d, "
         "value32e, value32f");
     row(R"({"dives":[{"kind":"dry"}]})",
-        "devices[0].dives[0].kind: \"dry\" is none of recreational, decompression, trimix, "
+        "devices[0].dives[0].kind: \"dry\" is not one of recreational, decompression, trimix, "
         "closedCircuit");
 }
 

@@ -268,9 +268,9 @@ void TestFaults::complaints_data()
         R"(devices[0].faults[0].kind: "refuse" cannot happen at step "discover")");
     row(R"("step":"connect","kind":"freeze")", "devices[0].faults[0].ms: is missing");
     row(R"("step":"answer","kind":"flip","part":"tail")",
-        R"(devices[0].faults[0].part: "tail" is none of all, header, crc, body)");
+        R"(devices[0].faults[0].part: "tail" is not one of all, header, crc, body)");
     row(R"("step":"answer","kind":"wrongLength","by":70000)",
-        "devices[0].faults[0].by: 70000 is not within -65535 to 65535");
+        "devices[0].faults[0].by: 70000 is not between -65535 and 65535");
 }
 
 void TestFaults::complaints()

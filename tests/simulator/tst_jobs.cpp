@@ -403,13 +403,13 @@ void TestJobs::complaints_data()
         QTest::newRow(json) << QByteArray(json) << QString::fromLatin1(reason);
     };
     row(R"({"log":[[1,2,3]]})",
-        "devices[0].log[0]: a record is [time, type, first argument, second argument]");
-    row(R"({"log":[[1,256,3,4]]})", "devices[0].log[0][1]: 256 is not within 0 to 255");
-    row(R"({"logText":[1]})", "devices[0].logText[0]: a text is needed");
-    row(R"({"layouts":[{"index":1},{}]})", "devices[0].layouts[1].index: 1 is taken already");
-    row(R"({"activeLayouts":[1,2,3,4,5,6]})", "devices[0].activeLayouts: there are 5 dive modes");
-    row(R"({"resume":"maybe"})", "devices[0].resume: \"maybe\" is none of unfinished, never");
-    row(R"({"resume":-1})", "devices[0].resume: -1 is not within 0 to 4294967295");
+        "devices[0].log[0]: expected [time, type, first argument, second argument]");
+    row(R"({"log":[[1,256,3,4]]})", "devices[0].log[0][1]: 256 is not between 0 and 255");
+    row(R"({"logText":[1]})", "devices[0].logText[0]: expected a text");
+    row(R"({"layouts":[{"index":1},{}]})", "devices[0].layouts[1].index: 1 is already taken");
+    row(R"({"activeLayouts":[1,2,3,4,5,6]})", "devices[0].activeLayouts: at most 5 dive modes fit");
+    row(R"({"resume":"maybe"})", "devices[0].resume: \"maybe\" is not one of unfinished, never");
+    row(R"({"resume":-1})", "devices[0].resume: -1 is not between 0 and 4294967295");
 }
 
 void TestJobs::complaints()

@@ -102,11 +102,11 @@ void TestProgram::errors_data()
     QTest::newRow("no file") << QStringList{u"--scenario"_s, u"/no/such/file"_s}
                              << u"varda-simulator: /no/such/file: No such file or directory\n"_s;
     QTest::newRow("model") << QStringList{u"--model"_s, u"boat"_s}
-                           << u"varda-simulator: devices[0].model: \"boat\" is none of varda, "
+                           << u"varda-simulator: devices[0].model: \"boat\" is not one of varda, "
                               "tidemar, vskm, none, thirdparty\n"_s;
     QTest::newRow("radio with a command")
         << QStringList{u"--radio"_s, u"--"_s, u"true"_s}
-        << u"varda-simulator: --radio has no bus of its own for a COMMAND\n"_s;
+        << u"varda-simulator: --radio cannot run a COMMAND, because it has no bus\n"_s;
     QTest::newRow("record")
         << QStringList{u"--record"_s, u"/no/such/folder/file"_s}
         << u"varda-simulator: /no/such/folder/file: No such file or directory\n"_s;
@@ -163,22 +163,23 @@ void TestProgram::notOnTheAir_data()
     const QByteArray one = R"({"devices": [{}]})";
     const QByteArray none = R"({"adapter": {"present": false}})";
     QTest::newRow("no adapter") << one << none << QStringList{}
-                                << u"no Bluetooth adapter found; is there one, and does the "
-                                   "Bluetooth service run?"_s;
+                                << u"no Bluetooth adapter found; is there one, and is the "
+                                   "Bluetooth service running?"_s;
     QTest::newRow("no such adapter")
         << one << one << QStringList{u"00:11:22:33:44:55"_s}
-        << u"no Bluetooth adapter 00:11:22:33:44:55; there are: 00:AA:01:00:00:00 (simulator)"_s;
+        << u"no Bluetooth adapter 00:11:22:33:44:55; this machine has: 00:AA:01:00:00:00 (simulator)"_s;
     QTest::newRow("no address")
         << one << one << QStringList{u"hci0"_s}
-        << u"no Bluetooth adapter hci0; there are: 00:AA:01:00:00:00 (simulator)"_s;
+        << u"no Bluetooth adapter hci0; this machine has: 00:AA:01:00:00:00 (simulator)"_s;
     QTest::newRow("switched off") << one << QByteArray(R"({"adapter": {"powered": false}})")
                                   << QStringList{}
                                   << u"the Bluetooth adapter 00:AA:01:00:00:00 is switched off"_s;
-    QTest::newRow("two computers") << QByteArray(R"({"devices": [{}, {}]})") << one << QStringList{}
-                                   << u"devices: there are 2, and an adapter is one computer"_s;
+    QTest::newRow("two computers")
+        << QByteArray(R"({"devices": [{}, {}]})") << one << QStringList{}
+        << u"devices: there are 2, but an adapter can be only one computer"_s;
     QTest::newRow("scenario without power")
         << QByteArray(R"({"adapter": {"powered": false}, "devices": [{}]})") << one << QStringList{}
-        << u"adapter: it is a real one, which no scenario switches off"_s;
+        << u"adapter: a scenario cannot switch off a real adapter"_s;
     QTest::newRow("classic") << QByteArray(R"({"devices": [{"type": "classic"}]})") << one
                              << QStringList{}
                              << u"devices[0].type: only \"le\" can be on the air"_s;
@@ -186,11 +187,11 @@ void TestProgram::notOnTheAir_data()
         << QByteArray(R"({"devices": [{"faults": [{"step": "answer", "kind": "late", "ms": 9},
                                                   {"step": "subscribe", "kind": "refuse"}]}]})")
         << one << QStringList{}
-        << u"devices[0].faults[1]: refuse at step subscribe cannot be done over the air"_s;
+        << u"devices[0].faults[1]: refuse at step subscribe is not possible on the air"_s;
     QTest::newRow("calamity")
         << QByteArray(R"({"devices": [{"faults": [{"step": "answer", "kind": "daemonGone"}]}]})")
         << one << QStringList{}
-        << u"devices[0].faults[0]: daemonGone at step answer cannot be done over the air"_s;
+        << u"devices[0].faults[0]: daemonGone at step answer is not possible on the air"_s;
 }
 
 void TestProgram::notOnTheAir()
