@@ -109,7 +109,7 @@ class Dev(unittest.TestCase):
             run = self.start("build")
             self.assertEqual(
                 run.stdout.readline(),
-                "dev: another ./dev is at work in this checkout; waiting for it to end\n")
+                "dev: another ./dev is running in this checkout; waiting for it\n")
             self.assertEqual(self.called("cmake"), [])
         with run:
             self.assertEqual(run.stdout.read(), "dev: building dev in build/dev\n")
