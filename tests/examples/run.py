@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""run.py CASE BIN: runs an example against the simulated computer and compares what it says."""
+"""run.py CASE SIMULATOR PROGRAM: runs an example against the simulated computer and compares what it says."""
 
 import json
 import os
@@ -64,21 +64,10 @@ CASES = {
         [([str(IMAGE)], 2, ["upload: the computer refused it at the beginning", ""])],
     ),
 }
-PROGRAMS = {
-    "nobody-in-reach": "shortest", "adapter-off": "shortest", "no-adapter": "shortest",
-    "refused": "shortest", "silent": "shortest",
-}
-
-
-def program(case):
-    name = PROGRAMS.get(case, case)
-    for ending in ("-lost-link", "-damaged", "-refused"):
-        name = name.removesuffix(ending)
-    return f"example-{name}"
 
 
 def main():
-    case, bin_folder = sys.argv[1], Path(sys.argv[2])
+    case, simulator, program = sys.argv[1:]
     scenario, runs = CASES[case]
     environment = os.environ | {"QT_LOGGING_RULES": "*=false\ndefault=true", "LC_ALL": "C.UTF-8"}
     with tempfile.TemporaryDirectory() as folder:
@@ -86,8 +75,7 @@ def main():
         file.write_text(json.dumps(scenario))
         for arguments, status, last in runs:
             done = subprocess.run(
-                [bin_folder / "varda-simulator", "--scenario", file, "--",
-                 bin_folder / program(case), *arguments],
+                [simulator, "--scenario", file, "--", program, *arguments],
                 cwd=folder, env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                 stderr=subprocess.STDOUT, text=True,
             )
