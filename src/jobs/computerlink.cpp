@@ -274,7 +274,7 @@ void ComputerLink::tryAgain(const JobEnd &end, bool hopeless)
 {
     stopTrying();
     if (hopeless || m_failures >= m_wish.retries) {
-        fail(end);
+        explain(end, [this](const JobEnd &known) { fail(known); });
         return;
     }
     ++m_failures;
@@ -292,9 +292,22 @@ void ComputerLink::onLinkDown()
     }
     if (m_state != State::Up)
         return;
-    const JobEnd end = lossEnd();
-    quit();
-    Q_EMIT lost(end);
+    explain(lossEnd(), [this](const JobEnd &known) {
+        quit();
+        Q_EMIT lost(known);
+    });
+}
+
+/** A link that breaks may be the first sign of an adapter that was switched off. */
+template <typename Function> void ComputerLink::explain(const JobEnd &end, Function report)
+{
+    m_watch->check([this, serial = m_serial, end, report](Reason reason) {
+        if (serial != m_serial)
+            return;
+        if (reason == Reason::NoAdapter) // it has just been there
+            reason = Reason::AdapterRemoved;
+        report(reason == Reason::None ? end : JobEnd{VardaJob::NoBluetooth, reason});
+    });
 }
 
 void ComputerLink::onBluetoothLost(Reason reason)

@@ -85,6 +85,7 @@ private:
     void onLinkDown();
     void onBluetoothLost(VardaJob::Reason reason);
     void tryAgain(const JobEnd &end, bool hopeless);
+    template <typename Function> void explain(const JobEnd &end, Function report);
     void fail(const JobEnd &end);
     void quit();
     void setState(State state);
