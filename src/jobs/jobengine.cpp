@@ -416,7 +416,9 @@ void JobEngine::onNotAnswered(const JobEnd &end)
     const bool notTaken = end.error == VardaJob::Refused || end.error == VardaJob::Rejected;
     const bool unknown = m_request.writes && m_exchange->hasSent() && !notTaken;
     const QPointer<JobEngine> alive(this);
-    const bool without = !m_ownRequest && end.error != VardaJob::NoBluetooth
+    // A service that has gone may come back before the next request.
+    const bool mayComeBack = end.reason == Reason::ServiceGone && current().retries > 0;
+    const bool without = !m_ownRequest && (end.error != VardaJob::NoBluetooth || mayComeBack)
                          && current().work->failed(end);
     if (!alive || !isRunning(job))
         return;
