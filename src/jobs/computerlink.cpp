@@ -327,6 +327,8 @@ void ComputerLink::onBluetoothLost(Reason reason)
         if (m_state == State::Connecting && m_session)
             m_session->controllerDisconnect();
         stopTrying();
+        if (m_wish.restores && reason == Reason::ServiceGone)
+            m_patience = kServicePatience;
         if (m_patience > 0)
             onBluetoothKnown(reason);
         else

@@ -38,7 +38,8 @@ public:
         BleDeviceInfo device = {}; // NOLINT(readability-redundant-member-init)
         bool onlyOne = false;      ///< without a device: fail if there are several
         int retries = 3;
-        bool serviceMayComeBack = false; ///< it has just been there
+        bool restores = false;           ///< a link that has just been there
+        bool serviceMayComeBack = false; ///< which went with the system's service
     };
 
     explicit ComputerLink(QObject *parent);

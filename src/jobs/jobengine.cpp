@@ -476,6 +476,7 @@ void JobEngine::openLink()
     m_link->open({.device = m_device,
                   .onlyOne = current().work->writes,
                   .retries = current().retries,
+                  .restores = again,
                   .serviceMayComeBack = again && m_cause->reason == Reason::ServiceGone});
 }
 
