@@ -107,6 +107,13 @@ BluetoothWatch::~BluetoothWatch() = default;
 
 void BluetoothWatch::ask(std::function<void(Reason)> answered)
 {
+    // Such a call is never answered; what searches and connects fails by itself.
+    if (!QDBusConnection::systemBus().isConnected()) {
+        QMetaObject::invokeMethod(
+            this, [answered = std::move(answered)] { answered(Reason::None); },
+            Qt::QueuedConnection);
+        return;
+    }
     const QDBusMessage call = QDBusMessage::createMethodCall(kBluez, u"/"_s, kObjectManager,
                                                              u"GetManagedObjects"_s);
     auto *const pending = new QDBusPendingCallWatcher(
