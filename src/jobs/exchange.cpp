@@ -22,13 +22,17 @@ Exchange::Exchange(ComputerLink *link)
     for (QTimer *timer : {m_quiet, m_longest}) {
         timer->setSingleShot(true);
         timer->setTimerType(Qt::PreciseTimer);
-        connect(timer, &QTimer::timeout, this, [this] {
-            if (m_whenQuiet)
-                finish(*m_whenQuiet);
-            else if (m_running) // nothing has acknowledged it
-                finish({});
-        });
     }
+    connect(m_quiet, &QTimer::timeout, this, [this] {
+        if (m_whenQuiet)
+            finish(*m_whenQuiet);
+        else if (m_running) // nothing has acknowledged it
+            finish({});
+    });
+    connect(m_longest, &QTimer::timeout, this, [this] {
+        m_isNoisy = true;
+        finish(m_whenQuiet.value_or(JobEnd{VardaJob::Damaged, Reason::Undecodable}));
+    });
     m_link->setObserver(this);
 }
 
@@ -73,7 +77,7 @@ void Exchange::start(const Request &request)
     m_check->setUnlimited();
     m_collected = SessionDoor::collectsAnswers(answer);
     m_running = true;
-    m_sent = m_ended = m_acknowledged = m_tooMany = false;
+    m_sent = m_ended = m_acknowledged = m_tooMany = m_isNoisy = false;
     m_refusal.reset();
     m_whenQuiet.reset();
     m_doubt.reset();
@@ -225,6 +229,8 @@ void Exchange::notified(QByteArrayView bytes)
         m_check->add(bytes.toByteArray());
         if (m_whenQuiet)
             m_quiet->start(kQuiet);
+        else if (m_collected && m_check->isHopeless() && !m_longest->isActive())
+            m_longest->start(kLongestNoise); // the line may never be quiet
     }
     Q_EMIT alive();
 }

@@ -36,6 +36,8 @@ public:
     [[nodiscard]] qint64 bytes() const { return m_bytes; }
     /** The digest of an answer that whole frames of equal content make doubtful. */
     [[nodiscard]] std::optional<quint64> doubt() const { return m_doubt; }
+    /** It was given up with its answer still under way. */
+    [[nodiscard]] bool isNoisy() const { return m_isNoisy; }
     [[nodiscard]] bool acknowledged() const { return m_acknowledged; }
 
 Q_SIGNALS:
@@ -69,6 +71,7 @@ private:
     bool m_ended = false;
     bool m_acknowledged = false;
     bool m_tooMany = false;
+    bool m_isNoisy = false;
     std::optional<VardaJob::Reason> m_refusal;
     std::optional<JobEnd> m_whenQuiet;
     std::optional<quint64> m_doubt;

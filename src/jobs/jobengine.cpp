@@ -345,6 +345,8 @@ void JobEngine::onExchangeEnded(const JobEnd &end)
     } else if (doubt && !m_doubt && m_request.repeatable) {
         m_doubt = doubt;
         advance();
+    } else if (m_exchange->isNoisy()) {
+        dropLinkAndFail(end);
     } else {
         onNotAnswered(end);
     }
