@@ -148,7 +148,8 @@ void JobEngine::forget(VardaJob *job)
     else if (m_phase == Phase::Held)
         setPhase(Phase::Free);
     QMetaObject::invokeMethod(this, &JobEngine::goOn, Qt::QueuedConnection);
-    Q_EMIT currentJobChanged();
+    // Not from inside a destructor.
+    QMetaObject::invokeMethod(this, &JobEngine::currentJobChanged, Qt::QueuedConnection);
 }
 
 void JobEngine::stop(VardaJob *job, bool atOnce)
