@@ -20,6 +20,8 @@ public:
      * @return its interval in milliseconds, 1 at least; 0 where none runs
      */
     qint64 advance();
+    /** Milliseconds since its beginning. */
+    [[nodiscard]] qint64 now() const { return m_now; }
     /** Does what was put off to the next turn of the event loop, deletions included. */
     static void turn();
 
