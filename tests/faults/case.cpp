@@ -18,11 +18,6 @@ QString addressName(const QString &model)
     return model == "varda"_L1 ? u"Varda"_s : model == "tidemar"_L1 ? u"Tidemar"_s : u"VSK-0042"_s;
 }
 
-BleDeviceInfo computer(const Setting &setting)
-{
-    return BleDeviceInfo::fromAddress(u"00:AA:01:01:00:01"_s, addressName(setting.model));
-}
-
 /** Without the progress of uploads, which is told as often as its percentage changes. */
 QStringList withoutProgress(const QStringList &log)
 {
@@ -51,7 +46,22 @@ bool hasEnded(const QStringList &log)
 
 QString Setting::name() const
 {
-    return u"%1/%2/%3"_s.arg(model, mode == BleMode::Gatt ? u"gatt"_s : u"sps"_s, job->name);
+    return u"%1%2/%3/%4"_s.arg(ofJobs() ? u"jobs/"_s : QString(), model,
+                               mode == BleMode::Gatt ? u"gatt"_s : u"sps"_s, job->name);
+}
+
+BleDeviceInfo Setting::device() const
+{
+    return BleDeviceInfo::fromAddress(u"00:AA:01:01:00:01"_s, addressName(model));
+}
+
+QByteArray Setting::scenario(const QByteArray &keys, const QByteArray &faults) const
+{
+    // Answers of some length fill several notifications.
+    return R"({"devices":[{"known":true,"split":64,"clock":1715934600,"log":4,
+        "dives":{"count":3,"samples":12},"model":")"
+           + model.toUtf8() + R"(","mode":")" + (mode == BleMode::Gatt ? "gatt" : "sps") + '"'
+           + keys + R"(,"faults":[)" + faults + "]}]}";
 }
 
 CaseRunner::CaseRunner(World &world, const Setting &setting)
@@ -59,12 +69,7 @@ CaseRunner::CaseRunner(World &world, const Setting &setting)
 
 void CaseRunner::load(const QByteArray &device, const QByteArray &faults)
 {
-    // Answers of some length fill several notifications.
-    m_world.load(R"({"devices":[{"known":true,"split":64,"clock":1715934600,"log":4,
-        "dives":{"count":3,"samples":12},"model":")"
-                 + m_setting.model.toUtf8() + R"(","mode":")"
-                 + (m_setting.mode == BleMode::Gatt ? "gatt" : "sps") + '"' + device
-                 + R"(,"faults":[)" + faults + "]}]}");
+    m_world.load(m_setting.scenario(device, faults));
 }
 
 void CaseRunner::connectTo(VardaSession &session, bool scan) const
@@ -72,7 +77,7 @@ void CaseRunner::connectTo(VardaSession &session, bool scan) const
     if (scan)
         session.autoConnect(m_setting.mode);
     else
-        session.connectTo(computer(m_setting), m_setting.mode);
+        session.connectTo(m_setting.device(), m_setting.mode);
 }
 
 bool CaseRunner::connectAndPrepare(VardaSession &session, SignalLog &log, bool scan)
@@ -114,7 +119,7 @@ std::optional<Healthy> CaseRunner::healthy(QString *error)
         return std::nullopt;
     }
     m_world.settle();
-    return Healthy{m_world.exchanges().mid(before), digestOf(session)};
+    return Healthy{m_world.exchanges().mid(before), digestOf(session), {}, {}};
 }
 
 QStringList CaseRunner::run(const Case &each, const Healthy &healthy, bool watched)

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include <varda/bledeviceinfo.h>
 #include <varda/blemode.h>
 
 #include "expectation.h"
@@ -20,12 +21,19 @@ struct Setting {
     const Job *job = nullptr;
 
     [[nodiscard]] QString name() const;
+    [[nodiscard]] bool ofJobs() const { return bool(job->computer.ask); }
+    /** As the simulated computer is called and found. */
+    [[nodiscard]] BleDeviceInfo device() const;
+    /** The scenario of such a computer, with these further keys and faults. */
+    [[nodiscard]] QByteArray scenario(const QByteArray &keys, const QByteArray &faults) const;
 };
 
 /** What such a job looks like when all is well. */
 struct Healthy {
     QList<Exchange> exchanges;
     QByteArray digest;
+    Report report; ///< of a job of the other layer
+    QString owner;
 };
 
 struct Case {
@@ -43,6 +51,18 @@ struct Case {
     Expectation expected;  ///< from the begin of the stage on
     int patience = 7000;   ///< how long an application waits for a sign, in ms
     bool newWorld = false; ///< nothing of it can be used afterwards
+
+    // What the layer of jobs makes of it.
+    QString kind;                           ///< of the fault
+    int request = -1;                       ///< that it is at; -1: none
+    std::optional<QList<Arrival>> arrivals; ///< all that answers this request
+    bool retries = true;
+    bool isSecond = false;      ///< a fault in the recovery from another
+    bool isOwnDeed = false;     ///< what the application does, not the other end
+    std::optional<Moment> then; ///< a second one, once the first has struck
+
+    /** The fault comes over a link that is up. */
+    [[nodiscard]] bool isLinked() const { return stage == BetweenJobs || stage == DuringJob; }
 };
 
 /** Runs the cases of one setting. */

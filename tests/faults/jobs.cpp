@@ -49,23 +49,6 @@ Job withBootloader(Job job)
     return job;
 }
 
-QByteArray pattern(qsizetype size)
-{
-    QByteArray bytes(size, '\0');
-    for (qsizetype i = 0; i < size; ++i)
-        bytes[i] = char(i * 37 + 11);
-    return bytes;
-}
-
-// Five blocks of the default size.
-QByteArray image(quint32 magic)
-{
-    QByteArray bytes = pattern(600);
-    qToLittleEndian(magic, bytes.data() + 512);
-    qToLittleEndian(quint32(0x02000161), bytes.data() + 520);
-    return bytes;
-}
-
 QList<Job> makeJobs()
 {
     using enum Code;
@@ -136,6 +119,22 @@ QString clockOf(const VardaSession &session)
 }
 
 } // namespace
+
+QByteArray pattern(qsizetype size)
+{
+    QByteArray bytes(size, '\0');
+    for (qsizetype i = 0; i < size; ++i)
+        bytes[i] = char(i * 37 + 11);
+    return bytes;
+}
+
+QByteArray image(quint32 magic)
+{
+    QByteArray bytes = pattern(600);
+    qToLittleEndian(magic, bytes.data() + 512);
+    qToLittleEndian(quint32(0x02000161), bytes.data() + 520);
+    return bytes;
+}
 
 const QList<Job> &allJobs()
 {

@@ -9,6 +9,8 @@
 
 #include <varda/vardasession.h>
 
+#include "computerjobs.h"
+
 /** Something that an application asks of a computer. */
 struct Job {
     QString name;
@@ -21,9 +23,16 @@ struct Job {
     bool consumes = false;
     /** Jobs that have to come before it. */
     QList<TidemarCommand::TidemarCommandIn> before = {TidemarCommand::Identification};
+    /** The other layer's; then what belongs to sessions is empty. */
+    ComputerJob computer = {};
 };
 
 [[nodiscard]] const QList<Job> &allJobs();
+
+/** Bytes that differ from their neighbours. */
+[[nodiscard]] QByteArray pattern(qsizetype size);
+/** A firmware of that type word: five blocks of the default size. */
+[[nodiscard]] QByteArray image(quint32 magic);
 
 /**
  * All that a session learned, as text: each field of each record. Only the duration of an upload,

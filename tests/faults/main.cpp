@@ -13,6 +13,7 @@
 #include <cstdio>
 
 #include "case.h"
+#include "jobcase.h"
 #include "matrix.h"
 #include "world.h"
 
@@ -47,10 +48,20 @@ bool isMeant(const QString &name, const Options &options)
     return name.contains(options.filter) && number(name) % options.every == 0;
 }
 
-int runSetting(const Setting &setting, const Options &options)
+QList<Case> casesOf(CaseRunner & /*runner*/, const Setting &setting, const Healthy &healthy)
+{
+    return allCases(setting, healthy);
+}
+
+QList<Case> casesOf(JobRunner &runner, const Setting & /*setting*/, const Healthy &healthy)
+{
+    return runner.cases(healthy);
+}
+
+template <typename Runner> int runSetting(const Setting &setting, const Options &options)
 {
     World world;
-    CaseRunner runner(world, setting);
+    Runner runner(world, setting);
     QString error;
     const std::optional<Healthy> healthy = runner.healthy(&error);
     if (!healthy) {
@@ -59,7 +70,7 @@ int runSetting(const Setting &setting, const Options &options)
     }
     bool reached = options.after.isEmpty();
     bool allGood = true;
-    const QList<Case> cases = allCases(setting, *healthy);
+    const QList<Case> cases = casesOf(runner, setting, *healthy);
     for (const Case &each : cases) {
         const QString name = setting.name() + u'/' + each.name;
         if (reached && isMeant(name, options)) {
@@ -92,16 +103,17 @@ int main(int argc, char *argv[])
     const QCommandLineOption list(u"list"_s);
     parser.addOptions({filter, every, after, list});
     parser.process(app);
+    const Options options{parser.value(filter), qMax(1U, parser.value(every).toUInt()),
+                          parser.value(after), parser.isSet(list)};
     const QString wanted = parser.positionalArguments().value(0);
 
-    const QList<Setting> settings = allSettings();
+    const QList<Setting> settings = allSettings(Layer::Session) + allSettings(Layer::Jobs);
     for (const Setting &setting : settings) {
         if (wanted == "settings"_L1)
             say(setting.name());
         else if (wanted == setting.name())
-            return runSetting(setting,
-                              {parser.value(filter), qMax(1U, parser.value(every).toUInt()),
-                               parser.value(after), parser.isSet(list)});
+            return setting.ofJobs() ? runSetting<JobRunner>(setting, options)
+                                    : runSetting<CaseRunner>(setting, options);
     }
     return wanted == "settings"_L1 ? 0 : 2;
 }

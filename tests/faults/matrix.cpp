@@ -108,6 +108,7 @@ private:
         Case each;
         each.name = u"%1/%2/%3"_s.arg(scan ? u"scan"_s : u"known"_s, place, QLatin1String(kind));
         each.stage = Case::Connection;
+        each.kind = QLatin1String(kind);
         each.scan = scan;
         each.patience = kDbusTime + 5000;
         return each;
@@ -266,6 +267,7 @@ private:
             Case each;
             each.name = u"between/"_s + QLatin1String(kind);
             each.stage = Case::BetweenJobs;
+            each.kind = QLatin1String(kind);
             each.deeds = deeds;
             each.expected = told;
             each.patience = 12'000;
@@ -312,6 +314,8 @@ private:
         each.name = u"%1:%2%3/%4"_s.arg(request)
                         .arg(exchange(request).command)
                         .arg(place, QLatin1String(kind));
+        each.kind = QLatin1String(kind);
+        each.request = request;
         each.patience = 7000;
         return each;
     }
@@ -376,6 +380,7 @@ private:
         }
         answer(request, place, kind, deeds,
                expected(*m_setting.job, m_healthy.exchanges, request, arrivals));
+        m_cases.last().arrivals = arrivals;
     }
 
     void requests(int request)
@@ -546,12 +551,13 @@ private:
 
 } // namespace
 
-QList<Setting> allSettings()
+QList<Setting> allSettings(Layer layer)
 {
     QList<Setting> settings;
+    const QList<Job> &jobs = layer == Layer::Jobs ? allComputerJobs() : allJobs();
     for (const auto *model : {"varda", "tidemar", "vskm"}) {
         for (const BleMode mode : {BleMode::Gatt, BleMode::Sps}) {
-            for (const Job &job : allJobs())
+            for (const Job &job : jobs)
                 settings.append({QString::fromLatin1(model), mode, &job});
         }
     }

@@ -111,12 +111,15 @@ def main():
     parser.add_argument("--every", type=int, default=6, help="one in N cases; 1: all")
     parser.add_argument("--speed", type=int, default=20)
     parser.add_argument("--real-time", action="store_true")
+    parser.add_argument("--layer", choices=["session", "jobs"], help="only what goes through it")
     options = parser.parse_args()
     speed = 1 if options.real_time else options.speed
 
     listed = subprocess.run(
         [options.program, "settings"], check=True, capture_output=True, text=True
     ).stdout.split()
+    if options.layer:
+        listed = [s for s in listed if s.startswith("jobs/") == (options.layer == "jobs")]
     # A filter that names a setting spares the others their healthy run.
     settings = [s for s in listed if s in options.filter or options.filter in s] or listed
 

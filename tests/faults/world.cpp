@@ -114,9 +114,9 @@ bool World::heal()
 void World::forget()
 {
     ++m_generation;
-    m_event.clear();
+    m_moments.clear();
     m_deeds.clear();
-    m_struck = false;
+    m_struck = m_waits = false;
 }
 
 void World::settle()
@@ -157,10 +157,12 @@ QJsonObject World::state()
 void World::at(const QString &event, int command, int nth, const QList<Deed> &deeds)
 {
     forget();
-    m_event = event;
-    m_command = command;
-    m_left = nth;
-    m_deeds = deeds;
+    m_moments = {{event, command, nth, deeds}};
+}
+
+void World::then(const Moment &moment)
+{
+    m_moments.append(moment);
 }
 
 void World::perform(const QList<Deed> &deeds)
@@ -173,17 +175,20 @@ void World::perform(const QList<Deed> &deeds)
 
 void World::onRecorded(const QString &json)
 {
-    if (m_event.isEmpty() || m_struck)
+    if (m_moments.isEmpty())
         return;
+    Moment &moment = m_moments.first();
     const QJsonObject event = QJsonDocument::fromJson(json.toUtf8()).object();
-    if (event["event"_L1].toString() != m_event)
+    if (event["event"_L1].toString() != moment.event)
         return;
-    if (m_command >= 0 && commandOf(event) != m_command)
+    if (moment.command >= 0 && commandOf(event) != moment.command)
         return;
-    if (--m_left > 0)
+    if (--moment.nth > 0)
         return;
     m_struck = true;
-    next();
+    m_deeds += m_moments.takeFirst().deeds;
+    if (!m_waits)
+        next();
 }
 
 void World::next()
@@ -193,10 +198,12 @@ void World::next()
         if (deed.kind == Deed::Wait || deed.kind == Deed::Stream) {
             if (deed.kind == Deed::Stream)
                 doNow({Deed::Notify, deed.bytes, 0});
+            m_waits = true;
             QTimer::singleShot(deed.kind == Deed::Wait ? deed.ms : kStreamGap, Qt::PreciseTimer,
                                this, [this, deed, generation = m_generation] {
                                    if (generation != m_generation)
                                        return;
+                                   m_waits = false;
                                    if (deed.kind == Deed::Wait)
                                        m_deeds.removeFirst();
                                    next();
@@ -245,6 +252,12 @@ void World::doNow(const Deed &deed)
         ping(); // what was sent before gets out before
         killDaemon();
         startDaemon();
+        break;
+    case Deed::Load:
+        tell(u"Load"_s, {QString::fromUtf8(deed.bytes)});
+        break;
+    case Deed::Call:
+        deed.call();
         break;
     case Deed::Wait:
     case Deed::Stream:

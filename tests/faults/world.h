@@ -24,10 +24,21 @@ struct Deed {
         Kill,          ///< the daemon is gone
         Restart,       ///< the daemon is gone, and back at once with no memory
         Stream,        ///< bytes as notifications, again and again until the case ends
+        Load,          ///< bytes as the daemon's scenario
+        Call,          ///< what the application does
     };
     Kind kind = Wait;
-    QByteArray bytes;
+    QByteArray bytes = {};
     int ms = 0;
+    std::function<void()> call = {};
+};
+
+/** The nth event of a name (and command, for "frame") from now on, and what is done there. */
+struct Moment {
+    QString event;
+    int command = -1;
+    int nth = 1;
+    QList<Deed> deeds;
 };
 
 /** One request that arrived at the computer, and the notifications that answered it. */
@@ -58,9 +69,14 @@ public:
 
     /** At the nth event of this name (and command, for "frame") from now on, these deeds. */
     void at(const QString &event, int command, int nth, const QList<Deed> &deeds);
+    /** Once those are begun, these at a moment from then on. */
+    void then(const Moment &moment);
     void perform(const QList<Deed> &deeds);
     /** Whether all deeds are done; a stream is never. */
-    [[nodiscard]] bool isDone() const { return m_struck && m_deeds.isEmpty(); }
+    [[nodiscard]] bool isDone() const
+    {
+        return m_struck && m_moments.isEmpty() && m_deeds.isEmpty();
+    }
 
     /** Handles events until @p done, or for so long on the fast clock; whether it was done. */
     static bool wait(const std::function<bool()> &done, int ms);
@@ -79,10 +95,9 @@ private:
     QProcess m_daemon;
     bool m_lost = false;
 
-    QString m_event;
-    int m_command = -1;
-    int m_left = 0;
+    QList<Moment> m_moments; ///< still to come, in this order
     bool m_struck = false;
     QList<Deed> m_deeds;
+    bool m_waits = false;
     quint64 m_generation = 0;
 };
