@@ -4,6 +4,7 @@
 //   varda-endurance cycles N               N times scan, connect, download, disconnect
 //   varda-endurance sessions N             N sessions at once, each with a computer of its own
 //   varda-endurance logbook DIVES SAMPLES  a whole logbook over one link
+//   varda-endurance jobs …                 any of these through jobs instead of sessions
 #include <QtCore/qcoreapplication.h>
 #include <QtCore/qloggingcategory.h>
 
@@ -32,6 +33,14 @@ constexpr int kDives = 3;
 constexpr int kVisits = 10;
 
 int problems = 0;
+bool throughJobs = false;
+
+std::unique_ptr<Reader> makeReader()
+{
+    if (throughJobs)
+        return std::make_unique<JobReader>();
+    return std::make_unique<SessionReader>();
+}
 
 void blame(const QString &what)
 {
@@ -74,26 +83,24 @@ void check(const Download &download, int dives, const QByteArray &fingerprint)
 }
 
 /** The fingerprint of a computer that is read without a scan and let go. */
-QByteArray readOne(VardaSession &session, const BleDeviceInfo &device)
+QByteArray readOne(Reader &reader, const BleDeviceInfo &device)
 {
-    Download download(session);
-    download.open(device, BleMode::Gatt);
-    World::wait([&] { return download.isDone(); }, kLong);
-    check(download, kDives, download.fingerprint());
-    session.controllerDisconnect();
-    return download.fingerprint();
+    const auto download = reader.read(device, BleMode::Gatt);
+    World::wait([&] { return download->isDone(); }, kLong);
+    check(*download, kDives, download->fingerprint());
+    reader.letGo();
+    return download->fingerprint();
 }
 
-/** Some visits to a computer through one session, over links of both kinds in turn. */
+/** Some visits to a computer through one reader, over links of both kinds in turn. */
 void visits(const QByteArray &fingerprint)
 {
-    VardaSession session;
+    const auto reader = makeReader();
     for (int visit = 0; visit < kVisits && problems == 0; ++visit) {
-        Download download(session);
-        download.scan(visit % 2 == 0 ? BleMode::Gatt : BleMode::Sps);
-        World::wait([&] { return download.isDone(); }, kLong);
-        check(download, kDives, fingerprint);
-        session.controllerDisconnect();
+        const auto download = reader->read({}, visit % 2 == 0 ? BleMode::Gatt : BleMode::Sps);
+        World::wait([&] { return download->isDone(); }, kLong);
+        check(*download, kDives, fingerprint);
+        reader->letGo();
     }
 }
 
@@ -102,12 +109,8 @@ void cycles(World &world, int count)
     constexpr int kLooks = 5;
     world.load(R"({"recordTraffic":false,"disconnectDelay":2000,"devices":[
         {"known":true,"mode":"both","dives":{"count":3,"samples":300}}]})");
-    QByteArray fingerprint;
-    {
-        VardaSession session;
-        fingerprint = readOne(session,
-                              BleDeviceInfo::fromAddress(u"00:AA:01:01:00:01"_s, u"Varda"_s));
-    }
+    const QByteArray fingerprint = readOne(
+        *makeReader(), BleDeviceInfo::fromAddress(u"00:AA:01:01:00:01"_s, u"Varda"_s));
     visits(fingerprint);
     visits(fingerprint);
     const Figures before = settled();
@@ -119,21 +122,18 @@ void cycles(World &world, int count)
     }
 }
 
-struct Reader {
-    VardaSession session;
-    Download download{session};
-};
-
 void readAll(const QList<BleDeviceInfo> &devices, const QList<QByteArray> &fingerprints)
 {
     std::vector<std::unique_ptr<Reader>> readers;
+    std::vector<std::unique_ptr<Download>> downloads;
     for (const BleDeviceInfo &device : devices) {
-        readers.push_back(std::make_unique<Reader>());
-        readers.back()->download.open(device, readers.size() % 2 ? BleMode::Gatt : BleMode::Sps);
+        readers.push_back(makeReader());
+        downloads.push_back(
+            readers.back()->read(device, readers.size() % 2 ? BleMode::Gatt : BleMode::Sps));
     }
-    for (size_t i = 0; i < readers.size(); ++i) {
-        World::wait([&] { return readers[i]->download.isDone(); }, kLong);
-        check(readers[i]->download, kDives, fingerprints[qsizetype(i)]);
+    for (size_t i = 0; i < downloads.size(); ++i) {
+        World::wait([&] { return downloads[i]->isDone(); }, kLong);
+        check(*downloads[i], kDives, fingerprints[qsizetype(i)]);
     }
 }
 
@@ -154,9 +154,9 @@ void sessions(World &world, int count)
     // What each has to tell is learned from each alone.
     QList<QByteArray> fingerprints;
     {
-        VardaSession session;
+        const auto reader = makeReader();
         for (const BleDeviceInfo &device : std::as_const(devices)) {
-            const QByteArray fingerprint = readOne(session, device);
+            const QByteArray fingerprint = readOne(*reader, device);
             if (fingerprints.contains(fingerprint))
                 blame(u"two computers tell the same"_s);
             fingerprints += fingerprint;
@@ -178,11 +178,15 @@ void logbook(World &world, int dives, int samples)
             .replace("%1", QByteArray::number(dives))
             .replace("%2", QByteArray::number(samples)));
     const auto computer = BleDeviceInfo::fromAddress(u"00:AA:01:01:00:01"_s, u"Varda"_s);
-    VardaSession session;
-    Download download(session);
-    int last = dives + 1;
-    download.take = [&](const Dive &dive) {
-        if (dive.diveNumber != last - 1 || dive.lines.size() != samples)
+    // A session hands out headers as they come, the newest first; a job the oldest.
+    const int step = throughJobs ? 1 : -1;
+    int last = throughJobs ? 0 : dives + 1;
+    const Figures before = figures();
+    print("before", before);
+    const auto reader = makeReader();
+    const auto download = reader->read(computer, BleMode::Gatt);
+    download->take = [&](const Dive &dive) {
+        if (dive.diveNumber != last + step || dive.lines.size() != samples)
             blame(u"dive %1 with %2 samples comes after dive %3"_s.arg(dive.diveNumber)
                       .arg(dive.lines.size())
                       .arg(last));
@@ -190,15 +194,12 @@ void logbook(World &world, int dives, int samples)
         if (dive.diveNumber % qMax(1, dives / 5) == 0)
             print(qPrintable(u"dive %1"_s.arg(dive.diveNumber)), figures());
     };
-    const Figures before = figures();
-    print("before", before);
-    download.open(computer, BleMode::Gatt);
-    World::wait([&] { return download.isDone(); }, kLong * 100);
-    check(download, dives, download.fingerprint());
-    session.controllerDisconnect();
+    World::wait([&] { return download->isDone(); }, kLong * 100);
+    check(*download, dives, download->fingerprint());
+    reader->letGo();
     print("at the end", settled());
-    std::printf("%d dives, %lld samples, peak of %.1f MB resident\n", download.dives(),
-                download.samples(), double(peakResident()) / 1e6);
+    std::printf("%d dives, %lld samples, peak of %.1f MB resident\n", download->dives(),
+                download->samples(), double(peakResident()) / 1e6);
 }
 
 } // namespace
@@ -208,7 +209,10 @@ int main(int argc, char *argv[])
     countObjects();
     const QCoreApplication app(argc, argv);
     QLoggingCategory::setFilterRules(u"varda.*=false\nqt.bluetooth*=false"_s);
-    const QStringList arguments = QCoreApplication::arguments();
+    QStringList arguments = QCoreApplication::arguments();
+    throughJobs = arguments.value(1) == "jobs"_L1;
+    if (throughJobs)
+        arguments.removeAt(1);
     const auto number = [&](qsizetype at) { return arguments.value(at).toInt(); };
     World world;
     if (arguments.value(1) == "cycles"_L1 && number(2) > 0)
@@ -218,7 +222,7 @@ int main(int argc, char *argv[])
     else if (arguments.value(1) == "logbook"_L1 && number(2) > 0 && number(3) > 0)
         logbook(world, number(2), number(3));
     else
-        blame(u"cycles N | sessions N | logbook DIVES SAMPLES"_s);
+        blame(u"[jobs] cycles N | sessions N | logbook DIVES SAMPLES"_s);
     std::puts(problems == 0 ? "passed" : "failed");
     return problems == 0 ? 0 : 1;
 }
