@@ -6,8 +6,8 @@
 /**
  * One entry of the battery history. Fields that do not belong to the record's kind are 0.
  *
- * Only the layout is known: names give the width in bits or the place, flags are 0 or 1. What the
- * numbers mean, and their units, is not known.
+ * Only the layout is known: names give the width in bits or the place, flags are 0 or 1. The
+ * meaning and the units of the numbers are not known.
  */
 struct BatteryInfoRecord {
     std::int32_t kind = 0; ///< 0 or 1; selects the fields below

@@ -12,7 +12,7 @@ struct BleCommand {
     TidemarCommand::TidemarCommandIn command;
     QByteArray payload;
 
-    // A code alone is a command: no need to say so twice.
+    // A code alone is a command, so no cast is needed.
     // NOLINTNEXTLINE(google-explicit-constructor)
     BleCommand(TidemarCommand::TidemarCommandIn code) : command(code) { }
     BleCommand(TidemarCommand::TidemarCommandIn code, const QByteArray &bytes)

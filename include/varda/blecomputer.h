@@ -10,10 +10,10 @@
 #include <varda/vardaexport.h>
 
 /**
- * A computer's settings, from its configuration answer. Which fields an answer fills depends on
- * the model and the answer's version; the rest keeps what it had.
+ * A computer's settings, from its configuration answer. The model and the answer's version decide
+ * which fields are filled; the others keep their values.
  *
- * The meaning of fields without a remark is not known.
+ * The meaning of fields without a comment is not known.
  */
 struct VARDA_EXPORT BleComputer {
     std::array<char, 32> rawBlock{}; ///< the owner's text in UTF-8; ended by a NUL if shorter

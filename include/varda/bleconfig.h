@@ -7,10 +7,10 @@
 #include <varda/vardaexport.h>
 
 /**
- * A computer's environment and gas settings, from its configuration answer. Which fields an
- * answer fills depends on the model and the answer's version; the rest keeps what it had.
+ * A computer's environment and gas settings, from its configuration answer. The model and the
+ * answer's version decide which fields are filled; the others keep their values.
  *
- * The meaning of fields without a remark is not known.
+ * The meaning of fields without a comment is not known.
  */
 struct VARDA_EXPORT BleConfig {
     /** One entry of a gas table, in whole percent. */
@@ -30,7 +30,7 @@ struct VARDA_EXPORT BleConfig {
     std::uint8_t cfgC = 0;
     std::uint8_t cfgD = 0;
     std::uint16_t cfgE = 0;
-    std::uint8_t waterType = 0;        ///< 0 sea, 1 fresh, 2 in between; others behave as fresh
+    std::uint8_t waterType = 0; ///< 0 sea, 1 fresh, 2 in between; other values count as fresh
     std::uint16_t surfacePressure = 0; ///< millibar
     std::uint8_t cfgF = 0;
     std::uint8_t cfgG = 0;
@@ -51,8 +51,8 @@ struct VARDA_EXPORT BleConfig {
     /**
      * Depth in metres at an absolute pressure in bar, the inverse of pressureAtDepth().
      *
-     * 0 unless @p pressureBar is greater than the number of millibar at the surface; so for
-     * ordinary pressures the result is 0.
+     * 0 unless @p pressureBar is greater than the surface pressure in millibar (the bare numbers
+     * are compared), so the result is 0 for ordinary pressures.
      */
     [[nodiscard]] float depthAtPressure(float pressureBar) const;
 };

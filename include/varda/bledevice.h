@@ -21,9 +21,9 @@ class LinkObserver;
 /**
  * The GATT connection to one computer: bytes out, notifications in.
  *
- * Use: connectTo(), wait for servicesDiscovered(), setupCharacteristics(), wait for connected(),
- * then write() and receive notificationReceived(), at last disconnect(). It knows nothing of
- * frames. Every failure is reported once through error().
+ * To use it, call connectTo(), wait for servicesDiscovered(), call setupCharacteristics() and wait
+ * for connected(). Then write() and receive notificationReceived(); at the end call disconnect().
+ * This class does not know frames. It reports every failure once, by error().
  */
 class VARDA_EXPORT BleDevice : public QObject
 {
@@ -32,7 +32,7 @@ class VARDA_EXPORT BleDevice : public QObject
     Q_PROPERTY(QString deviceName READ deviceName NOTIFY deviceNameChanged)
 
 public:
-    /** How long the peer may take to acknowledge that notifications are on, in milliseconds. */
+    /** How long the peer may take to acknowledge the subscription, in milliseconds. */
     static constexpr int kNotificationsWatchdogMs = 2000;
 
     explicit BleDevice(QObject *parent = nullptr);
@@ -45,40 +45,40 @@ public:
     /** The record last passed to connectTo(). */
     [[nodiscard]] BleDeviceInfo lastDevice() const;
 
-    /** Drops the present connection, if any, and connects to @p device. */
+    /** Drops the current connection, if there is one, and connects to @p device. */
     Q_INVOKABLE void connectTo(BleDeviceInfo device);
-    /** Asks the controller to disconnect; disconnected() tells when it has. */
+    /** Asks the controller to disconnect; disconnected() reports when it has. */
     Q_INVOKABLE void disconnect();
 
     /** UUIDs of the services found; empty without a connection. */
     [[nodiscard]] QList<QBluetoothUuid> availableServices() const;
-    /** Characteristics of a service whose details are known already; empty otherwise. */
+    /** Characteristics of a service if its details are already known; otherwise empty. */
     [[nodiscard]] QList<QLowEnergyCharacteristic>
     characteristicsForService(const QBluetoothUuid &uuid);
 
     /**
-     * Chooses the service and the characteristics to talk through and switches notifications on.
+     * Chooses the service and the characteristics to use, and switches notifications on.
      *
-     * A service that the peer does not have is replaced by its first usable one. The characteristic
-     * UUIDs are 36-character texts without braces, in any letter case.
+     * If the peer does not have the service, its first usable one is taken. The characteristic
+     * UUIDs are 36-character texts without braces, in upper or lower case.
      *
-     * @return false, with error("No service found"), when no service can be used; false and silent
-     *         without a connection
+     * @return false, with error("No service found"), if no service can be used; false without an
+     *         error if there is no connection
      */
     bool setupCharacteristics(const QString &serviceUuid, const QString &notifyUuid,
                               const QString &writeUuid);
 
-    /** Writes to the chosen characteristic; false, with error(), when there is none yet. */
+    /** Writes to the chosen characteristic; false, with error(), if none is chosen yet. */
     bool write(const QByteArray &data, QLowEnergyService::WriteMode mode);
-    /** Writes to any characteristic of the chosen service; false, with error(), without it. */
+    /** Writes to any characteristic of the chosen service; false, with error(), if it has none. */
     bool writeRaw(const QString &characteristicUuid, const QByteArray &data,
                   QLowEnergyService::WriteMode mode);
 
-    /** The controller's MTU in bytes; 0 without a controller, below 0 where it is not known. */
+    /** The controller's MTU in bytes; 0 without a controller, negative if it is not known. */
     [[nodiscard]] int mtu() const;
 
 Q_SIGNALS:
-    /** Notifications are on: the link can be used. */
+    /** Notifications are on, so the link can be used. */
     void connected();
     void disconnected();
     /** The services of the peer are known. */

@@ -9,10 +9,10 @@
 #include <varda/vardaexport.h>
 
 /**
- * One Bluetooth Low Energy device as it was discovered: a value, copied freely.
+ * One Bluetooth Low Energy device as it was discovered: a value that can be copied freely.
  *
- * The address text is the identity of the record. Registered with the meta-object system as
- * "BleDeviceInfo", its list as "QList<BleDeviceInfo>".
+ * The address text identifies it. It is registered with the meta-object system as "BleDeviceInfo",
+ * and its list as "QList<BleDeviceInfo>".
  */
 class VARDA_EXPORT BleDeviceInfo
 {
@@ -27,10 +27,10 @@ public:
     explicit BleDeviceInfo(const QBluetoothDeviceInfo &info);
 
     /**
-     * A record for a remembered device, to connect to it without a scan.
+     * A device that the application remembers, to connect to it without a scan.
      *
-     * @param address  "XX:XX:XX:XX:XX:XX"; stored as the platform writes it, so a text that is no
-     *                 address becomes "00:00:00:00:00:00"
+     * @param address  "XX:XX:XX:XX:XX:XX"; stored as the platform writes it, so a text that is not
+     *                 an address becomes "00:00:00:00:00:00"
      * @param name     the name to show for it
      */
     [[nodiscard]] static BleDeviceInfo fromAddress(const QString &address, const QString &name);
@@ -39,11 +39,11 @@ public:
     [[nodiscard]] QString address() const { return m_address; }
     /** The advertised name. */
     [[nodiscard]] QString name() const { return m_name; }
-    /** Signal strength at discovery in dBm; 0 when it is not known. */
+    /** Signal strength at discovery in dBm; 0 if it is not known. */
     [[nodiscard]] int rssi() const { return m_rssi; }
-    /** The platform's own description, which a controller is made from. */
+    /** The platform's own description, for creating a controller. */
     [[nodiscard]] const QBluetoothDeviceInfo &deviceInfo() const { return m_deviceInfo; }
-    /** Whether there is an address; nothing else is checked. */
+    /** Whether it has an address; nothing else is checked. */
     [[nodiscard]] bool isValid() const { return !m_address.isEmpty(); }
 
 private:

@@ -5,14 +5,14 @@
 
 #include <varda/vardaexport.h>
 
-/** Home of BleMode, so that its names are known to the meta-object system. */
+/** Contains BleMode, so that the meta-object system knows its names. */
 namespace BleModes {
 Q_NAMESPACE_EXPORT(VARDA_EXPORT)
 
 /** Kind of serial link that a computer offers over Bluetooth Low Energy. */
 enum BleMode : int {
     Gatt = 0, ///< transparent UART service; no flow control
-    Sps = 1,  ///< Serial Port Service; the peer is granted credits when the link comes up
+    Sps = 1,  ///< Serial Port Service; the peer gets credits when the link comes up
 };
 Q_ENUM_NS(BleMode)
 } // namespace BleModes

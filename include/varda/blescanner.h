@@ -11,10 +11,10 @@
 #include <varda/vardaexport.h>
 
 /**
- * Finds Bluetooth Low Energy devices and keeps the named ones of the current scan, each once.
+ * Finds Bluetooth Low Energy devices, and lists each of the current scan that has a name once.
  *
- * Asks for the Bluetooth permission first, where the platform has one (Qt 6.5 and later).
- * Does not filter by name: that is the session's business.
+ * It asks for the Bluetooth permission first if the platform has one (Qt 6.5 and later). It does
+ * not filter by name; the session does that.
  */
 class VARDA_EXPORT BleScanner : public QObject
 {
@@ -28,16 +28,16 @@ public:
     ~BleScanner() override;
 
     /**
-     * Empties the list and scans; a scan that runs is stopped first.
+     * Empties the list and scans; a running scan is stopped first.
      *
-     * @param timeoutSeconds  how long to scan; 0 scans until stopped, where the platform can
+     * @param timeoutSeconds  how long to scan; 0: until it is stopped, if the platform can
      */
     Q_INVOKABLE void startScan(int timeoutSeconds = 10);
-    /** Stops a running scan; scanFinished() tells when it has ended. */
+    /** Stops a running scan; scanFinished() reports when it has ended. */
     Q_INVOKABLE void stopScan();
-    /** Empties the list; announced also when it was empty. */
+    /** Empties the list; announces it even if the list was empty. */
     Q_INVOKABLE void clearDevices();
-    /** The entry at @p index, or an invalid record outside the list. */
+    /** The entry at @p index, or an invalid one if the index is outside the list. */
     Q_INVOKABLE BleDeviceInfo deviceAt(int index);
 
     /** The devices of the current or last scan, in order of first discovery. */

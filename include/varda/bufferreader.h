@@ -11,7 +11,7 @@
  * A forward cursor over one response buffer: 512 bytes, byte 0 the command's code, the payload
  * from byte 1 on, little-endian.
  *
- * It may be moved anywhere; what lies outside the buffer reads as zeros.
+ * It may be moved anywhere; bytes outside the buffer read as zeros.
  */
 class VARDA_EXPORT BufferReader
 {
@@ -19,7 +19,7 @@ public:
     /** @p payload is not copied: it must outlive the reader. Reading starts at byte 1. */
     explicit BufferReader(const std::array<std::uint8_t, 512> &payload);
 
-    /** Copies the next @p n bytes to @p dst and moves on by @p n; nothing when n is below 1. */
+    /** Copies the next @p n bytes to @p dst and moves by @p n; does nothing if n is below 1. */
     void read(void *dst, int n);
     /** Moves by @p n bytes, forward or back. */
     void jump(int n);

@@ -5,7 +5,7 @@
 
 #include <varda/vardaexport.h>
 
-/** Model of a computer; selects the layouts of its records. */
+/** Model of a computer; it decides on the layouts of its records. */
 namespace ComputerModel {
 Q_NAMESPACE_EXPORT(VARDA_EXPORT)
 

@@ -5,7 +5,7 @@
 
 #include <varda/vardaexport.h>
 
-/** What a computer is running, as its identification says. */
+/** What a computer is running, according to its identification. */
 namespace CurrentMode {
 Q_NAMESPACE_EXPORT(VARDA_EXPORT)
 

@@ -13,9 +13,9 @@
 #include <varda/divemark.h>
 
 /**
- * A dive in the form that does not depend on the computer it came from.
+ * A dive in a form that does not depend on the computer it came from.
  *
- * TidemarDiveConverter fills the fields that have a remark; the others keep their defaults and
+ * TidemarDiveConverter fills the fields that have a comment; the others keep their defaults and
  * have no meaning yet.
  */
 struct Dive : DiveHeaderBlock {
@@ -25,11 +25,11 @@ struct Dive : DiveHeaderBlock {
     QString serialNumber;    ///< of the computer
     QString firmwareVersion; ///< of the computer
     std::int32_t kind = 4;   ///< always 4
-    QList<DiveLine> lines;   ///< the profile, one line a sample
+    QList<DiveLine> lines;   ///< the profile, one line for each sample
     QList<DiveLine> lines2;
     QList<DiveLine> lines3;
     QList<DiveLine> lines4;
-    QList<DiveGas> gases;                   ///< the gas slots in use, in their order
+    QList<DiveGas> gases;                   ///< the gas slots in use, in order
     std::array<std::uint8_t, 8> tagBytes{}; ///< value32d as bytes 0 to 3, on a Tidemar 5 to 7
     std::uint16_t value16 = 0;
     std::uint64_t value64 = 0;

@@ -10,14 +10,14 @@
 
 /**
  * One gas of a dive; fractions are 0 to 1. The converter sets the fractions, the usage and
- * closedCircuit; the other fields are for applications.
+ * closedCircuit; the other fields are for applications to use.
  */
 struct VARDA_EXPORT DiveGas {
     float oxygen = 0.21F;
     float helium = 0.0F;
-    float nitrogen = 0.79F;    ///< what oxygen and helium leave; never below 0
+    float nitrogen = 0.79F;    ///< the rest beside oxygen and helium; never below 0
     float limit = -1.0F;       ///< -1: not set
-    std::int64_t reserved = 0; ///< no use yet
+    std::int64_t reserved = 0; ///< not used yet
     GasUsage::GasUsageIn usage = GasUsage::None;
     bool enabled = true; ///< whether the gas may be used
     QString label;
@@ -26,10 +26,10 @@ struct VARDA_EXPORT DiveGas {
     bool closedCircuit = false;     ///< a closed-circuit diluent
 
     /**
-     * Sets the oxygen fraction, 0.05 to 1.0, and the nitrogen that is left. Ignored outside the
-     * range, and where oxygen and helium together would exceed 1.001.
+     * Sets the oxygen fraction, 0.05 to 1.0, and nitrogen to the rest. Does nothing outside this
+     * range, or if oxygen and helium together would exceed 1.001.
      */
     void setO2(double fraction);
-    /** Sets the helium fraction, 0.0 to 0.99, under the same rules. */
+    /** Sets the helium fraction, 0.0 to 0.99, in the same way. */
     void setHe(double fraction);
 };

@@ -11,15 +11,15 @@
 /**
  * What a dive header and a generic dive have in common: all that a computer reports about a dive.
  *
- * What is known of a field, and its unit, stands beside it. Of a field without a remark only the
- * number is known: it is what the computer sent, named by its size or place, without a known
- * meaning. Fields marked "never sent" keep their defaults, and so does what a model's layout
- * does not have.
+ * The comment of a field gives its meaning and unit, as far as they are known. A field without a
+ * comment holds the number that the computer sent; its name gives the size or the place, and its
+ * meaning is not known. Fields marked "never sent", and fields that a model's layout does not have,
+ * keep their defaults.
  */
 struct DiveHeaderBlock {
     std::uint16_t diveNumber = 0; ///< the number in the computer's logbook
     ComputerModel::ComputerModelIn model = ComputerModel::Unknown; ///< of the computer
-    /** The begin, as far as is known: seconds since 1970-01-01 by the computer's own clock. */
+    /** The beginning, as far as is known: seconds since 1970-01-01 on the computer's own clock. */
     std::uint64_t stamp = 0;
     std::int64_t stamp2 = 0;
     double tenths1 = 0;              ///< sent in tenths

@@ -4,9 +4,9 @@
 #include <cstdint>
 
 /**
- * One point of a generic dive's profile. Fields without a remark hold what the field of DiveSample
- * with the same name holds. Those named "value" and a number, and flag25, have no meaning yet and
- * stay 0.
+ * One point of a generic dive's profile. A field without a comment has the value of the field of
+ * DiveSample with the same name. Fields named "value" and a number, and flag25, have no meaning yet
+ * and stay 0.
  */
 struct DiveLine {
     double time = 0;  ///< seconds since the first sample
@@ -15,7 +15,7 @@ struct DiveLine {
     double value4 = 0;
     double aux1Value = 0;   ///< water temperature, as far as is known: degrees Celsius, -128 to 127
     double valueTenths = 0; ///< DiveSample::value12 divided by ten; 0 if it is below 0
-    std::int16_t valueNegated = 0; ///< its magnitude, 1 to 2048, if it is below 0; else 0
+    std::int16_t valueNegated = 0; ///< -value12, 1 to 2048, if that is below 0; else 0
     std::int64_t value8 = 0;
     std::int64_t value9 = 0;
     std::int64_t value10 = 0;

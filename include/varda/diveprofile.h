@@ -10,8 +10,8 @@
 #include <varda/vardaexport.h>
 
 /**
- * What a dive's profile amounts to, worked out from Dive::lines. Nothing here comes from the
- * dive's header, so figures that the computer itself shows may differ by their rounding.
+ * A summary of a dive's profile, calculated from Dive::lines. Nothing comes from the dive's header,
+ * so the figures that the computer itself shows may differ by their rounding.
  */
 struct VARDA_EXPORT DiveProfile {
     struct TemperatureRange {
@@ -28,16 +28,16 @@ struct VARDA_EXPORT DiveProfile {
     /** The deepest sample, in metres; 0 without samples. */
     double maximumDepth = 0;
     /**
-     * The mean of all samples' depths, in metres; 0 without samples. Samples are equally far
-     * apart, so this is the mean over time as well.
+     * The mean depth of all samples, in metres; 0 without samples. The time between samples is
+     * always the same, so this is also the mean over time.
      */
     double meanDepth = 0;
     /**
-     * The lowest and the highest DiveLine::aux1Value. Nothing without samples, or if all of them
-     * are 0: then the computer did not record any.
+     * The lowest and the highest DiveLine::aux1Value. Empty without samples, or if all of them are
+     * 0, since then the computer has recorded no temperature.
      */
     std::optional<TemperatureRange> temperature;
-    /** The gas at the beginning, then each change to another one; empty without gases. */
+    /** The gas at the beginning, then each change of gas; empty without gases. */
     QList<GasSwitch> switches;
 
     [[nodiscard]] static DiveProfile fromDive(const Dive &dive);

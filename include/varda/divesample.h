@@ -4,18 +4,18 @@
 #include <cstdint>
 
 /**
- * One point of a dive's profile, as the computer stores it. Which fields a stream fills depends on
- * the model and the stream's version; the others keep their defaults.
+ * One point of a dive's profile, as the computer stores it. The model and the stream's version
+ * decide which fields are filled; the others keep their defaults.
  *
- * The meaning of fields without a remark is not known.
+ * The meaning of fields without a comment is not known.
  */
 struct DiveSample {
     std::uint8_t version = 0;  ///< version of the sample stream
     std::uint16_t depth : 12;  ///< in 0.1 m, 0 to 4095
-    std::uint8_t : 0;          // each group in a unit of its own
+    std::uint8_t : 0;          // each group has its own unit
     std::uint8_t flag : 1;     ///< a status bit
     std::uint8_t code : 4;     ///< the gas slot in use, an index in DiveHeaderBlock::gasO2
-    std::int16_t value12 : 12; ///< from 0 on: tenths; below 0: another number, its magnitude
+    std::int16_t value12 : 12; ///< from 0 on, tenths; below 0, the magnitude of another number
     std::uint8_t : 0;
     std::uint8_t mode : 2;
     std::uint8_t modeFlag : 1;
@@ -32,6 +32,6 @@ struct DiveSample {
     std::uint8_t aux11 = 255;
     bool aux12 = false;
 
-    // Bit-fields take no initializer of their own before C++20.
+    // Before C++20 a bit-field cannot have an initializer.
     DiveSample() : depth(0), flag(0), code(0), value12(0), mode(0), modeFlag(0) { }
 };

@@ -11,35 +11,35 @@
 #include <varda/tidemardiveheader.h>
 #include <varda/vardajob.h>
 
-/** Reads dives, one after the other, each once and whole; value() is their number. */
+/** Reads dives one after the other, each once and whole; value() is how many. */
 class VARDA_EXPORT DownloadJob final : public VardaJob
 {
     Q_OBJECT
 public:
     /**
-     * Asked for each header that comes, also one whose number is known (numbers can start again);
-     * by default: number not known. Before the job runs.
+     * Decides for each header whether its dive is read, even if its number is known (numbers can
+     * start again). By default the number decides. Call it before the job runs.
      */
     void setWanted(std::function<bool(const TidemarDiveHeader &)> wanted);
     /**
-     * Dives that came damaged each time, or that the computer did not send though asked again; the
-     * others are read, and error() stays NoError.
+     * Dives that were damaged each time, or that the computer did not send when asked again. The
+     * others are read, and error() is still NoError.
      */
     [[nodiscard]] QList<std::uint16_t> damaged() const;
     /** All headers that the computer sent, the oldest first, each number once. */
     [[nodiscard]] QList<TidemarDiveHeader> headers() const;
-    /** Bytes of the dive under way, for a smooth progress. */
+    /** Bytes received of the current dive, for a smooth progress bar. */
     [[nodiscard]] qint64 diveBytes() const;
 
 public Q_SLOTS:
-    /** Holds before the next dive, for a receiver that is behind; the link stays. */
+    /** Waits before the next dive, for example until storing has caught up; the link stays up. */
     void pause();
     void resume();
 
 Q_SIGNALS:
-    /** The headers are there, the oldest first: so many dives will be read. */
+    /** The headers of the dives that will be read, the oldest first. */
     void headersRead(const QList<TidemarDiveHeader> &wanted);
-    /** A whole dive, once. Its header and samples are what the dive was made of. */
+    /** A whole dive; comes once for each. It was made from this header and these samples. */
     void diveRead(const Dive &dive, const TidemarDiveHeader &header,
                   const QList<DiveSample> &samples);
     void diveDamaged(std::uint16_t number);

@@ -15,7 +15,7 @@ enum ExchangeErrorIn : int {
     ProgramError = 2,      ///< the computer refused a block of an upload
     EndProgramError = 3,   ///< the computer refused the end of an upload
     SetOwnerError = 4,     ///< the computer refused the owner
-    UnknownCommand = 5,    ///< never raised; kept for its text
+    UnknownCommand = 5,    ///< never reported; kept for its text
     GenericError = 6,      ///< the computer refused a setting or a layout
 };
 Q_ENUM_NS(ExchangeErrorIn)

@@ -9,18 +9,18 @@
 #include <varda/vardaexport.h>
 
 /**
- * What a firmware image says about itself. No computer is needed, and nothing is sent.
+ * What a firmware image says about itself. This needs no computer and sends nothing.
  *
- * Newer images carry an update header: 32 bytes at byte 512, eight little-endian words. Word 0
- * gives the kind, word 2 the version; the others are for the computer. Bytes that a short image
- * does not have read as 0. Images without a header (word 0 is 0) have their name and version in
- * the name of their file, "NAME.1.2.3.a.bin".
+ * Newer images have an update header: 32 bytes at byte 512, eight little-endian words. Word 0 gives
+ * the kind and word 2 the version; the others are for the computer. If an image is too short, the
+ * missing bytes read as 0. If word 0 is 0, the image has no header, and the name of its file gives
+ * name and version, "NAME.1.2.3.a.bin".
  */
 struct VARDA_EXPORT FirmwareImage {
     enum class Kind : int {
         Empty,         ///< no bytes
-        Unknown,       ///< word 0 is none of those below; no computer is sent such an image
-        WithoutHeader, ///< 0: firmware, named by its file
+        Unknown,       ///< word 0 has another value; such an image is never sent
+        WithoutHeader, ///< 0: firmware, described by its file name
         Firmware,      ///< 0xDEADBEEF: firmware with an update header
         Bootloader,    ///< 0x424F4F54: a bootloader, always with an update header
     };
@@ -36,13 +36,13 @@ struct VARDA_EXPORT FirmwareImage {
     /**
      * Reads an image.
      *
-     * A file's name gives the version in four parts behind the first dot: three decimal numbers
-     * (0 for what is no number) and the first character of the fourth part. A character from 0x80
-     * to 0xFF also sets the upper 24 bits, and one beyond 0xFF counts as 0: the computers
-     * have it so.
+     * A file name gives the version in four parts after the first dot: three decimal numbers (0 for
+     * a part that is not a number) and the first character of the fourth part. A character from
+     * 0x80 to 0xFF also sets the upper 24 bits, and one beyond 0xFF counts as 0, because the
+     * computers do the same.
      *
      * @param data      the whole image
-     * @param fileName  the name of its file, without folders; only needed without a header
+     * @param fileName  the name of its file, without folders; needed only if there is no header
      */
     [[nodiscard]] static FirmwareImage fromData(const QByteArray &data, const QString &fileName);
 
@@ -53,8 +53,8 @@ struct VARDA_EXPORT FirmwareImage {
     /** Whether it has an update header. */
     [[nodiscard]] bool hasHeader() const { return !header.isEmpty(); }
     /**
-     * Whether a computer can continue an upload that was interrupted. Only images with a header
-     * can; others start again.
+     * Whether a computer can continue an interrupted upload. It can if the image has a header;
+     * without one the upload starts again.
      */
     [[nodiscard]] bool canResume() const { return hasHeader(); }
 };

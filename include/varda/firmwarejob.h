@@ -8,9 +8,9 @@ class VARDA_EXPORT FirmwareJob final : public VardaJob
 {
     Q_OBJECT
 public:
-    /** Where the computer said to go on; 0 for a fresh upload and for an image without header. */
+    /** Where the computer wanted to go on; 0 for a new upload and for an image without header. */
     [[nodiscard]] qint64 resumedAt() const;
-    /** How long the upload took that succeeded; 0 before. */
+    /** How long the successful upload took; 0 before. */
     [[nodiscard]] std::chrono::milliseconds elapsed() const;
 
 private:

@@ -4,8 +4,8 @@
 #include <cstdint>
 
 /**
- * Settings that VardaSession::startMarloSettings() sends, in the order of transmission. Their
- * meaning is not known.
+ * Settings that VardaComputer::writeSettings() and VardaSession::startMarloSettings() send, in the
+ * order of transmission. Their meaning is not known.
  */
 struct MarloSettings {
     std::uint8_t byte1 = 0;

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-/** A reference to the dive before: three numbers of unknown meaning. No answer fills it. */
+/** A reference to the previous dive: three numbers of unknown meaning. No answer fills it. */
 struct PreviousDive {
     std::uint64_t value64 = 0;
     std::uint16_t value16 = 0;

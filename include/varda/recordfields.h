@@ -24,12 +24,12 @@
 #include <varda/tidemardiveheader.h>
 
 /**
- * The fields of a record, for what treats all of them alike: JSON, comparisons, exports and
- * reading back. Specialized below for every record; use it through forEachField().
+ * The fields of a record, for code that treats them all alike: JSON, comparisons, exports and
+ * reading back. It is specialized below for every record; use it through forEachField().
  */
 template <typename Record> struct RecordFields;
 
-/** Whether forEachField() knows a type: a record, or a record within one (BleConfig::Gas). */
+/** Whether forEachField() knows a type: a record, or a record within a record (BleConfig::Gas). */
 // NOLINTNEXTLINE(readability-identifier-naming): named as the traits of the standard
 template <typename Type, typename = void> inline constexpr bool hasFields = false;
 template <typename Type>
@@ -37,12 +37,12 @@ template <typename Type>
 inline constexpr bool hasFields<Type, std::void_t<decltype(sizeof(RecordFields<Type>))>> = true;
 
 /**
- * Calls @p function once for each field of @p Record, in the order of declaration, those of a base
- * first:
+ * Calls @p function once for each field of @p Record, in the order of declaration, the fields of a
+ * base class first:
  *
- * - `name`, a QLatin1StringView that lasts: the field's name in C++;
- * - `get(record)`: its value, by const reference, but a bit-field's by value;
- * - `set(record, value)`: a bit-field takes as many low bits as it has.
+ * - `name`, a QLatin1StringView that stays valid: the field's name in C++;
+ * - `get(record)`: its value, by const reference, or by value for a bit-field;
+ * - `set(record, value)`: sets it; a bit-field takes only the low bits that it has room for.
  *
  * @code
  * forEachField<DiveSample>([&](QLatin1StringView name, auto get, auto) {
@@ -56,7 +56,7 @@ template <typename Record, typename Function> constexpr void forEachField(Functi
     RecordFields<Record>::visit(function);
 }
 
-/** One field that is a plain member; for the lists below. */
+/** A field that is a plain member; for the lists below. */
 template <typename Function, typename Owner, typename Value>
 constexpr void visitField(Function &function, const char *name, Value Owner::*member)
 {
@@ -301,7 +301,7 @@ template <> struct RecordFields<DiveSample> {
             QLatin1StringView("value12"),
             [](const DiveSample &sample) -> std::int16_t { return sample.value12; },
             [](DiveSample &sample, std::int16_t value) {
-                // GCC warns of a narrowing that the sign extension has ruled out.
+                // GCC warns about a narrowing that the sign extension rules out.
                 QT_WARNING_PUSH
                 QT_WARNING_DISABLE_GCC("-Wconversion")
                 sample.value12 = std::int16_t(((value & 0xFFF) ^ 0x800) - 0x800);

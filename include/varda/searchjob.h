@@ -6,7 +6,7 @@
 #include <varda/bledeviceinfo.h>
 #include <varda/vardajob.h>
 
-/** Lists the computers in reach. It runs beside the queue, and ends when its time is up. */
+/** Lists the computers in reach. It does not wait in the queue, and ends when its time is up. */
 class VARDA_EXPORT SearchJob final : public VardaJob
 {
     Q_OBJECT
@@ -16,12 +16,12 @@ public:
      * is the same list.
      */
     [[nodiscard]] QList<BleDeviceInfo> devices() const;
-    /** Ends the search now, with what it has found and NoError. */
+    /** Ends the search now, with NoError and what was found so far. */
     void finishNow();
 
 Q_SIGNALS:
     void deviceFound(const BleDeviceInfo &device);
-    /** A device that was found has another name or signal strength. */
+    /** A device has a new name or signal strength. */
     void deviceChanged(const BleDeviceInfo &device);
 
 private:

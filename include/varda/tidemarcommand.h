@@ -5,8 +5,8 @@
 
 #include <varda/vardaexport.h>
 
-/** The commands a computer understands. A value's low 8 bits are the code on the wire; an
- *  answer's code is widened back unchecked, so values without a name travel through signals. */
+/** Commands that a computer understands. The low 8 bits of a value are the code on the wire. The
+ *  code of an answer is converted back unchecked, so a signal may have a value without a name. */
 namespace TidemarCommand {
 Q_NAMESPACE_EXPORT(VARDA_EXPORT)
 

@@ -10,14 +10,14 @@
 
 class VardaSession;
 
-/** Turns what a computer tells of one dive into the generic record. Has no state. */
+/** Converts what a computer reports about a dive into the generic record. It has no state. */
 class VARDA_EXPORT TidemarDiveConverter
 {
 public:
     /**
      * @param header   the dive's header from the logbook
-     * @param samples  its samples; none gives a dive without a profile
-     * @param session  names the computer: owner, serial number, firmware version
+     * @param samples  its samples; without any, the dive has no profile
+     * @param session  gives the computer's owner, serial number and firmware version
      */
     [[nodiscard]] static Dive toDive(const TidemarDiveHeader &header,
                                      const QList<DiveSample> &samples, const VardaSession &session);

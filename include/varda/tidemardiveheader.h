@@ -4,8 +4,8 @@
 #include <varda/diveheaderblock.h>
 
 /**
- * One dive of the logbook, as the computer lists it. DiveHeaderBlock says what is known of the
- * fields; the three below come from newer Vardas only, and their meaning is not known.
+ * One dive of the logbook, as the computer lists it. DiveHeaderBlock says what is known about the
+ * fields. Only newer Vardas send the three below; their meaning is not known.
  */
 struct TidemarDiveHeader : DiveHeaderBlock {
     std::uint8_t headerByte7 = 0;

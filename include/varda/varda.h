@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/** All of the library. */
+/** The whole library, except <varda/vardaawait.h>, which needs C++20. */
 #include <varda/batteryinforecord.h>
 #include <varda/blecommand.h>
 #include <varda/blecomputer.h>

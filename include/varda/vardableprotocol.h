@@ -22,22 +22,22 @@ class BleDevice;
 class LinkObserver;
 
 /**
- * Commands out, whole frames in, over one BleDevice.
+ * Sends commands and receives whole frames, over one BleDevice.
  *
- * A frame is 0xDC 0xDC, the body's length L (16 bits), the body's CRC-16, two bytes that nobody
- * reads, and the body: the command's code and its payload; all little-endian. One command is in
- * flight at a time: a new one takes over the buffer and the time-out of the one before.
+ * A frame is 0xDC 0xDC, the body's length L (16 bits), the body's CRC-16, two unused bytes, and the
+ * body: the command's code and its payload; all little-endian. Only one command is under way at a
+ * time: a new one takes over the buffer and the time-out of the previous one.
  */
 class VARDA_EXPORT VardaBleProtocol : public QObject
 {
     Q_OBJECT
 
 public:
-    /** @param device  the link to talk through; not owned, may go first */
+    /** @param device  the link to use; not owned, may be deleted first */
     explicit VardaBleProtocol(BleDevice *device, BleMode mode, QObject *parent = nullptr);
     ~VardaBleProtocol() override;
 
-    /** Tells the link the service and characteristic of the mode; returns the link's answer. */
+    /** Sets up the link with the service and characteristic of the mode; returns its answer. */
     bool setupCharacteristics();
     /**
      * Sends one command as one write without response, whatever its length.
@@ -46,8 +46,8 @@ public:
      */
     bool sendCommand(const BleCommand &command);
     /**
-     * Bytes of payload that fill a write: (MTU - 12) rounded toward zero to a multiple of 8, or
-     * 128 while the MTU is not known. Can be 0 or less for an MTU below 20.
+     * Bytes of payload that fit into a write: (MTU - 12) rounded toward zero to a multiple of 8, or
+     * 128 if the MTU is not known. Can be 0 or negative for an MTU below 20.
      */
     [[nodiscard]] int frameSize() const;
 
@@ -69,12 +69,12 @@ Q_SIGNALS:
      */
     void responseReceived(TidemarCommand::TidemarCommandIn command, QByteArray payload,
                           unsigned short payloadLength);
-    /** A frame whose CRC does not match; all that was received with it is dropped. */
+    /** A frame whose CRC is wrong; everything received with it is dropped. */
     void protocolError(TidemarCommand::TidemarCommandIn command,
                        ExchangeError::ExchangeErrorIn error);
     /** No answer within 5 s of the command or of the last notification. */
     void receiveTimeout(TidemarCommand::TidemarCommandIn command);
-    /** The link can be used; 500 ms after it reported itself connected. */
+    /** The link can be used; comes 500 ms after the link reported that it is connected. */
     void ready();
 
 private Q_SLOTS:
@@ -90,7 +90,7 @@ private:
     void setMode(BleMode mode);
     /** The kind of link that a computer with these services offers. */
     [[nodiscard]] static BleMode modeOf(const QList<QBluetoothUuid> &services);
-    /** An answer may have more notifications than the buffer has places. */
+    /** Allows an answer to have more notifications than the buffer has room for. */
     void setUnlimited();
     [[nodiscard]] static bool collectsAnswers(TidemarCommand::TidemarCommandIn command);
     void processBuffer();

@@ -35,14 +35,14 @@
 class VardaComputerPrivate;
 
 /**
- * A diving computer with a queue in front of it: every call makes a job, which connects if need be,
- * runs in its turn, and ends once. No call returns null; a job that cannot run ends with the reason.
+ * A diving computer with a queue of jobs. Every call makes a job, which waits for its turn,
+ * connects if need be, and ends once. No call returns null; a job that cannot run gives the reason.
  *
- * Without a device a reading job takes the first computer found. A writing job goes on looking for
- * 3 s after the first and ends with Ambiguous if there are more.
+ * If no device is set, a job that reads takes the first computer found. A job that writes keeps
+ * looking for 3 s after the first one, and ends with Ambiguous if there are more.
  *
- * It stays on the thread that made it; moveToThread() only before the first job. Two of them for one
- * device do not work: the jobs of the second end with InUse until the first has let go.
+ * Use it on the thread that made it; to move it, call moveToThread() before the first job. Use only
+ * one for each device: the jobs of a second one end with InUse until the first has disconnected.
  */
 class VARDA_EXPORT VardaComputer : public QObject
 {
@@ -57,89 +57,89 @@ public:
         Searching,
         Connecting,
         Connected,
-        Settling,      ///< the answer to a job that was cancelled or deleted is still under way
+        Settling,      ///< the answer to a cancelled or deleted job is still under way
         Disconnecting, ///< until the system has ended the link, 5 s at most
     };
     Q_ENUM(State)
 
     explicit VardaComputer(QObject *parent = nullptr);
-    /** What is left ends afterwards, from the event loop, with Cancelled. */
+    /** Jobs that are left end afterwards, from the event loop, with Cancelled. */
     ~VardaComputer() override;
 
     [[nodiscard]] State state() const;
-    /** The one to talk to; if none was set, the one that was found, once it is connected. */
+    /** The device that was set; if none was set, the one that was found, once it is connected. */
     [[nodiscard]] BleDeviceInfo device() const;
     /**
-     * Another device (by address) ends all jobs and the link, as disconnectFromComputer() does. An
-     * invalid one: search again.
+     * Sets the device for all later jobs. If its address is another one, all jobs and the link end
+     * as with disconnectFromComputer(). After an invalid device the next job searches again.
      */
     void setDevice(const BleDeviceInfo &device);
-    /** To insist on a kind of link; without it, it is found out from the services. */
+    /** Insists on a kind of link. By default the services decide. */
     void setLinkMode(std::optional<BleMode> mode);
-    /** Drops the link so long after the last job; 0 at once, below 0 (the default) never. */
+    /** Drops the link this long after the last job; 0: at once; negative (the default): never. */
     void setLinger(std::chrono::milliseconds time);
 
-    /** The link's MTU in bytes; 0 without a link or where the system does not say. */
+    /** The link's MTU in bytes; 0 without a link, or if the system does not report it. */
     [[nodiscard]] int mtu() const;
-    /** What the computer of this link has said it is; empty before it was asked. */
+    /** What the connected computer is; empty until it has been asked. */
     [[nodiscard]] VardaIdentity identity() const;
     [[nodiscard]] VardaJob *currentJob() const;
     [[nodiscard]] QList<VardaJob *> waitingJobs() const;
-    /** Whether a device of that advertised name is a computer. */
+    /** Whether a device with this advertised name is a computer. */
     [[nodiscard]] static bool isComputerName(const QString &name);
 
     // Jobs on the link itself
 
-    /** Computers in reach, each when it is found; runs beside the queue and needs no device. */
+    /** Lists the computers in reach as they are found; does not wait in the queue. */
     SearchJob *search(std::chrono::seconds time = std::chrono::seconds(10),
                       bool allDevices = false);
-    /** To be connected before there is work; value() is invalid. */
+    /** Connects before there is work; value() is invalid. */
     VardaJob *connectToComputer();
-    /** The same for work that writes: with no device set, it makes sure that there is only one. */
+    /** The same before work that writes; with no device set, there must be only one computer. */
     VardaJob *connectToOnlyComputer();
     /**
-     * Ends what is running and waiting with Cancelled, in their order, and itself when the link is
-     * down. What is asked for afterwards, also in their slots, runs then and connects again.
+     * Ends all running and waiting jobs with Cancelled, in their order, and itself when the link is
+     * down. Jobs that you ask for afterwards, also in slots of those jobs, connect again.
      */
     VardaJob *disconnectFromComputer();
 
     // Jobs that read
 
     VardaReply<VardaIdentity> *readIdentity();
-    /** @param basic  without the extended section, which old firmwares do not know */
+    /** @param basic  without the extended section, which old firmware does not know */
     VardaReply<VardaConfiguration> *readConfiguration(bool basic = false);
     VardaReply<VardaGasTables> *readGasTables();
     VardaReply<QString> *readOwner();
-    /** Seconds on the computer's clock, as if it showed UTC. */
+    /** The computer's clock in seconds since 1970, as if it showed UTC. */
     VardaReply<std::int64_t> *readClock();
     VardaReply<VardaSensors> *readSensors();
     VardaReply<VardaTissues> *readTissues();
-    /** The text log, one entry a line; of this reading alone. */
+    /** The text log, one entry per line; only what this job has read. */
     VardaReply<QStringList> *readLog();
     VardaReply<QList<SyslogBinRecord>> *readBinaryLog();
     VardaReply<QList<BatteryInfoRecord>> *readBatteryHistory();
-    /** Headers of the dives not in @p known, which may be of any length; each once, by number. */
+    /** Headers of all dives but @p known, a list of any length; each once, sorted by number. */
     VardaReply<QList<TidemarDiveHeader>> *readLogbook(const QList<std::uint16_t> &known = {});
-    /** The samples of the dive of that number. */
+    /** The samples of the dive with this number. */
     VardaReply<QList<DiveSample>> *readSamples(std::uint16_t number);
     /** All dives but @p known, one after the other, the oldest first. */
     DownloadJob *downloadDives(const QList<std::uint16_t> &known = {});
     VardaReply<QList<LayoutEntry>> *readLayouts();
-    /** The bytes of a screen layout; empty where there is none of that index. */
+    /** The bytes of a screen layout; empty if there is none with this index. */
     VardaReply<QByteArray> *readLayout(std::uint8_t index);
-    /** Layout in use by dive mode; -1 where there is none. */
+    /** The layout that each dive mode uses; -1 for none. */
     VardaReply<std::array<std::int8_t, 5>> *readActiveLayouts();
 
     // Jobs that write
 
-    /** value() is the owner that was written. At most 32 bytes in UTF-8 are kept by computers. */
+    /** value() is the owner that was written. Computers keep at most 32 bytes of UTF-8. */
     VardaReply<QString> *writeOwner(const QString &owner);
-    /** Sets the clock to this machine's local time at the moment of sending; value() as readClock(). */
+    /** Sets the clock to this machine's local time when it is sent; value() as with readClock(). */
     VardaReply<std::int64_t> *setClock();
-    /** @param pressure  millibar; value() as readSensors() gives it afterwards */
+    /** @param pressure  millibar; value() is what readSensors() would give afterwards */
     VardaReply<VardaSensors> *writeSurfacePressure(std::uint32_t pressure);
     VardaJob *writeSettings(const MarloSettings &settings);
-    /** value() is whether the computer acknowledged it within 2 s; what it decided it does not say. */
+    /** value(): whether the computer acknowledged it within 2 s, which is not its consent. */
     VardaReply<bool> *setSuperUserMode(bool on);
     VardaJob *addLayout(const QByteArray &layout);
     VardaJob *removeLayout(std::uint8_t index);
@@ -149,8 +149,8 @@ public:
     VardaReply<DeleteDivesResult> *deleteLastDive();
     VardaReply<DeleteDivesResult> *eraseDives();
     /**
-     * @param fileName  "NAME.1.2.3.a.bin": where an image without a header has its version from
-     * @param force     also when the computer has that version
+     * @param fileName  "NAME.1.2.3.a.bin", which gives the version of an image without a header
+     * @param force     upload it even if the computer has this version already
      */
     FirmwareJob *uploadFirmware(const QByteArray &image, const QString &fileName,
                                 bool force = false);
@@ -160,8 +160,8 @@ public:
 Q_SIGNALS:
     void stateChanged();
     void deviceChanged();
-    void currentJobChanged(); ///< before the finished() of the job that ends
-    void linkLost();          ///< nobody asked for it; not after a restart or an upload
+    void currentJobChanged(); ///< comes before finished() of the job that ends
+    void linkLost();          ///< the link went down unexpectedly; not after a restart or an upload
 
 private:
     friend class VardaComputerPrivate;

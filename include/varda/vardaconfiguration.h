@@ -4,7 +4,7 @@
 #include <varda/blecomputer.h>
 #include <varda/bleconfig.h>
 
-/** A computer's configuration: both records that one answer fills. */
+/** A computer's configuration: the two records that one answer fills. */
 struct VardaConfiguration {
     BleConfig config;
     BleComputer computer;

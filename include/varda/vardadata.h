@@ -22,12 +22,12 @@
 class BufferReader;
 
 /**
- * Everything learned from the connected computer, and the decoders that fill it.
+ * Everything read from the connected computer, and the decoders that fill it.
  *
- * A decoder takes one response buffer: 512 bytes, byte 0 the command's code, the payload from
- * byte 1 on, zeros behind it. It takes what is there, reports nothing, and leaves alone the fields
- * that it does not name. A length counts byte 0 and is taken as 512 at most. If a field has no unit
- * here, its unit is the computer's and not known.
+ * A decoder takes one response buffer: 512 bytes, byte 0 is the command's code, the payload starts
+ * at byte 1, and zeros follow it. The decoder reads what is there, reports nothing, and does not
+ * change other fields. A length includes byte 0 and counts as 512 at most. A field without a unit
+ * has the computer's own unit, which is not known.
  */
 class VARDA_EXPORT VardaData
 {
@@ -42,7 +42,7 @@ public:
     std::uint32_t firmwareVersion = 0; ///< packed, see firmwareVersionToString()
     QString firmwareVersionStr;
     QString serialNumber;
-    QString syslog; ///< the text log, one line each
+    QString syslog; ///< the text log, one entry per line
     QList<SyslogBinRecord> syslogBin;
     QList<BatteryInfoRecord> batteryInfo;
     BleConfig config;
@@ -57,14 +57,14 @@ public:
     QByteArray samplesBuffer;             ///< raw samples of the dive being read
     QList<DiveSample> diveSamples;
     std::uint8_t eraseFlashResult = 0; ///< 1: the flash was erased
-    std::uint16_t spareWord = 0;       ///< no use yet
+    std::uint16_t spareWord = 0;       ///< not used yet
     std::array<float, 16> diverN2{};   ///< nitrogen load by tissue
     std::array<float, 16> diverHe{};   ///< helium load by tissue
-    float diverCns = 0;                ///< load of the central nervous system by oxygen
-    std::int32_t readPosition = 0;     ///< cursor of a decoder at work; no meaning afterwards
-    const std::uint8_t *readPayload = nullptr; ///< null unless a decoder is at work
+    float diverCns = 0;                ///< oxygen load of the central nervous system
+    std::int32_t readPosition = 0;     ///< position of a running decoder; no meaning afterwards
+    const std::uint8_t *readPayload = nullptr; ///< null unless a decoder is running
 
-    /** Firmware version, model, record version, mode; and the bootloader's where it is sent. */
+    /** Firmware version, model, record version, mode; and the bootloader's if it is sent. */
     void processIdentification(const Payload &payload);
     void processSerialNumber(const Payload &payload);
     void processBootloaderVersion(const Payload &payload);
@@ -73,7 +73,7 @@ public:
     void processSensors(const Payload &payload);
     void processSimulationParams(const Payload &payload);
     void processDiver(const Payload &payload);
-    /** Fills @p out; the store itself is not changed. */
+    /** Fills @p out and does not change this object. */
     void processDeleteDives(const Payload &payload, DeleteDivesResult &out);
     /** @param ok  whether the flash was erased */
     void processEraseDivesFlash(const Payload &payload, bool &ok);
@@ -81,11 +81,11 @@ public:
     void processGetGases(const Payload &payload, std::uint16_t length);
     /** Appends the records of one answer to batteryInfo. */
     void processBatteryInformation(const Payload &payload, std::uint16_t length);
-    /** @param extended  whether the payload carries the extended section */
+    /** @param extended  whether the payload has the extended section */
     void processComputer(const Payload &payload, bool extended);
     /** Appends one dive to diveHeaders. */
     void processLogbook(const Payload &payload);
-    /** Collects samples; an answer without any decodes all that was collected. */
+    /** Collects samples; an answer without samples decodes all that were collected. */
     void processSamples(const Payload &payload, std::uint16_t length);
     /** Appends one line to the text log. */
     void processSyslog(const Payload &payload);
@@ -97,7 +97,7 @@ public:
 
     /**
      * A packed version as text, "1.2.3.a" for 0x01020361: three numbers and a character, most
-     * significant first. A zero low byte gives a NUL character at the end.
+     * significant first. If the low byte is 0, the text ends with a NUL character.
      */
     [[nodiscard]] static QString firmwareVersionToString(std::uint32_t version);
 

@@ -3,7 +3,7 @@
 
 #include <QtCore/qglobal.h>
 
-/** Marks what the library offers; everything else stays hidden inside it. */
+/** Marks what the library exports; everything else is hidden. */
 #if defined(VARDA_LIBRARY)
 #    define VARDA_EXPORT Q_DECL_EXPORT
 #else

@@ -5,7 +5,7 @@
 
 #include <varda/bleconfig.h>
 
-/** The computer's two gas tables; an entry of 0 and 0 is no gas. */
+/** The computer's two gas tables; an entry of 0 and 0 is empty. */
 struct VardaGasTables {
     std::array<BleConfig::Gas, 12> table1{};
     std::array<BleConfig::Gas, 12> table2{};

@@ -13,15 +13,15 @@
 class VardaJobPrivate;
 
 /**
- * One piece of work for a computer: queued when it is made, run in its turn, finished once.
+ * A task for a computer: queued when it is made, run in its turn, finished once.
  *
- * finished() comes exactly once, from the event loop and never from inside a call, also after
- * cancel(), after abort(), and after the VardaComputer is gone: a job's parent is a private object
- * that outlives the computer (and keeps QML's garbage collector away). After the emission the job
- * deletes itself later, unless setAutoDelete(false). The one exception: whoever deletes a job before
- * its end gets no finished(). Without an event loop there is no end.
+ * finished() comes exactly once, from the event loop and never from inside a call; also after
+ * cancel(), after abort(), and after the VardaComputer has been deleted. (A job's parent is a
+ * private object that outlives the computer and protects it from QML's garbage collector.) After
+ * that the job deletes itself, unless setAutoDelete(false) was called. The only exception: if you
+ * delete a job before its end, there is no finished(). Without an event loop no job ends.
  *
- * A job belongs to the thread of its computer and is used only there.
+ * Use a job only on the thread of its computer.
  */
 class VARDA_EXPORT VardaJob : public QObject
 {
@@ -39,35 +39,35 @@ class VARDA_EXPORT VardaJob : public QObject
 
 public:
     enum State {
-        Waiting,    ///< for its turn; no clock runs
-        Connecting, ///< searching included
+        Waiting,    ///< for its turn; no limit counts
+        Connecting, ///< or searching
         Running,
-        Paused,     ///< a download that was asked to; the silence does not count
-        Recovering, ///< connecting again, or waiting to ask again
+        Paused,     ///< a download after pause(); no limit counts
+        Recovering, ///< connecting again, or about to repeat a request
         Cancelling, ///< until the line is quiet
-        Finished,   ///< set right before finished()
+        Finished,   ///< set just before finished()
     };
     Q_ENUM(State)
 
-    /** What to do about it; the exit statuses of the `varda` command follow it. */
+    /** The kind of failure, which decides what to do about it. */
     enum Error {
         NoError,
-        Rejected,     ///< nothing was sent: an argument, or a firmware that the computer has
+        Rejected,     ///< nothing was sent: a bad argument, or firmware that is installed already
         Refused,      ///< the computer said no
-        Damaged,      ///< an answer arrived damaged or incomplete, also when asked for again
-        Repeated,     ///< every notification comes twice: another program is subscribed
+        Damaged,      ///< an answer came damaged or incomplete, also when it was requested again
+        Repeated,     ///< every notification comes twice, as another program is subscribed
         TimedOut,     ///< no answer, an answer without an end, or the total limit
         NotFound,     ///< no computer in reach
-        Ambiguous,    ///< a writing job, no device set, and more than one in reach
-        InUse,        ///< another VardaComputer of this process has that computer
+        Ambiguous,    ///< a job that writes, no device set, and more than one in reach
+        InUse,        ///< another VardaComputer of this process has the computer
         NotConnected, ///< found, but the connection failed
-        LinkLost,     ///< and could not be restored
+        LinkLost,     ///< the link was lost and could not be restored
         NoBluetooth,  ///< see reason()
         Cancelled,
     };
     Q_ENUM(Error)
 
-    /** Why exactly: stable, one text and one remedy each. New ones are only appended. */
+    /** The exact reason. Values are stable: new ones are only appended. Each has a text. */
     enum class Reason {
         None,
         // Rejected
@@ -75,7 +75,7 @@ public:
         TooLong,           ///< for one write of this link
         UnknownImage,      ///< the image's type word is unknown
         SameVersion,       ///< the computer has that version already
-        BootloaderUnknown, ///< a firmware, and the bootloader's version cannot be read
+        BootloaderUnknown, ///< for firmware: the bootloader's version cannot be read
         // Refused
         ComputerRefused,
         BeginRefused, ///< the beginning of an upload
@@ -84,16 +84,16 @@ public:
         // Damaged
         WrongChecksum,
         IncompleteFrame,
-        TooManyNotifications, ///< more than one answer may hold
-        Undecodable,          ///< bytes that are no frame
+        TooManyNotifications, ///< more than an answer may have
+        Undecodable,          ///< bytes that belong to no frame
         // TimedOut
         NoAnswer,
         NoEnd,
         TotalLimit,
         // NotConnected, LinkLost
         LinkFailed,
-        NoService,     ///< none that a computer has
-        OtherLinkMode, ///< it offers the other kind of link than setLinkMode() insists on
+        NoService,     ///< it has no service of a computer
+        OtherLinkMode, ///< it has only the kind of link that setLinkMode() rules out
         WriteFailed,   ///< the system refused a write
         // NoBluetooth
         NoAdapter,
@@ -109,8 +109,8 @@ public:
         ByOtherDevice,
         ComputerDeleted,
         // Appended
-        SmallMtu,        ///< Damaged: the answer cannot arrive over a link of this MTU (23)
-        Silent,          ///< NotFound: no advertisement of it, or of any computer
+        SmallMtu,        ///< Damaged: the answer does not fit a link with this MTU (23)
+        Silent,          ///< NotFound: no advertisement from it, or from any computer
         ManyInReach,     ///< Ambiguous
         OtherComputer,   ///< InUse: another VardaComputer has it
         OtherSubscriber, ///< Repeated
@@ -128,48 +128,48 @@ public:
     [[nodiscard]] Reason reason() const;
     /** One line for people: English, or a translation of context "VardaJob" if one is installed. */
     [[nodiscard]] QString errorText() const;
-    /** What a person can do about it, one line; empty where there is nothing. */
+    /** What the user can do about it, in one line; may be empty. */
     [[nodiscard]] QString remedy() const;
-    /** A writing job failed after its request had left: it may have been carried out. */
+    /** A job that writes failed after its request was sent, so it may have been carried out. */
     [[nodiscard]] bool outcomeUnknown() const;
     /** The result; invalid before the end and after a failure. */
     [[nodiscard]] QVariant value() const;
     [[nodiscard]] Unit unit() const;
-    /** Never goes down, also when a part is read again. */
+    /** Progress so far; never decreases, even if a part is read again. */
     [[nodiscard]] qint64 done() const;
-    /** -1 as long as it is not known. */
+    /** What done() reaches at the end; -1 until it is known. */
     [[nodiscard]] qint64 total() const;
-    /** Bytes that have come in for the part under way, for a smooth progress. */
+    /** Bytes received for the current part, for a smooth progress bar. */
     [[nodiscard]] qint64 bytes() const;
 
-    // Before the job runs; afterwards they change nothing.
+    // Call these before the job runs; later they have no effect.
 
     /**
-     * How long a running job may be silent; by default 10 s. A computer that does not begin to
-     * answer is given up after 5 s in any case, so more than that counts only within an answer.
+     * How long the computer may be silent while the job runs; by default 10 s. If it does not begin
+     * to answer, the job waits only 5 s, so a longer limit matters only within an answer.
      */
     void setIdleLimit(std::chrono::milliseconds limit);
-    /** How long finding and connecting may take, all attempts together; by default 60 s. */
+    /** How long finding and connecting may take, including all attempts; by default 60 s. */
     void setConnectLimit(std::chrono::milliseconds limit);
     /**
-     * How long all of it may take from the end of Waiting; by default 5 min, and none (0) for a
-     * download, a logbook, a log and an upload, which the silence ends.
+     * How long the whole job may take after Waiting; by default 5 min. Downloads, logbooks, logs
+     * and uploads have no such limit (0), because the limit for silence ends them.
      */
     void setTotalLimit(std::chrono::milliseconds limit);
     /**
-     * How often in succession a part is tried again, by default 3; a part that is done starts the
-     * count anew. 0 also gives up a connection at the first failure.
+     * How often a failed part is repeated, by default 3 times; each part is counted separately.
+     * With 0 a connection too is attempted only once.
      */
     void setRetries(int count);
     void setAutoDelete(bool on);
 
 public Q_SLOTS:
     /**
-     * Ends the job: at once while it waits or connects, else when the line is quiet, for which it
-     * waits 5 s at most before it drops the link. error() is Cancelled, whatever still came.
+     * Ends the job with Cancelled: at once if it waits or connects, otherwise as soon as the line
+     * is quiet. If that takes more than 5 s, the link is dropped.
      */
     void cancel();
-    /** Ends the job; if it is the running one, drops the link at once. The queue goes on. */
+    /** Ends the job, and drops the link at once if the job is running. The queue goes on. */
     void abort();
 
 Q_SIGNALS:
@@ -178,16 +178,16 @@ Q_SIGNALS:
     void stateChanged();
 
 protected:
-    /** For jobs that are made of jobs, such as a synchronisation: these are not queued themselves. */
+    /** For a job that is made of other jobs, such as a synchronisation; it is not queued itself. */
     VardaJob();
-    explicit VardaJob(VardaJobPrivate *priv); ///< takes it
+    explicit VardaJob(VardaJobPrivate *priv); ///< takes ownership
     void setState(State state);
     void setProgress(qint64 done, qint64 total);
-    /** Ends it from the event loop; only the first call counts. */
+    /** Ends the job from the event loop; only the first call counts. */
     void finish(const QVariant &value);
-    /** Ends it with @p text, or the reason's own if that is empty; only the first call counts. */
+    /** Ends the job with @p text, or the reason's text if it is empty; the first call counts. */
     void fail(Error error, Reason reason, const QString &text = {});
-    /** cancel() or abort() was called: end the parts, then fail(Cancelled, …). */
+    /** cancel() or abort() was called: end the other jobs, then call fail(Cancelled, …). */
     virtual void stop(bool atOnce);
 
 private:

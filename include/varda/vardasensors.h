@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-/** What a computer measures around it. */
+/** What a computer measures in its surroundings. */
 struct VardaSensors {
     std::uint32_t psurf = 0;   ///< surface pressure, millibar
     std::uint32_t pamb = 0;    ///< ambient pressure, millibar

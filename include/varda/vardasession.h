@@ -34,14 +34,14 @@
 #include <varda/vardaexport.h>
 
 /**
- * One diving computer, as an application holds it: finds it, connects, runs jobs on it, keeps what
- * it answered, and tells every step by a one-line message and a status signal.
+ * The floor below VardaComputer: finds one diving computer, connects, runs jobs on it, keeps what
+ * it answered, and reports every step with a one-line message and a status signal.
  *
- * After connectControllerStatus(Connected) the application starts one job at a time and waits for
- * its endCommand() or exchangeError(); there is no queue. A computer that does not answer within
- * 5 s is disconnected. A slot may start the next job, disconnect, or delete the session.
+ * After connectControllerStatus(Connected) start one job at a time and wait for its endCommand() or
+ * exchangeError(); there is no queue. If the computer does not answer within 5 s, the session
+ * disconnects. A slot may start the next job, disconnect, or delete the session.
  *
- * All of it runs on the thread that owns the session.
+ * Everything runs on the thread that owns the session.
  */
 class VARDA_EXPORT VardaSession : public QObject
 {
@@ -61,22 +61,22 @@ public:
     /** Connects to a known computer without a scan. */
     Q_INVOKABLE void connectTo(BleDeviceInfo device, BleMode mode = BleMode::Gatt);
     /**
-     * Connects again to the last computer; a link that is up is given up for it, without a signal.
+     * Connects to the last computer again; a link that is up is dropped first, without a signal.
      */
     Q_INVOKABLE void controllerConnect();
     /** controllerDisconnect(), for the user interface. */
     Q_INVOKABLE void controllerDisConnect();
 
-    // Jobs. Without a link they do nothing.
+    // Jobs; without a link they do nothing
 
-    /** Sends a command without arguments; Logbook forgets the dive headers first. */
+    /** Sends a command without arguments; Logbook empties the list of dive headers first. */
     Q_INVOKABLE void startCommand(TidemarCommand::TidemarCommandIn command);
     /**
      * Reads the headers of the dives that are not in @p existingDiveIds into diveHeaders().
      *
-     * The list travels in one write. Linux refuses a write longer than the link's MTU - 3, so pass
-     * no more than the newest (MTU - 12) / 2 numbers and drop headers of other dives that you know
-     * already. To ask in parts does not help: each part brings the dives of the others again.
+     * The list is sent in one write. Linux refuses a write longer than the link's MTU - 3, so pass
+     * only the newest (MTU - 12) / 2 numbers, and skip the headers of other dives that you know.
+     * Asking in parts does not help: each part brings the dives of the others again.
      */
     Q_INVOKABLE void startGetLogbook(QList<uint16_t> existingDiveIds);
     /** Reads the samples of the dive of that number into diveSamples(). */
@@ -84,33 +84,33 @@ public:
     /**
      * Sets the surface pressure, in millibar.
      *
-     * @return false when the computer has not answered the one before, or without a link
+     * @return false if the computer has not answered the previous one, or without a link
      */
     Q_INVOKABLE bool startSetPressure(uint32_t pressure);
     /** Sets the computer's clock to this machine's local wall-clock time. */
     Q_INVOKABLE void startSetTime();
-    /** Writes the owner; owner() changes once the computer has confirmed. */
+    /** Writes the owner; owner() changes when the computer has confirmed it. */
     Q_INVOKABLE void setOwner(QString owner);
-    /** Reads a gas table into config(): 0 the first, any other number the second. */
+    /** Reads a gas table into config(): 0 is the first, any other number the second. */
     Q_INVOKABLE void startGetGases(uint8_t gasType);
     Q_INVOKABLE void startMarloSettings(MarloSettings settings);
     /** Enters or leaves super-user mode; the computer's answer is not reported. */
     Q_INVOKABLE void startSuperUserMode(bool activate);
-    /** Stops a scan that runs; it does not cancel a command. */
+    /** Stops a running scan; does not cancel a command. */
     Q_INVOKABLE void stopJob();
     /** Reads the list of screen layouts into layouts(). */
     Q_INVOKABLE void startLayoutList();
     /** Reads one screen layout into layoutBlob(). */
     Q_INVOKABLE void startLayoutGet(uint8_t index);
-    /** Writes a screen layout, in as many steps as its size asks for. */
+    /** Writes a screen layout, in as many steps as its size needs. */
     Q_INVOKABLE void startLayoutAdd(QByteArray blob);
     Q_INVOKABLE void startLayoutRemove(uint8_t index);
     Q_INVOKABLE void startLayoutRemoveAll();
-    /** Reads the layout in use by dive mode into activeLayouts(). */
+    /** Reads which layout each dive mode uses into activeLayouts(). */
     Q_INVOKABLE void startLayoutActiveGet();
     Q_INVOKABLE void startLayoutActiveSet(uint8_t diveMode, int8_t index);
 
-    // For the user interface.
+    // For the user interface
 
     Q_INVOKABLE bool qmlConnected() const;
     /** Name of the enumerator: "Unknown", "Normal" or "BootLoader". */
@@ -130,13 +130,13 @@ public:
     void startGetBatteryInformation();
 
     /**
-     * Uploads a firmware or bootloader image; uploadFirmwareProgress() tells how far it is, and
+     * Uploads a firmware or bootloader image; uploadFirmwareProgress() reports how far it is, and
      * endCommand(End_program) or exchangeError() how it ended.
      *
-     * An image with an update header (a known word at byte 512) names its own version; an image
-     * without one takes name and version from @p fileName, "NAME.1.2.3.a.bin".
+     * An image with an update header (a known word at byte 512) contains its version; for an image
+     * without one, @p fileName gives name and version, "NAME.1.2.3.a.bin".
      *
-     * @param force  also when the computer has that version already
+     * @param force  upload it even if the computer has this version already
      * @return the image's size in bytes; 0 for an empty image; or, with nothing sent,
      *         -1: the word at byte 512 is unknown,
      *         -2: a bootloader of the version that the computer has,
@@ -144,12 +144,12 @@ public:
      *         -4: a firmware, and the version of the computer's bootloader is not known
      */
     int uploadFirmware(const QByteArray &data, const QString &fileName, bool force);
-    /** The same for a file; 0 when it cannot be read. */
+    /** The same for a file; 0 if it cannot be read. */
     int uploadFirmware(const QString &path, bool force);
     /** Duration of the last upload that succeeded; 0 before the first. */
     [[nodiscard]] Ticks uploadElapsed() const;
 
-    /** Disconnects and lets the computer go; nothing without one. */
+    /** Disconnects from the computer and forgets it; does nothing without one. */
     void controllerDisconnect();
 
     /** Whether the link is up. Jobs may start after connectControllerStatus(Connected) only. */
@@ -157,14 +157,14 @@ public:
     /** The last message to the user. */
     [[nodiscard]] QString message() const;
     /**
-     * The record of the last computer, also after it was let go. With autoConnect() it is set after
-     * createControllerStatus(Created).
+     * The last computer, also after the session has disconnected from it. With autoConnect() it is
+     * set after createControllerStatus(Created).
      */
     [[nodiscard]] BleDeviceInfo lastDevice() const;
     /** "Varda", "Tidemar", "VSKM", "ThirdParty" or "Unknown". */
     [[nodiscard]] QString computerModelStr() const;
 
-    // What the computer told; see VardaData for meanings and units.
+    // What the computer reported; see VardaData for meanings and units
 
     [[nodiscard]] uint8_t recordVersion() const;
     [[nodiscard]] const QString &serialNumber() const;
@@ -195,7 +195,7 @@ public:
     [[nodiscard]] const DeleteDivesResult &deleteResult() const;
     [[nodiscard]] bool lastEraseFlashSuccess() const;
     [[nodiscard]] const QList<LayoutEntry> &layouts() const;
-    /** Layout in use by dive mode; -1 where it is not known. */
+    /** The layout that each dive mode uses; -1 if it is not known. */
     [[nodiscard]] const std::array<int8_t, 5> &activeLayouts() const;
     [[nodiscard]] const QByteArray &layoutBlob() const;
     /** Whether the last layout that was written, removed or activated was accepted. */
@@ -206,9 +206,9 @@ Q_SIGNALS:
     void connectControllerStatus(ConnectControllerStatus::ConnectControllerStatusIn status);
     /** A link that was up has gone down. */
     void disconnectController();
-    /** Not emitted: errors of the controller are told by message() and a status. */
+    /** Not emitted: message() and a status report errors of the controller. */
     void errorController(QLowEnergyController::Error error);
-    /** Not emitted: errors of the service are told by message() and a status. */
+    /** Not emitted: message() and a status report errors of the service. */
     void serviceError(QLowEnergyService::ServiceError error);
     /** A job is complete. */
     void endCommand(TidemarCommand::TidemarCommandIn command);
@@ -216,11 +216,11 @@ Q_SIGNALS:
     void exchangeError(TidemarCommand::TidemarCommandIn command,
                        ExchangeError::ExchangeErrorIn error);
     /**
-     * @param bytesSent    can exceed the image's size with the last block; 0 at the very end
-     * @param percentDone  can exceed 100 with the last block; 100 at the very end
+     * @param bytesSent    may exceed the image's size with the last block; 0 at the very end
+     * @param percentDone  may exceed 100 with the last block; 100 at the very end
      */
     void uploadFirmwareProgress(int bytesSent, int percentDone);
-    /** There is another message(), perhaps of the same text. */
+    /** There is a new message(), perhaps with the same text. */
     void messageChanged();
 
 private Q_SLOTS:

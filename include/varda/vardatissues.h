@@ -3,7 +3,7 @@
 
 #include <array>
 
-/** The load of the diver's tissues as the computer counts it, in the computer's own units. */
+/** The load of the diver's tissues as the computer calculates it, in the computer's own units. */
 struct VardaTissues {
     std::array<float, 16> n2{};
     std::array<float, 16> he{};

@@ -10,16 +10,16 @@
 #include <QtCore/qstringlist.h>
 #include <QtCore/qvariant.h>
 
-/** The simulator: the one that lies with this header if CMake found it, else one in the PATH. */
+/** The simulator: the one installed with this header if CMake found it, else one in the PATH. */
 #ifndef VARDA_SIMULATOR
 #    define VARDA_SIMULATOR "varda-simulator"
 #endif
 
 /**
- * A simulator of its own for one test program, and the way to steer it.
+ * Starts a simulator for one test program and controls it.
  *
- * It is to be made before anything in the program uses the system bus: Qt connects to that once,
- * and then to the simulator's, which this puts into the environment. The simulator ends with it.
+ * Make it before anything in the program uses the system bus: Qt connects to that only once, and
+ * this puts the simulator's bus into the environment. The simulator ends with this object.
  */
 class SimulatorProcess
 {
@@ -39,11 +39,11 @@ public:
     QString address() const { return m_address; }
     QProcess &process() { return m_process; }
 
-    /** Makes the scenario the whole world. The text of the error, empty if there is none. */
+    /** Loads a scenario, which replaces everything. Returns the error, empty if there is none. */
     QString load(const QByteArray &scenario);
-    /** load() of a world with this one device, a JSON object. */
+    /** load() of a scenario with only this device, a JSON object. */
     QString loadDevice(const QByteArray &device);
-    /** Calls any method. Name and text of the error, empty if there is none. */
+    /** Calls any method. Returns name and text of the error, empty if there is none. */
     QString call(const QString &method, const QVariantList &arguments = {});
 
     /** All events since the scenario was loaded. */
