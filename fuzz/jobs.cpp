@@ -404,6 +404,7 @@ bool QBluetoothDeviceDiscoveryAgent::isActive() const
 void QElapsedTimer::start() noexcept
 {
     t1 = VirtualTime::instance().now();
+    t2 = 0;
 }
 
 qint64 QElapsedTimer::elapsed() const noexcept
