@@ -42,7 +42,8 @@ Q_SIGNALS:
     /** A whole dive; comes once for each. It was made from this header and these samples. */
     void diveRead(const Dive &dive, const TidemarDiveHeader &header,
                   const QList<DiveSample> &samples);
-    void diveDamaged(std::uint16_t number);
+    /** A dive that is given up; @p text is one line for people. */
+    void diveDamaged(std::uint16_t number, VardaJob::Error error, const QString &text);
 
 private:
     friend class VardaComputerPrivate;

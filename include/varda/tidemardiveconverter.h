@@ -22,6 +22,9 @@ public:
     [[nodiscard]] static Dive toDive(const TidemarDiveHeader &header,
                                      const QList<DiveSample> &samples, const VardaSession &session);
 
+    /** The gases of a dive: Dive::gases as toDive() fills it. */
+    [[nodiscard]] static QList<DiveGas> gases(const TidemarDiveHeader &header);
+
 private:
     static DiveLine toLine(const DiveSample &sample, double time);
     static QList<DiveGas> buildGases(const TidemarDiveHeader &header, QList<int> &slotToGas);

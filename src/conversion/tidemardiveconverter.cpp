@@ -78,6 +78,12 @@ DiveLine TidemarDiveConverter::toLine(const DiveSample &sample, double time)
     return line;
 }
 
+QList<DiveGas> TidemarDiveConverter::gases(const TidemarDiveHeader &header)
+{
+    QList<int> slotToGas;
+    return buildGases(header, slotToGas);
+}
+
 QList<DiveGas> TidemarDiveConverter::buildGases(const TidemarDiveHeader &header,
                                                 QList<int> &slotToGas)
 {

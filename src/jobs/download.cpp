@@ -104,20 +104,22 @@ bool DownloadWork::failed(const JobEnd &end)
         return false;
     if (!silent && end.error != VardaJob::Damaged && end.error != VardaJob::Refused)
         return false;
-    giveUpDive();
+    giveUpDive(end);
     return true;
 }
 
-void DownloadWork::giveUpDive()
+void DownloadWork::giveUpDive(const JobEnd &end)
 {
     const std::uint16_t number = m_left.takeFirst().diveNumber;
     damaged.append(number);
     if (!m_left.isEmpty())
         m_request = Requests::samples(m_left.constFirst().diveNumber);
     const QPointer<DownloadJob> alive(job);
-    VardaJobPrivate::of(*job).setProgress(m_all - m_left.size(), m_all);
+    VardaJobPrivate &own = VardaJobPrivate::of(*job);
+    const QString why = textOf(end, u"dive %1"_s.arg(number), own.engine->computerName());
+    own.setProgress(m_all - m_left.size(), m_all);
     if (alive)
-        Q_EMIT alive->diveDamaged(number);
+        Q_EMIT alive->diveDamaged(number, end.error, why);
 }
 
 void DownloadWork::interrupted(const JobEnd &end, const Exchange & /*exchange*/)

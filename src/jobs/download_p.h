@@ -35,7 +35,7 @@ private:
     void goOnAfterComputer();
     void onHeaders(const VardaSession &session);
     void onDive(const VardaSession &session);
-    void giveUpDive();
+    void giveUpDive(const JobEnd &end);
 
     KnownDives m_known;
     Stage m_stage = Stage::SerialNumber;

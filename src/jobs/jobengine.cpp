@@ -25,7 +25,9 @@ constexpr auto kCloseTime = 6s;
 
 QString nameOf(const BleDeviceInfo &device)
 {
-    return device.isValid() ? u"%1 (%2)"_s.arg(device.name(), device.address()) : QString();
+    if (device.name().isEmpty())
+        return device.address();
+    return u"%1 (%2)"_s.arg(device.name(), device.address());
 }
 
 } // namespace
@@ -492,7 +494,7 @@ void JobEngine::onLinkOpened()
     m_lossExpected = false;
     setPhase(Phase::Free);
     const QPointer<JobEngine> alive(this);
-    if (!m_device.isValid()) {
+    if (m_device.name().isEmpty()) { // not set, or by its address alone
         m_device = m_link->device();
         Q_EMIT deviceChanged();
     }
@@ -663,7 +665,11 @@ void JobEngine::updateState()
 
 QString JobEngine::computerName() const
 {
-    return nameOf(m_device.isValid() ? m_device : m_link->device());
+    // A device that was set by its address alone has a name when it is found.
+    const BleDeviceInfo &found = m_link->device();
+    const bool other = m_device.isValid()
+                       && m_device.address().compare(found.address(), Qt::CaseInsensitive) != 0;
+    return nameOf(other ? m_device : found);
 }
 
 VardaIdentity JobEngine::identity() const

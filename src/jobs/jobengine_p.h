@@ -56,6 +56,8 @@ public:
     [[nodiscard]] QList<VardaJob *> waitingJobs() const { return m_queue; }
     [[nodiscard]] int mtu() const { return m_link->mtu(); }
     [[nodiscard]] VardaIdentity identity() const;
+    /** "Varda (00:…)", for texts. */
+    [[nodiscard]] QString computerName() const;
 
 Q_SIGNALS:
     void stateChanged();
@@ -103,7 +105,6 @@ private:
     [[nodiscard]] VardaJobPrivate &current() const { return VardaJobPrivate::of(*m_current); }
     [[nodiscard]] bool isRunning(const VardaJob *job) const;
     [[nodiscard]] bool mayAskAgain(const JobEnd &end) const;
-    [[nodiscard]] QString computerName() const;
 
     ComputerLink *m_link;
     Exchange *m_exchange;

@@ -38,28 +38,33 @@ constexpr std::array kLines = {
     Line{Reason::BeginRefused,
          QT_TRANSLATE_NOOP("VardaJob", "%1: the computer refused it at the beginning"), ""},
     Line{Reason::BlockRefused,
-         QT_TRANSLATE_NOOP("VardaJob", "%1: the computer refused a block of it"), kNearer},
+         QT_TRANSLATE_NOOP("VardaJob", "%1: the computer refused a block of it"), ""},
     Line{Reason::EndRefused,
          QT_TRANSLATE_NOOP("VardaJob", "%1: the computer has all of it and refused it at the end"),
          ""},
 
     Line{Reason::WrongChecksum,
-         QT_TRANSLATE_NOOP("VardaJob", "%1: the computer's answer was damaged on the way"),
+         QT_TRANSLATE_NOOP(
+             "VardaJob", "%1: the computer's answer was damaged on the way, its checksum is wrong"),
          kNearer},
     Line{Reason::IncompleteFrame,
-         QT_TRANSLATE_NOOP("VardaJob", "%1: a part of the computer's answer is missing"), kNearer},
+         QT_TRANSLATE_NOOP(
+             "VardaJob",
+             "%1: the computer's answer lacks a part, which came too late or not at all"),
+         kNearer},
     Line{Reason::TooManyNotifications,
          QT_TRANSLATE_NOOP("VardaJob", "%1: the computer's answer is too long"), ""},
     Line{Reason::Undecodable,
-         QT_TRANSLATE_NOOP("VardaJob",
-                           "%1: the computer's answer holds bytes that belong to nothing"),
+         QT_TRANSLATE_NOOP(
+             "VardaJob",
+             "%1: the computer's answer was damaged on the way, some of it makes no sense"),
          kNearer},
     Line{Reason::SmallMtu,
-         QT_TRANSLATE_NOOP("VardaJob", "%1: the answer does not fit through this link, whose MTU "
-                                       "is too small"),
-         QT_TRANSLATE_NOOP("VardaJob", "Another Bluetooth adapter may have a larger MTU.")},
+         QT_TRANSLATE_NOOP("VardaJob", "%1: the computer's answer came in pieces and could not be "
+                                       "put together"),
+         QT_TRANSLATE_NOOP("VardaJob", "The link's packets are too small for it.")},
     Line{Reason::OtherSubscriber,
-         QT_TRANSLATE_NOOP("VardaJob", "%1: what %2 sends comes more than once"),
+         QT_TRANSLATE_NOOP("VardaJob", "what %2 says comes more than once"),
          QT_TRANSLATE_NOOP("VardaJob", "Another program here is connected to it, or was: close "
                                        "that first.")},
 
@@ -81,12 +86,14 @@ constexpr std::array kLines = {
          QT_TRANSLATE_NOOP("VardaJob", "could not connect to %2: it offers the other kind of link"),
          QT_TRANSLATE_NOOP("VardaJob", "Do not insist on a kind of link.")},
     Line{Reason::WriteFailed,
-         QT_TRANSLATE_NOOP("VardaJob", "%1: the system refused to send the request to %2"), ""},
+         QT_TRANSLATE_NOOP("VardaJob", "%1: the system refused to send the request"),
+         QT_TRANSLATE_NOOP("VardaJob", "It may be longer than the link allows: try with less.")},
 
-    Line{Reason::NoAdapter, QT_TRANSLATE_NOOP("VardaJob", "there is no Bluetooth adapter"),
-         QT_TRANSLATE_NOOP("VardaJob", "Plug one in, or switch it on in the firmware settings.")},
+    Line{Reason::NoAdapter, QT_TRANSLATE_NOOP("VardaJob", "no Bluetooth adapter found"),
+         QT_TRANSLATE_NOOP("VardaJob", "Is there one, and does the Bluetooth service run? "
+                                       "(systemctl status bluetooth)")},
     Line{Reason::AdapterOff, QT_TRANSLATE_NOOP("VardaJob", "Bluetooth is switched off"),
-         QT_TRANSLATE_NOOP("VardaJob", "Switch Bluetooth on.")},
+         QT_TRANSLATE_NOOP("VardaJob", "Switch it on. (bluetoothctl power on)")},
     Line{Reason::AdapterRemoved, QT_TRANSLATE_NOOP("VardaJob", "the Bluetooth adapter was removed"),
          QT_TRANSLATE_NOOP("VardaJob", "Plug it in again.")},
     Line{Reason::ServiceGone,
@@ -134,11 +141,15 @@ QString translated(const char *text)
     return QCoreApplication::translate("VardaJob", text);
 }
 
-const char *templateOf(const JobEnd &end)
+const char *templateOf(const JobEnd &end, bool computerIsKnown)
 {
     // Of a link that was up, the sentence about connecting would be wrong.
     if (end.error == VardaJob::LinkLost && end.reason == Reason::LinkFailed)
         return QT_TRANSLATE_NOOP("VardaJob", "the link to %2 was lost");
+    if (end.reason == Reason::LinkFailed && end.detail.isEmpty())
+        return QT_TRANSLATE_NOOP("VardaJob", "could not connect to %2");
+    if (end.reason == Reason::Silent && computerIsKnown)
+        return QT_TRANSLATE_NOOP("VardaJob", "%2 was not found within %3 s");
     const Line *const line = lineOf(end.reason);
     return line ? line->text : QT_TRANSLATE_NOOP("VardaJob", "%1: failed");
 }
@@ -152,7 +163,7 @@ QString textOf(const JobEnd &end, const QString &job, const QString &computer)
                             : computer;
     // One pass: what a computer calls itself may hold place markers too.
     QString text;
-    const QString pattern = translated(templateOf(end));
+    const QString pattern = translated(templateOf(end, !computer.isEmpty()));
     for (qsizetype i = 0; i < pattern.size(); ++i) {
         const QChar next = i + 1 < pattern.size() ? pattern[i + 1] : QChar();
         if (pattern[i] != u'%' || next < u'1' || next > u'3') {

@@ -580,7 +580,7 @@ VardaReply<DeleteDivesResult> *VardaComputer::eraseDives()
 FirmwareJob *VardaComputer::uploadFirmware(const QByteArray &image, const QString &fileName,
                                            bool force)
 {
-    return d->queue<FirmwareJob>(u"upload"_s,
+    return d->queue<FirmwareJob>(u"firmware"_s,
                                  std::make_unique<FirmwareWork>(image, fileName, force));
 }
 
