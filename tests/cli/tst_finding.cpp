@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "finding.h"
+#include "run/finding.h"
 
 #include <QtTest/qtest.h>
 

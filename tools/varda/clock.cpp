@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "commandline.h"
 #include "commands.h"
-#include "connection.h"
 #include "records.h"
+#include "run/runner.h"
 #include "terminal.h"
 #include "text.h"
 
@@ -10,30 +10,26 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void printClock(const Connection &connection, bool json, const QString &heading)
+void printClock(const Runner &runner, std::int64_t time, bool json, const QString &heading)
 {
-    const auto time = connection.session().computerTime();
     if (json)
-        print({{"device"_L1, fieldsOf(connection.device())}, {"computerTime"_L1, time}});
+        print({{"device"_L1, fieldsOf(runner.device())}, {"computerTime"_L1, time}});
     else
         print(heading + clockText(time) + u'\n');
 }
 
 void showClock(const Options &options)
 {
-    Connection connection(options);
-    connection.read(TidemarCommand::Time, u"clock"_s);
-    printClock(connection, options.json, {});
+    Runner runner(options);
+    const auto time = runner.resultOf(runner.computer().readClock(), u"Reading the clock"_s);
+    printClock(runner, time, options.json, {});
 }
 
 void setClock(const Options &options)
 {
-    Connection connection(options, Purpose::Writing);
-    connection.run({.name = u"clock"_s,
-                    .end = TidemarCommand::Set_time,
-                    .start = [](VardaSession &session) { session.startSetTime(); },
-                    .verb = u"Setting the"_s});
-    printClock(connection, options.json, connection.heading());
+    Runner runner(options, Purpose::Writing);
+    const auto time = runner.resultOf(runner.computer().setClock(), u"Setting the clock"_s);
+    printClock(runner, time, options.json, runner.heading());
 }
 
 } // namespace

@@ -6,7 +6,6 @@
 #include "failure.h"
 #include "helptext.h"
 #include "interrupt.h"
-#include "servicewatch.h"
 #include "simulation.h"
 #include "terminal.h"
 #include "usage.h"
@@ -20,6 +19,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kLongestTimeout = 3600;
+constexpr int kMostRetries = 1000;
 constexpr auto kVersion = "varda " VARDA_VERSION;
 
 std::string validDevice(const std::string &text)
@@ -100,6 +100,10 @@ void CommandLine::addGlobalOptions()
     m_app.add_option("--timeout", m_timeout, "Time to find it and to connect; 60, scan: 10")
         ->type_name("SECONDS")
         ->check(CLI::Range(1, kLongestTimeout).description(""));
+    m_app.add_option("--retries", m_retries, "How often in succession to try again (default 3)")
+        ->type_name("N")
+        ->check(CLI::Range(0, kMostRetries).description(""));
+    m_app.add_flag("--no-retry", m_noRetry, "Try nothing again, as --retries 0");
     m_app.add_option("--simulate", m_scenario, "Talk to a simulated computer: a file or a name")
         ->type_name("[SCENARIO]")
         ->expected(0, 1);
@@ -118,6 +122,10 @@ void CommandLine::takeGlobalOptions()
     m_options.units = unitsIn(QString::fromStdString(m_units));
     if (m_timeout > 0)
         m_options.timeout = std::chrono::seconds(m_timeout);
+    if (m_noRetry)
+        m_options.retries = 0;
+    else if (m_app.count("--retries") > 0)
+        m_options.retries = m_retries;
     if (m_app.count("--simulate") > 0)
         m_options.simulate = QString::fromLocal8Bit(m_scenario.c_str());
 }
@@ -211,7 +219,6 @@ int CommandLine::run() const
         std::unique_ptr<Simulation> simulation;
         if (m_options.simulate)
             simulation = std::make_unique<Simulation>(*m_options.simulate);
-        const ServiceWatch watch; // the first to use the bus, whichever it is now
         m_action(options);
         clearStatus();
         flushOutput();

@@ -51,5 +51,7 @@ private:
     std::string m_units;
     std::string m_scenario;
     int m_timeout = 0;
+    int m_retries = 0;
+    bool m_noRetry = false;
     std::vector<std::string> m_helpOn;
 };

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "commandline.h"
 #include "commands.h"
-#include "connection.h"
 #include "gastable.h"
 #include "records.h"
+#include "run/runner.h"
 #include "terminal.h"
 #include "text.h"
 
@@ -45,15 +45,13 @@ QString otherFields(const Fields &fields)
     return table.text(outputStyle(), 2);
 }
 
-void printText(const Connection &connection)
+void printText(const Runner &runner, const VardaConfiguration &configuration)
 {
-    const VardaSession &session = connection.session();
-    const BleConfig &config = session.config();
-    const BleComputer &computer = session.computer();
+    const auto &[config, computer] = configuration;
     Table table;
-    table.add(u"Name"_s, safeText(connection.device().name()));
-    table.add(u"Model"_s, session.computerModelStr());
-    table.add(u"Firmware"_s, safeText(versionText(session.firmwareVersionStr())));
+    table.add(u"Name"_s, safeText(runner.device().name()));
+    table.add(u"Model"_s, modelText(runner.identity()));
+    table.add(u"Firmware"_s, safeText(versionText(runner.identity().firmwareVersionStr)));
     table.add(u"Text"_s, safeText(textOf(computer)));
     table.add(u"Battery type"_s, computer.getBatteryStr());
     table.add(u"Water"_s, waterText(config));
@@ -68,28 +66,26 @@ void printText(const Connection &connection)
     section(u"Settings"_s, otherFields(fieldsOf(computer)));
 }
 
-void printJson(const Connection &connection)
+void printJson(const Runner &runner, const VardaConfiguration &configuration)
 {
-    const VardaSession &session = connection.session();
     print(Fields{
-        {"device"_L1, fieldsOf(connection.device())},
-        {"computerModel"_L1, session.computerModelStr()},
-        {"firmwareVersionStr"_L1, versionText(session.firmwareVersionStr())},
-        {"config"_L1, fieldsOf(session.config())},
-        {"computer"_L1, fieldsOf(session.computer())},
+        {"device"_L1, fieldsOf(runner.device())},
+        {"computerModel"_L1, modelText(runner.identity())},
+        {"firmwareVersionStr"_L1, versionText(runner.identity().firmwareVersionStr)},
+        {"config"_L1, fieldsOf(configuration.config)},
+        {"computer"_L1, fieldsOf(configuration.computer)},
     });
 }
 
 void config(const Options &options, bool basic)
 {
-    Connection connection(options);
-    connection.read(TidemarCommand::Identification, u"identification"_s);
-    connection.read(basic ? TidemarCommand::Computer : TidemarCommand::Computer_new,
-                    u"configuration"_s);
+    Runner runner(options);
+    const VardaConfiguration configuration = runner.resultOf(
+        runner.computer().readConfiguration(basic), u"Reading the configuration"_s);
     if (options.json)
-        printJson(connection);
+        printJson(runner, configuration);
     else
-        printText(connection);
+        printText(runner, configuration);
 }
 
 } // namespace

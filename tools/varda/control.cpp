@@ -2,8 +2,8 @@
 #include "commandline.h"
 #include "commands.h"
 #include "confirmation.h"
-#include "connection.h"
 #include "records.h"
+#include "run/runner.h"
 #include "terminal.h"
 #include "text.h"
 
@@ -14,9 +14,8 @@ namespace {
 // delete, erase
 
 struct Deletion {
-    TidemarCommand::TidemarCommandIn command;
-    QString name;
-    QString verb;
+    VardaReply<DeleteDivesResult> *(VardaComputer::*job)();
+    QString status;
     QString question;
     QString done;
 };
@@ -24,19 +23,14 @@ struct Deletion {
 void deleteDives(const Options &options, const Confirmation &confirmation, const Deletion &what)
 {
     confirmation.require();
-    Connection connection(options, Purpose::Writing);
-    confirmation.ask(what.question.arg(connection.computerName()));
-    connection.run({.name = what.name,
-                    // Either is reported as this one.
-                    .end = TidemarCommand::DeleteLastDive,
-                    .start = [&what](VardaSession &session) { session.startCommand(what.command); },
-                    .verb = what.verb});
-    const auto [resultA, resultB] = connection.session().deleteResult();
+    Runner runner(options, Purpose::Writing);
+    confirmation.ask(what.question.arg(runner.computerName()));
+    const auto [resultA, resultB] = runner.resultOf((runner.computer().*what.job)(), what.status);
     if (options.json) {
-        print({{"device"_L1, fieldsOf(connection.device())},
+        print({{"device"_L1, fieldsOf(runner.device())},
                {"deleteResult"_L1, Fields{{"resultA"_L1, resultA}, {"resultB"_L1, resultB}}}});
     } else {
-        print(connection.heading()
+        print(runner.heading()
               + u"%1 The computer's answer: %2, %3\n"_s.arg(what.done).arg(resultA).arg(resultB));
     }
 }
@@ -58,20 +52,17 @@ void superUser(const Options &options, const Confirmation &confirmation, bool ac
 {
     if (activate)
         confirmation.require();
-    Connection connection(options, Purpose::Writing);
+    Runner runner(options, Purpose::Writing);
     if (activate)
-        confirmation.ask(u"Enter super-user mode of %1?"_s.arg(connection.computerName()));
-    const bool answered = connection.tell(
-        {.name = u"super-user mode"_s,
-         .end = TidemarCommand::SuperUserMode,
-         .start = [activate](VardaSession &session) { session.startSuperUserMode(activate); },
-         .verb = u"Switching the"_s});
+        confirmation.ask(u"Enter super-user mode of %1?"_s.arg(runner.computerName()));
+    const bool answered = runner.resultOf(runner.computer().setSuperUserMode(activate),
+                                          u"Switching the super-user mode"_s);
     if (options.json) {
-        print({{"device"_L1, fieldsOf(connection.device())},
+        print({{"device"_L1, fieldsOf(runner.device())},
                {"superUserMode"_L1, activate},
                {"answered"_L1, answered}});
     } else {
-        print(connection.heading()
+        print(runner.heading()
               + u"Sent%1. Whether it is obeyed the computer does not tell.\n"_s.arg(
                   answered ? u", and there was an answer"_s : u", without an answer"_s));
     }
@@ -97,17 +88,13 @@ void addSuperUser(CommandLine &line)
 void reset(const Options &options, const Confirmation &confirmation)
 {
     confirmation.require();
-    Connection connection(options, Purpose::Writing);
-    confirmation.ask(u"Restart %1?"_s.arg(connection.computerName()));
-    connection.runLast(
-        {.name = u"restart"_s,
-         .end = TidemarCommand::Reset,
-         .start = [](VardaSession &session) { session.startCommand(TidemarCommand::Reset); },
-         .verb = u"Asking for a"_s});
+    Runner runner(options, Purpose::Writing);
+    confirmation.ask(u"Restart %1?"_s.arg(runner.computerName()));
+    runner.run(runner.computer().restart(), u"Asking for a restart"_s);
     if (options.json)
-        print({{"device"_L1, fieldsOf(connection.device())}});
+        print({{"device"_L1, fieldsOf(runner.device())}});
     else
-        print(connection.heading() + u"The computer restarts.\n"_s);
+        print(runner.heading() + u"The computer restarts.\n"_s);
 }
 
 } // namespace
@@ -115,11 +102,11 @@ void reset(const Options &options, const Confirmation &confirmation)
 void addControl(CommandLine &line)
 {
     addDeletion(line, "delete", "Delete the last dive",
-                {TidemarCommand::DeleteLastDive, u"last dive"_s, u"Deleting the"_s,
+                {&VardaComputer::deleteLastDive, u"Deleting the last dive"_s,
                  u"Delete the last dive of %1?"_s, u"The last dive is deleted."_s});
     addDeletion(line, "erase", "Delete all dives",
-                {TidemarCommand::EraseDives, u"dives"_s, u"Erasing the"_s,
-                 u"Delete all dives of %1?"_s, u"All dives are deleted."_s});
+                {&VardaComputer::eraseDives, u"Erasing the dives"_s, u"Delete all dives of %1?"_s,
+                 u"All dives are deleted."_s});
     addSuperUser(line);
     const auto confirmation = std::make_shared<std::optional<Confirmation>>();
     CLI::App *const command = line.add(

@@ -2,12 +2,13 @@
 #include "arguments.h"
 #include "commandline.h"
 #include "commands.h"
-#include "divereader.h"
 #include "divetext.h"
 #include "files.h"
 #include "numbergaps.h"
 #include "plot.h"
 #include "records.h"
+#include "run/jobfailure.h"
+#include "run/runner.h"
 #include "terminal.h"
 #include "text.h"
 
@@ -23,77 +24,117 @@ namespace {
 
 using Numbers = QList<std::uint16_t>;
 
-/** One after the other, each told to @p onDive when it is there. */
+/** Reads dives, one after the other; what becomes of them is somebody else's. */
 class Download
 {
 public:
-    Download(Connection &connection, const QList<TidemarDiveHeader> &headers)
-        : m_connection(connection), m_reader(connection), m_headers(headers)
+    explicit Download(Runner &runner, const Numbers &known = {})
+        : m_runner(runner), m_job(runner.computer().downloadDives(known)), m_run(m_job)
     {
-        m_time.start();
+        QObject::connect(m_job, &DownloadJob::headersRead, &m_run,
+                         [this](const QList<TidemarDiveHeader> &wanted) {
+                             m_count = wanted.size();
+                             m_time.start();
+                             m_run.attempt([&] { begin(wanted); });
+                         });
+        QObject::connect(m_job, &DownloadJob::diveRead, &m_run, [this](const Dive &dive) {
+            next();
+            m_run.attempt([&] { onDive(dive); });
+        });
+        QObject::connect(m_job, &DownloadJob::diveDamaged, &m_run,
+                         [this](std::uint16_t, VardaJob::Error error, const QString &text) {
+                             next();
+                             onDamaged({exitCodeOf(error), text, kNearer});
+                         });
     }
+
+    /** The headers are there. */
+    std::function<void(const QList<TidemarDiveHeader> &wanted)> onBegin;
+    std::function<void(const Dive &)> onDive;
+
+    [[nodiscard]] DownloadJob &job() { return *m_job; }
 
     /**
      * A dive that comes damaged does not keep the others from coming.
      *
      * @throws Failure
      */
-    void run(const std::function<void(const Dive &)> &onDive)
+    void run()
     {
-        qsizetype failures = 0;
-        for (m_at = 0; m_at < m_headers.size(); ++m_at) {
-            if (const auto dive = read(m_headers[m_at]))
-                onDive(*dive);
-            else
-                ++failures;
-        }
-        if (failures > 0) {
+        m_runner.prepare(*m_job);
+        m_runner.setStatus(u"Reading the logbook"_s);
+        m_run.wait([this] { showProgress(); });
+        if (m_damaged > 0) {
             throw Failure{ExitCode::JobFailed,
-                          u"%1 of %2 dives could not be read"_s.arg(failures).arg(m_headers.size()),
-                          u"Try again, nearer to the computer."_s};
+                          u"%1 of %2 dives could not be read"_s.arg(m_damaged).arg(m_count),
+                          kNearer};
         }
     }
 
 private:
-    std::optional<Dive> read(const TidemarDiveHeader &header)
+    static inline const QString kNearer = u"Try again, nearer to the computer."_s;
+
+    void begin(const QList<TidemarDiveHeader> &wanted)
     {
-        try {
-            m_begin = seconds();
-            return m_reader.dive(header, [this] { return place(); });
-        } catch (const Failure &failure) {
-            if (failure.code != ExitCode::JobFailed || m_headers.size() == 1
-                || !m_connection.isUsable())
-                throw;
+        m_wanted = wanted;
+        if (m_runner.identity().serialNumber.isEmpty())
+            printWarning(u"the serial number could not be read"_s);
+        onBegin(wanted);
+    }
+
+    void onDamaged(const Failure &failure)
+    {
+        ++m_damaged;
+        if (m_count == 1)
+            m_run.attempt([&] { throw Failure(failure); });
+        else
             printError(failure);
-            return std::nullopt;
-        }
+    }
+
+    void next()
+    {
+        ++m_at;
+        m_begin = seconds();
     }
 
     [[nodiscard]] double seconds() const { return double(m_time.elapsed()) / 1000; }
 
+    void showProgress() const
+    {
+        const QString bytes = bytesText(double(m_job->bytes()));
+        if (m_count == 0) {
+            showStatus(u"Reading the logbook, "_s + bytes);
+        } else if (m_at < m_count) {
+            showStatus(
+                u"Reading dive %1, %2, %3"_s.arg(m_wanted[m_at].diveNumber).arg(place(), bytes));
+        }
+    }
+
     [[nodiscard]] QString place() const
     {
-        QString text = u"%1 of %2"_s.arg(m_at + 1).arg(m_headers.size());
+        QString text = u"%1 of %2"_s.arg(m_at + 1).arg(m_count);
         if (m_at > 0) {
-            const double left = secondsLeft(m_begin, m_at, m_headers.size() - m_at,
-                                            seconds() - m_begin);
+            const double left = secondsLeft(m_begin, m_at, m_count - m_at, seconds() - m_begin);
             text += u", %1 left"_s.arg(durationText(left));
         }
         return text;
     }
 
-    const Connection &m_connection;
-    DiveReader m_reader;
-    QList<TidemarDiveHeader> m_headers;
+    Runner &m_runner;
+    DownloadJob *m_job;
+    JobRun m_run;
+    QList<TidemarDiveHeader> m_wanted;
+    qsizetype m_count = 0;
+    qsizetype m_damaged = 0;
     qsizetype m_at = 0;
     double m_begin = 0; ///< of the dive that is read
     QElapsedTimer m_time;
 };
 
-Fields headOf(const Connection &connection)
+Fields headOf(const Runner &runner)
 {
-    return {{"device"_L1, fieldsOf(connection.device())},
-            {"computerModel"_L1, connection.session().computerModelStr()}};
+    return {{"device"_L1, fieldsOf(runner.device())},
+            {"computerModel"_L1, modelText(runner.identity())}};
 }
 
 /** The numbers that are missing in the logbook. */
@@ -122,19 +163,24 @@ void warnOf(const QList<NumberGap> &gaps)
         isOne ? u"dive"_s : u"dives"_s, gapsText(gaps)));
 }
 
-void downloadJson(Connection &connection, const QList<TidemarDiveHeader> &headers,
-                  const Fields &head)
+/** Dives as they come, below what is there before them. */
+class DiveDocument
 {
-    GrowingDocument document(head, "dives"_L1);
-    Download(connection, headers).run([&](const Dive &dive) {
-        document.add(fieldsOf(dive));
+public:
+    void begin(const Fields &head) { m_document.emplace(head, "dives"_L1); }
+    void add(const Dive &dive)
+    {
+        m_document->add(fieldsOf(dive));
         flushOutput();
-    });
-}
+    }
+
+private:
+    std::optional<GrowingDocument> m_document;
+};
 
 // logbook
 
-QString logbookText(const QList<TidemarDiveHeader> &headers, const VardaSession &session)
+QString logbookText(const QList<TidemarDiveHeader> &headers)
 {
     using enum Columns::Side;
     Columns columns({{.title = u"NUMBER"_s},
@@ -146,7 +192,7 @@ QString logbookText(const QList<TidemarDiveHeader> &headers, const VardaSession 
         const QString begin = beginText(header);
         columns.add({QString::number(header.diveNumber), begin.isEmpty() ? u"-"_s : begin,
                      u"%1 s"_s.arg(header.sampleInterval), circuitText(header),
-                     gasNames(TidemarDiveConverter::toDive(header, {}, session).gases)});
+                     gasNames(TidemarDiveConverter::gases(header))});
     }
     return columns.text(outputStyle());
 }
@@ -159,13 +205,14 @@ QString nothingText(const Numbers &known)
 
 void logbook(const Options &options, const Numbers &known)
 {
-    Connection connection(options);
-    DiveReader reader(connection);
-    reader.identify();
-    const auto headers = reader.headers(known);
+    Runner runner(options);
+    auto *const job = runner.computer().readLogbook(known);
+    const auto headers = runner.resultOf(job, u"Reading the logbook"_s, [job] {
+        showStatus(u"Reading the logbook, "_s + bytesText(double(job->bytes())));
+    });
     const auto gaps = gapsIn(headers, known);
     if (options.json) {
-        Fields fields = headOf(connection);
+        Fields fields = headOf(runner);
         fields.push_back(fieldOf(gaps));
         fields.emplace_back("diveHeaders"_L1, listOf(headers, [](const TidemarDiveHeader &each) {
                                 return fieldsOf(each);
@@ -173,48 +220,56 @@ void logbook(const Options &options, const Numbers &known)
         return print(fields);
     }
     warnOf(gaps);
-    print(headers.isEmpty() ? nothingText(known) : logbookText(headers, connection.session()));
+    print(headers.isEmpty() ? nothingText(known) : logbookText(headers));
 }
 
 // dives
 
+/** What the computer has but for the known ones, which it may have sent as well. */
+QList<TidemarDiveHeader> unknown(QList<TidemarDiveHeader> headers, const Numbers &known)
+{
+    headers.removeIf([&known](const TidemarDiveHeader &each) {
+        return std::ranges::binary_search(known, each.diveNumber);
+    });
+    return headers;
+}
+
 void dives(const Options &options, const Numbers &known)
 {
-    Connection connection(options);
-    DiveReader reader(connection);
-    reader.identifyWhole();
-    const auto headers = reader.headers(known);
-    const auto gaps = gapsIn(headers, known);
-    if (options.json) {
-        Fields head = headOf(connection);
-        head.push_back(fieldOf(gaps));
-        return downloadJson(connection, headers, head);
-    }
-    warnOf(gaps);
-    if (headers.isEmpty())
-        return print(nothingText(known));
+    Runner runner(options);
     const Units units = options.units.value_or(Units::Metric);
-    print(divesHeading(units));
-    Download(connection, headers).run([units](const Dive &dive) {
+    DiveDocument document;
+    Download download(runner, known);
+    download.onBegin = [&](const QList<TidemarDiveHeader> &wanted) {
+        const auto gaps = gapsIn(unknown(download.job().headers(), known), known);
+        if (options.json) {
+            Fields head = headOf(runner);
+            head.push_back(fieldOf(gaps));
+            return document.begin(head);
+        }
+        warnOf(gaps);
+        print(wanted.isEmpty() ? nothingText(known) : divesHeading(units));
+    };
+    download.onDive = [&](const Dive &dive) {
+        if (options.json)
+            return document.add(dive);
         print(divesRow(dive, units));
         flushOutput();
-    });
+    };
+    download.run();
 }
 
 // dive
 
-QList<TidemarDiveHeader> chosen(const QList<TidemarDiveHeader> &headers, const Numbers &numbers)
+/** @throws Failure  if one of them is not in the logbook */
+void requireAll(const Numbers &numbers, const QList<TidemarDiveHeader> &headers)
 {
-    QList<TidemarDiveHeader> result;
     for (const std::uint16_t number : numbers) {
-        const auto header = std::ranges::find(headers, number, &TidemarDiveHeader::diveNumber);
-        if (header == headers.end()) {
+        if (std::ranges::find(headers, number, &TidemarDiveHeader::diveNumber) == headers.end()) {
             throw Failure{ExitCode::JobFailed, u"there is no dive %1 in the logbook"_s.arg(number),
                           u"\"varda logbook\" lists what there is."_s};
         }
-        result.append(*header);
     }
-    return result;
 }
 
 /** As high as leaves room for the summary above and for the prompt. */
@@ -243,19 +298,27 @@ QString wholeText(const Dive &dive, Units units, bool samples)
 
 void dive(const Options &options, const Numbers &numbers, bool samples)
 {
-    Connection connection(options);
-    DiveReader reader(connection);
-    reader.identifyWhole();
-    const auto headers = chosen(reader.headers({}), numbers);
-    if (options.json)
-        return downloadJson(connection, headers, headOf(connection));
+    Runner runner(options);
     const Units units = options.units.value_or(Units::Metric);
     bool isFirst = true;
-    Download(connection, headers).run([&](const Dive &each) {
+    DiveDocument document;
+    Download download(runner);
+    download.job().setWanted([&numbers](const TidemarDiveHeader &header) {
+        return std::ranges::binary_search(numbers, header.diveNumber);
+    });
+    download.onBegin = [&](const QList<TidemarDiveHeader> &wanted) {
+        requireAll(numbers, wanted);
+        if (options.json)
+            document.begin(headOf(runner));
+    };
+    download.onDive = [&](const Dive &each) {
+        if (options.json)
+            return document.add(each);
         print((isFirst ? QString() : u"\n"_s) + wholeText(each, units, samples));
         flushOutput();
         isFirst = false;
-    });
+    };
+    download.run();
 }
 
 /** They may be in a file, or come from standard input; both are read only when it is their turn. */

@@ -2,9 +2,9 @@
 #include "commandline.h"
 #include "commands.h"
 #include "confirmation.h"
-#include "connection.h"
 #include "files.h"
 #include "records.h"
+#include "run/runner.h"
 #include "terminal.h"
 #include "text.h"
 
@@ -14,7 +14,6 @@
 #include <QtCore/qfileinfo.h>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -81,35 +80,16 @@ void info(const Options &options, const QString &path)
 
 // upload
 
-/** What the library says instead of sending anything. */
-Failure rejection(int code, const QString &version)
-{
-    constexpr auto kForce = "--force uploads it all the same."_L1;
-    switch (code) {
-    case -2:
-        return {ExitCode::JobFailed, u"the computer has bootloader %1 already"_s.arg(version),
-                kForce};
-    case -3:
-        return {ExitCode::JobFailed, u"the computer has firmware %1 already"_s.arg(version),
-                kForce};
-    case -4:
-        return {ExitCode::JobFailed, u"the computer does not tell the version of its bootloader"_s,
-                u"Only a computer whose bootloader is known takes this firmware."_s};
-    default:
-        return {ExitCode::JobFailed, u"the file is no firmware image"_s, {}};
-    }
-}
-
 /** "45 %, 108 kB of 240 kB, 3.2 kB/s, 0:41 left" */
 class UploadStatus
 {
 public:
     explicit UploadStatus(qsizetype size) : m_size(double(size)) { }
 
-    /** @param bytes  sent so far; those of the last block may exceed the size */
-    QString text(int bytes)
+    /** @param bytes  sent so far */
+    QString text(qint64 bytes)
     {
-        const double sent = std::min(double(bytes), m_size);
+        const auto sent = double(bytes);
         if (!m_time.isValid()) {
             // A computer may have the beginning from an upload that was interrupted.
             m_first = sent;
@@ -131,27 +111,18 @@ private:
     QElapsedTimer m_time;
 };
 
-void send(Connection &connection, const ImageFile &file, bool force)
+/** @return how long it took */
+std::chrono::milliseconds send(Runner &runner, const ImageFile &file, bool force)
 {
-    constexpr auto kLongest = 120min; // the slowest links move some 100 bytes a second
+    FirmwareJob *const job = runner.computer().uploadFirmware(file.bytes, file.fileName, force);
     UploadStatus status(file.bytes.size());
-    const QObject context;
-    QObject::connect(&connection.session(), &VardaSession::uploadFirmwareProgress, &context,
-                     [&status](int bytes, int percent) {
-                         const bool isEnd = bytes == 0 && percent == 100;
-                         showStatus(isEnd ? u"Finishing"_s : status.text(bytes));
-                     });
-    connection.run({.name = u"firmware"_s,
-                    .end = TidemarCommand::End_program,
-                    .start =
-                        [&](VardaSession &session) {
-                            const int code = session.uploadFirmware(file.bytes, file.fileName,
-                                                                    force);
-                            if (code < 0)
-                                throw rejection(code, safeText(versionOf(file.image)));
-                        },
-                    .verb = u"Uploading the"_s,
-                    .limit = kLongest});
+    QObject::connect(job, &VardaJob::progressed, job,
+                     [&status](qint64 done) { showStatus(status.text(done)); });
+    JobRun jobRun(job);
+    runner.prepare(*job);
+    runner.setStatus(u"Uploading the firmware"_s);
+    jobRun.wait();
+    return job->elapsed();
 }
 
 QString elapsedText(double seconds)
@@ -164,26 +135,22 @@ void upload(const Options &options, const Confirmation &confirmation, const QStr
 {
     const ImageFile file = readImage(path);
     confirmation.require();
-    Connection connection(options, Purpose::Writing);
-    // What it has decides what it takes.
-    connection.read(TidemarCommand::Identification, u"identification"_s);
-    if (file.image.hasHeader() && connection.session().bootloaderVersion() == 0)
-        connection.read(TidemarCommand::BootloaderVersion, u"bootloader version"_s);
+    Runner runner(options, Purpose::Writing);
+    const VardaIdentity before = runner.resultOf(runner.computer().readIdentity(),
+                                                 u"Reading the identification"_s);
     const QString what = file.image.kind == FirmwareImage::Kind::Bootloader ? u"bootloader"_s
                                                                             : u"firmware"_s;
     confirmation.ask(u"Replace the %1 of %2 (%3, firmware %4) by version %5?"_s.arg(
-        what, connection.device().name(), connection.device().address(),
-        versionText(connection.session().firmwareVersionStr()), versionOf(file.image)));
-    send(connection, file, force);
-
-    const auto elapsed = std::chrono::duration<double>(connection.session().uploadElapsed());
+        what, runner.device().name(), runner.device().address(),
+        versionText(before.firmwareVersionStr), versionOf(file.image)));
+    const std::chrono::duration<double> elapsed = send(runner, file, force);
     if (options.json) {
-        Fields fields{{"device"_L1, ::fieldsOf(connection.device())}};
+        Fields fields{{"device"_L1, ::fieldsOf(runner.device())}};
         append(fields, fieldsOf(file.image));
         fields.emplace_back("uploadElapsed"_L1, elapsed.count());
         print(fields);
     } else {
-        print(connection.heading()
+        print(runner.heading()
               + u"Uploaded %1 bytes of %2 %3 in %4.\n"_s.arg(file.bytes.size())
                     .arg(what, safeText(versionOf(file.image)), elapsedText(elapsed.count())));
     }

@@ -1,45 +1,48 @@
 // SPDX-License-Identifier: MIT
 #include "commandline.h"
 #include "commands.h"
-#include "connection.h"
 #include "records.h"
+#include "run/runner.h"
 #include "terminal.h"
 #include "text.h"
 
-#include <varda/vardadata.h>
+#include <QtCore/qmetaobject.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-void readAll(Connection &connection)
+/** All that a computer says about itself. A bootloader knows neither its owner nor the sea. */
+struct About {
+    VardaIdentity identity;
+    std::int64_t time = 0;
+    BleComputer computer;
+    VardaSensors sensors;
+    QString owner;
+
+    [[nodiscard]] bool isBootloader() const { return identity.mode == CurrentMode::BootLoader; }
+};
+
+About readAll(Runner &runner)
 {
-    const VardaSession &session = connection.session();
-    connection.readIfWhole(TidemarCommand::Serialnumber, u"serial number"_s);
-    // Some models tell it with their identification.
-    if (session.bootloaderVersion() == 0)
-        connection.read(TidemarCommand::BootloaderVersion, u"bootloader version"_s);
-    // A bootloader knows neither its owner nor the sea.
-    if (session.currentMode() == CurrentMode::BootLoader)
-        return;
-    connection.read(TidemarCommand::Time, u"clock"_s);
-    connection.read(TidemarCommand::Computer, u"battery type"_s);
-    connection.read(TidemarCommand::SimulParams, u"surface pressure"_s);
-    connection.read(TidemarCommand::Sensors, u"sensors"_s);
-    // Last, because the settings have a text of their own in its place.
-    connection.read(TidemarCommand::Owner, u"owner"_s);
+    VardaComputer &computer = runner.computer();
+    About about;
+    about.identity = runner.resultOf(computer.readIdentity(), u"Reading the identification"_s);
+    if (about.identity.serialNumber.isEmpty())
+        printWarning(u"the serial number could not be read"_s);
+    if (about.isBootloader())
+        return about;
+    about.time = runner.resultOf(computer.readClock(), u"Reading the clock"_s);
+    about.computer =
+        runner.resultOf(computer.readConfiguration(true), u"Reading the battery type"_s).computer;
+    about.sensors = runner.resultOf(computer.readSensors(), u"Reading the sensors"_s);
+    about.owner = runner.resultOf(computer.readOwner(), u"Reading the owner"_s);
+    return about;
 }
 
-Json serialNumber(const VardaSession &session)
+QString bootloaderText(const VardaIdentity &identity)
 {
-    const QString &number = session.serialNumber();
-    return number.isEmpty() ? Json(nullptr) : Json(number);
-}
-
-QString bootloaderText(const VardaSession &session)
-{
-    const quint32 version = session.bootloaderVersion();
-    return version == 0 ? u"Unknown"_s : VardaData::firmwareVersionToString(version);
+    return identity.bootloaderVersion == 0 ? u"Unknown"_s : identity.bootloaderVersionStr;
 }
 
 QString modeText(CurrentMode::CurrentModeIn mode)
@@ -55,52 +58,55 @@ QString modeText(CurrentMode::CurrentModeIn mode)
     return u"unknown"_s;
 }
 
-void printText(const Connection &connection)
+void printText(const BleDeviceInfo &device, const About &about)
 {
-    const VardaSession &session = connection.session();
+    const VardaIdentity &identity = about.identity;
     Table table;
-    table.add(u"Name"_s, safeText(connection.device().name()));
-    table.add(u"Address"_s, connection.device().address());
-    table.add(u"Model"_s, session.computerModelStr());
-    table.add(u"Mode"_s, modeText(session.currentMode()));
-    const QString &serialNumber = session.serialNumber();
-    table.add(u"Serial number"_s, serialNumber.isEmpty() ? u"unknown"_s : safeText(serialNumber));
-    table.add(u"Firmware"_s, safeText(versionText(session.firmwareVersionStr())));
-    table.add(u"Bootloader"_s, safeText(versionText(bootloaderText(session))));
-    if (session.currentMode() != CurrentMode::BootLoader) {
-        table.add(u"Owner"_s, safeText(session.owner()));
-        table.add(u"Clock"_s, clockText(session.computerTime()));
-        table.add(u"Battery type"_s, session.computer().getBatteryStr());
-        table.add(u"Surface pressure"_s, u"%1 mbar"_s.arg(session.psurf()));
-        table.add(u"Ambient pressure"_s, u"%1 mbar"_s.arg(session.pamb()));
+    table.add(u"Name"_s, safeText(device.name()));
+    table.add(u"Address"_s, device.address());
+    table.add(u"Model"_s, modelText(identity));
+    table.add(u"Mode"_s, modeText(identity.mode));
+    table.add(u"Serial number"_s,
+              identity.serialNumber.isEmpty() ? u"unknown"_s : safeText(identity.serialNumber));
+    table.add(u"Firmware"_s, safeText(versionText(identity.firmwareVersionStr)));
+    table.add(u"Bootloader"_s, safeText(versionText(bootloaderText(identity))));
+    if (!about.isBootloader()) {
+        table.add(u"Owner"_s, safeText(about.owner));
+        table.add(u"Clock"_s, clockText(about.time));
+        table.add(u"Battery type"_s, about.computer.getBatteryStr());
+        table.add(u"Surface pressure"_s, u"%1 mbar"_s.arg(about.sensors.psurf));
+        table.add(u"Ambient pressure"_s, u"%1 mbar"_s.arg(about.sensors.pamb));
     }
     print(table.text(outputStyle()));
 }
 
-void printJson(const Connection &connection)
+void printJson(const BleDeviceInfo &device, const About &about)
 {
-    const VardaSession &session = connection.session();
+    const VardaIdentity &identity = about.identity;
+    const QString &serialNumber = identity.serialNumber;
     Fields fields{
-        {"device"_L1, fieldsOf(connection.device())},
-        {"computerModel"_L1, session.computerModelStr()},
-        {"currentMode"_L1, session.qmlCurrentMode()},
-        {"recordVersion"_L1, session.recordVersion()},
-        {"serialNumber"_L1, serialNumber(session)},
-        {"firmwareVersion"_L1, session.firmwareVersion()},
-        {"firmwareVersionStr"_L1, versionText(session.firmwareVersionStr())},
-        {"bootloaderVersion"_L1, session.bootloaderVersion()},
-        {"bootloaderVersionStr"_L1, versionText(bootloaderText(session))},
+        {"device"_L1, fieldsOf(device)},
+        {"computerModel"_L1, modelText(identity)},
+        {"currentMode"_L1,
+         QString::fromLatin1(
+             QMetaEnum::fromType<CurrentMode::CurrentModeIn>().valueToKey(identity.mode))},
+        {"recordVersion"_L1, identity.recordVersion},
+        {"serialNumber"_L1, serialNumber.isEmpty() ? Json(nullptr) : Json(serialNumber)},
+        {"firmwareVersion"_L1, identity.firmwareVersion},
+        {"firmwareVersionStr"_L1, versionText(identity.firmwareVersionStr)},
+        {"bootloaderVersion"_L1, identity.bootloaderVersion},
+        {"bootloaderVersionStr"_L1, versionText(bootloaderText(identity))},
     };
-    if (session.currentMode() != CurrentMode::BootLoader) {
+    if (!about.isBootloader()) {
         append(fields, {
-                           {"owner"_L1, session.owner()},
-                           {"computerTime"_L1, session.computerTime()},
-                           {"batteryType"_L1, session.computer().batteryType},
-                           {"batteryStr"_L1, session.computer().getBatteryStr()},
-                           {"psurf"_L1, session.psurf()},
-                           {"pamb"_L1, session.pamb()},
-                           {"dstop"_L1, session.dstop()},
-                           {"density"_L1, session.density()},
+                           {"owner"_L1, about.owner},
+                           {"computerTime"_L1, about.time},
+                           {"batteryType"_L1, about.computer.batteryType},
+                           {"batteryStr"_L1, about.computer.getBatteryStr()},
+                           {"psurf"_L1, about.sensors.psurf},
+                           {"pamb"_L1, about.sensors.pamb},
+                           {"dstop"_L1, about.sensors.dstop},
+                           {"density"_L1, about.sensors.density},
                        });
     }
     print(fields);
@@ -108,13 +114,12 @@ void printJson(const Connection &connection)
 
 void info(const Options &options)
 {
-    Connection connection(options);
-    connection.read(TidemarCommand::Identification, u"identification"_s);
-    readAll(connection);
+    Runner runner(options);
+    const About about = readAll(runner);
     if (options.json)
-        printJson(connection);
+        printJson(runner.device(), about);
     else
-        printText(connection);
+        printText(runner.device(), about);
 }
 
 } // namespace

@@ -3,9 +3,9 @@
 #include "commandline.h"
 #include "commands.h"
 #include "confirmation.h"
-#include "connection.h"
 #include "files.h"
 #include "records.h"
+#include "run/runner.h"
 #include "terminal.h"
 #include "text.h"
 
@@ -37,20 +37,17 @@ QString listText(const QList<LayoutEntry> &layouts)
     return columns.text(outputStyle());
 }
 
-QList<LayoutEntry> readList(Connection &connection)
+QList<LayoutEntry> readList(Runner &runner)
 {
-    connection.run({.name = u"list of layouts"_s,
-                    .end = TidemarCommand::LayoutList,
-                    .start = [](VardaSession &session) { session.startLayoutList(); }});
-    return connection.session().layouts();
+    return runner.resultOf(runner.computer().readLayouts(), u"Reading the list of layouts"_s);
 }
 
 void list(const Options &options)
 {
-    Connection connection(options);
-    const QList<LayoutEntry> layouts = readList(connection);
+    Runner runner(options);
+    const QList<LayoutEntry> layouts = readList(runner);
     if (options.json) {
-        print({{"device"_L1, fieldsOf(connection.device())},
+        print({{"device"_L1, fieldsOf(runner.device())},
                {"layouts"_L1, listOf(layouts, [](const LayoutEntry &each) {
                     return Fields{{"first"_L1, each.first},
                                   {"second"_L1, each.second},
@@ -73,12 +70,12 @@ QString dump(const QByteArray &blob)
 }
 
 /** In a folder, a file of the layout's own name. */
-QString fileFor(Connection &connection, int index, const QString &output)
+QString fileFor(Runner &runner, int index, const QString &output)
 {
     if (!QFileInfo(output).isDir())
         return output;
     QString name;
-    for (const LayoutEntry &each : readList(connection)) {
+    for (const LayoutEntry &each : readList(runner)) {
         if (each.first == index)
             name = each.name;
     }
@@ -92,18 +89,12 @@ void get(const Options &options, int index, const QString &output)
         throw Failure{ExitCode::UsageError, u"--json and the layout would go to the same output"_s,
                       u"The document has the layout, too: leave out -o."_s};
     }
-    Connection connection(options);
-    const QString file = fileFor(connection, index, output);
-    connection.run(
-        {.name = u"layout %1"_s.arg(index),
-         .end = TidemarCommand::LayoutGet,
-         .start = [index](VardaSession &session) { session.startLayoutGet(quint8(index)); },
-         .verb = u"Reading"_s,
-         .progress =
-             [&connection] {
-                 showStatus(u"Reading the layout, "_s + bytesText(double(connection.received())));
-             }});
-    const QByteArray blob = connection.session().layoutBlob();
+    Runner runner(options);
+    const QString file = fileFor(runner, index, output);
+    auto *const job = runner.computer().readLayout(quint8(index));
+    const QByteArray blob = runner.resultOf(job, u"Reading layout %1"_s.arg(index), [job] {
+        showStatus(u"Reading the layout, "_s + bytesText(double(job->bytes())));
+    });
     if (blob.isEmpty()) {
         throw Failure{ExitCode::JobFailed, u"there is no layout %1"_s.arg(index),
                       u"\"varda layouts list\" lists what there is."_s};
@@ -111,7 +102,7 @@ void get(const Options &options, int index, const QString &output)
     if (!file.isEmpty())
         writeFile(file, blob);
     if (options.json) {
-        print({{"device"_L1, fieldsOf(connection.device())},
+        print({{"device"_L1, fieldsOf(runner.device())},
                {"index"_L1, index},
                {"size"_L1, blob.size()},
                {"layoutBlob"_L1, QString::fromLatin1(blob.toHex())}});
@@ -124,64 +115,44 @@ void get(const Options &options, int index, const QString &output)
 // What changes layouts
 
 /** Runs a job whose only result is that it was accepted. */
-void change(const Options &options, const Job &job, const QString &done,
-            const Confirmation *confirmation = nullptr, const QString &question = {})
+void change(Runner &runner, VardaJob *job, const QString &status, bool json, const QString &done)
 {
-    if (confirmation)
-        confirmation->require();
-    Connection connection(options, Purpose::Writing);
-    if (confirmation)
-        confirmation->ask(question.arg(connection.computerName()));
-    connection.run(job);
-    if (options.json) {
-        print({{"device"_L1, fieldsOf(connection.device())},
-               {"layoutCommandSuccess"_L1, connection.session().layoutCommandSuccess()}});
-    } else {
-        print(connection.heading() + done + u'\n');
-    }
+    runner.run(job, status);
+    if (json)
+        print({{"device"_L1, fieldsOf(runner.device())}, {"layoutCommandSuccess"_L1, true}});
+    else
+        print(runner.heading() + done + u'\n');
 }
 
 void add(const Options &options, const QString &file)
 {
     const QByteArray blob = readFile(file);
-    change(options,
-           {.name = u"layout"_s,
-            .end = TidemarCommand::LayoutAdd,
-            .start = [&blob](VardaSession &session) { session.startLayoutAdd(blob); },
-            .verb = u"Writing the"_s},
+    Runner runner(options, Purpose::Writing);
+    change(runner, runner.computer().addLayout(blob), u"Writing the layout"_s, options.json,
            u"The layout of %1 bytes is added."_s.arg(blob.size()));
 }
 
 void remove(const Options &options, int index)
 {
-    change(options,
-           {.name = u"layout %1"_s.arg(index),
-            .end = TidemarCommand::LayoutRemove,
-            .start = [index](VardaSession &session) { session.startLayoutRemove(quint8(index)); },
-            .verb = u"Removing"_s},
-           u"Layout %1 is removed."_s.arg(index));
+    Runner runner(options, Purpose::Writing);
+    change(runner, runner.computer().removeLayout(quint8(index)),
+           u"Removing layout %1"_s.arg(index), options.json, u"Layout %1 is removed."_s.arg(index));
 }
 
 void clear(const Options &options, const Confirmation &confirmation)
 {
-    change(options,
-           {.name = u"layouts"_s,
-            .end = TidemarCommand::LayoutRemoveAll,
-            .start = [](VardaSession &session) { session.startLayoutRemoveAll(); },
-            .verb = u"Removing the"_s},
-           u"All layouts are removed."_s, &confirmation, u"Remove all layouts of %1?"_s);
+    confirmation.require();
+    Runner runner(options, Purpose::Writing);
+    confirmation.ask(u"Remove all layouts of %1?"_s.arg(runner.computerName()));
+    change(runner, runner.computer().removeAllLayouts(), u"Removing the layouts"_s, options.json,
+           u"All layouts are removed."_s);
 }
 
 void activate(const Options &options, int mode, int index)
 {
-    change(options,
-           {.name = u"layout %1"_s.arg(index),
-            .end = TidemarCommand::LayoutActiveSet,
-            .start =
-                [mode, index](VardaSession &session) {
-                    session.startLayoutActiveSet(quint8(mode), qint8(index));
-                },
-            .verb = u"Activating"_s},
+    Runner runner(options, Purpose::Writing);
+    change(runner, runner.computer().activateLayout(quint8(mode), qint8(index)),
+           u"Activating layout %1"_s.arg(index), options.json,
            index < 0 ? u"No layout is active in dive mode %1."_s.arg(mode)
                      : u"Layout %1 is active in dive mode %2."_s.arg(index).arg(mode));
 }
@@ -190,14 +161,11 @@ void activate(const Options &options, int mode, int index)
 
 void active(const Options &options)
 {
-    Connection connection(options);
-    connection.run({.name = u"active layouts"_s,
-                    .end = TidemarCommand::LayoutActiveGet,
-                    .start = [](VardaSession &session) { session.startLayoutActiveGet(); }});
-    const auto &layouts = connection.session().activeLayouts();
+    Runner runner(options);
+    const auto layouts = runner.resultOf(runner.computer().readActiveLayouts(),
+                                         u"Reading the active layouts"_s);
     if (options.json) {
-        print(
-            {{"device"_L1, fieldsOf(connection.device())}, {"activeLayouts"_L1, listOf(layouts)}});
+        print({{"device"_L1, fieldsOf(runner.device())}, {"activeLayouts"_L1, listOf(layouts)}});
         return;
     }
     Columns columns({{u"DIVE MODE"_s}, {u"LAYOUT"_s}});

@@ -1,21 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "commandline.h"
 #include "commands.h"
-#include "connection.h"
 #include "records.h"
+#include "run/runner.h"
 #include "terminal.h"
 #include "text.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QStringList linesOf(const QString &log)
-{
-    QStringList lines = log.split(u'\n');
-    lines.removeLast(); // what follows the last line's end
-    return lines;
-}
 
 Fields fieldsOf(const SyslogBinRecord &record)
 {
@@ -26,34 +19,20 @@ Fields fieldsOf(const SyslogBinRecord &record)
             {"text"_L1, convertSyslogRecord(record, true).trimmed()}};
 }
 
-/** @return how much of @p log there was before: the session appends to it */
-template <typename Log>
-qsizetype readLog(Connection &connection, TidemarCommand::TidemarCommandIn command, const Log &log)
+/** Runs what reads a log. */
+template <typename Log> Log read(Runner &runner, VardaReply<Log> *job)
 {
-    qsizetype before = 0;
-    connection.run({.name = u"log"_s,
-                    .end = command,
-                    .start =
-                        [&](VardaSession &session) {
-                            before = log.size();
-                            session.startCommand(command);
-                        },
-                    .progress =
-                        [&connection] {
-                            showStatus(u"Reading the log, "_s
-                                       + bytesText(double(connection.received())));
-                        }});
-    return before;
+    return runner.resultOf(job, u"Reading the log"_s, [job] {
+        showStatus(u"Reading the log, "_s + bytesText(double(job->bytes())));
+    });
 }
 
 void textLog(const Options &options)
 {
-    Connection connection(options);
-    const QString &log = connection.session().syslog();
-    const qsizetype before = readLog(connection, TidemarCommand::Syslog, log);
-    const QStringList lines = linesOf(log.mid(before));
+    Runner runner(options);
+    const QStringList lines = read(runner, runner.computer().readLog());
     if (options.json) {
-        print({{"device"_L1, ::fieldsOf(connection.device())}, {"syslog"_L1, listOf(lines)}});
+        print({{"device"_L1, ::fieldsOf(runner.device())}, {"syslog"_L1, listOf(lines)}});
         return;
     }
     for (const QString &line : lines)
@@ -62,12 +41,10 @@ void textLog(const Options &options)
 
 void binaryLog(const Options &options)
 {
-    Connection connection(options);
-    const auto &log = connection.session().syslogBin();
-    const qsizetype before = readLog(connection, TidemarCommand::SyslogBin, log);
-    const auto records = log.mid(before);
+    Runner runner(options);
+    const auto records = read(runner, runner.computer().readBinaryLog());
     if (options.json) {
-        print({{"device"_L1, ::fieldsOf(connection.device())},
+        print({{"device"_L1, ::fieldsOf(runner.device())},
                {"syslogBin"_L1,
                 listOf(records, [](const SyslogBinRecord &each) { return fieldsOf(each); })}});
         return;

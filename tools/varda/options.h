@@ -19,4 +19,5 @@ struct Options {
     bool json = false;
     bool verbose = false;
     std::optional<std::chrono::seconds> timeout;
+    std::optional<int> retries; ///< the library's if not given
 };

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "commandline.h"
 #include "commands.h"
-#include "connection.h"
 #include "records.h"
+#include "run/runner.h"
 #include "terminal.h"
 #include "text.h"
 
@@ -10,30 +10,27 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void printOwner(const Connection &connection, bool json, const QString &heading)
+void printOwner(const Runner &runner, const QString &owner, bool json, const QString &heading)
 {
-    const QString owner = connection.session().owner();
     if (json)
-        print({{"device"_L1, fieldsOf(connection.device())}, {"owner"_L1, owner}});
+        print({{"device"_L1, fieldsOf(runner.device())}, {"owner"_L1, owner}});
     else
         print(heading + safeText(owner) + u'\n');
 }
 
 void showOwner(const Options &options)
 {
-    Connection connection(options);
-    connection.read(TidemarCommand::Owner, u"owner"_s);
-    printOwner(connection, options.json, {});
+    Runner runner(options);
+    const QString owner = runner.resultOf(runner.computer().readOwner(), u"Reading the owner"_s);
+    printOwner(runner, owner, options.json, {});
 }
 
 void setOwner(const Options &options, const QString &owner)
 {
-    Connection connection(options, Purpose::Writing);
-    connection.run({.name = u"owner"_s,
-                    .end = TidemarCommand::Set_owner,
-                    .start = [&owner](VardaSession &session) { session.setOwner(owner); },
-                    .verb = u"Writing the"_s});
-    printOwner(connection, options.json, connection.heading());
+    Runner runner(options, Purpose::Writing);
+    const QString written = runner.resultOf(runner.computer().writeOwner(owner),
+                                            u"Writing the owner"_s);
+    printOwner(runner, written, options.json, runner.heading());
 }
 
 /** More would not fit in one write on any link. */

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "question.h"
 
-#include "step.h"
+#include "interrupt.h"
 #include "terminal.h"
 
+#include <QtCore/qeventloop.h>
 #include <QtCore/qsocketnotifier.h>
+#include <QtCore/qtimer.h>
 
 #include <unistd.h>
 
@@ -20,16 +22,25 @@ constexpr auto kPatience = 5min;
 QByteArray typedLine()
 {
     QByteArray line;
-    Step step;
+    bool typed = false;
+    QEventLoop loop;
     QSocketNotifier notifier(STDIN_FILENO, QSocketNotifier::Read);
-    QObject::connect(&notifier, &QSocketNotifier::activated, &step, [&] {
+    QObject::connect(&notifier, &QSocketNotifier::activated, &loop, [&] {
         std::array<char, 256> buffer{};
         const auto size = ::read(STDIN_FILENO, buffer.data(), buffer.size());
         line += QByteArray(buffer.data(), qsizetype(size > 0 ? size : 0));
-        if (size <= 0 || line.contains('\n'))
-            step.end();
+        typed = size <= 0 || line.contains('\n');
+        if (typed)
+            loop.quit();
     });
-    return step.wait(kPatience) ? line : QByteArray();
+    QTimer::singleShot(kPatience, &loop, &QEventLoop::quit);
+    if (const Interrupt *interrupt = Interrupt::instance())
+        QObject::connect(interrupt, &Interrupt::came, &loop, &QEventLoop::quit);
+    if (Interrupt::number() == 0)
+        loop.exec();
+    if (Interrupt::number() != 0)
+        throw Interrupt::failure();
+    return typed ? line : QByteArray();
 }
 
 } // namespace

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "commandline.h"
 #include "commands.h"
-#include "connection.h"
 #include "gastable.h"
 #include "records.h"
+#include "run/runner.h"
 #include "sensorvalues.h"
 #include "terminal.h"
 #include "text.h"
@@ -14,28 +14,27 @@ namespace {
 
 // tissues
 
-QString tissuesText(const VardaSession &session)
+QString tissuesText(const VardaTissues &tissues)
 {
     const auto load = [](float value) { return QString::number(double(value), 'f', 4); };
     Columns columns({{u"TISSUE"_s}, {u"N2"_s}, {u"HE"_s}});
-    for (std::size_t i = 0; i < session.diverN2().size(); ++i)
-        columns.add(
-            {QString::number(i + 1), load(session.diverN2()[i]), load(session.diverHe()[i])});
-    return columns.text(outputStyle()) + u"\nCNS  %1\n"_s.arg(Json(session.diverCns()).plain());
+    for (std::size_t i = 0; i < tissues.n2.size(); ++i)
+        columns.add({QString::number(i + 1), load(tissues.n2[i]), load(tissues.he[i])});
+    return columns.text(outputStyle()) + u"\nCNS  %1\n"_s.arg(Json(tissues.cns).plain());
 }
 
 void tissues(const Options &options)
 {
-    Connection connection(options);
-    connection.read(TidemarCommand::Diver, u"tissues"_s);
-    const VardaSession &session = connection.session();
+    Runner runner(options);
+    const VardaTissues tissues = runner.resultOf(runner.computer().readTissues(),
+                                                 u"Reading the tissues"_s);
     if (options.json) {
-        print({{"device"_L1, fieldsOf(connection.device())},
-               {"diverN2"_L1, listOf(session.diverN2())},
-               {"diverHe"_L1, listOf(session.diverHe())},
-               {"diverCns"_L1, session.diverCns()}});
+        print({{"device"_L1, fieldsOf(runner.device())},
+               {"diverN2"_L1, listOf(tissues.n2)},
+               {"diverHe"_L1, listOf(tissues.he)},
+               {"diverCns"_L1, tissues.cns}});
     } else {
-        print(tissuesText(session));
+        print(tissuesText(tissues));
     }
 }
 
@@ -43,31 +42,27 @@ void tissues(const Options &options)
 
 void sensors(const Options &options)
 {
-    Connection connection(options);
-    readSensors(connection);
-    printSensors(connection, options.json);
+    Runner runner(options);
+    const VardaSensors sensors = runner.resultOf(runner.computer().readSensors(),
+                                                 u"Reading the sensors"_s);
+    printSensors(runner.device(), sensors, options.json);
 }
 
 // gases
 
 void gases(const Options &options)
 {
-    Connection connection(options);
-    for (const quint8 table : {quint8(0), quint8(1)}) {
-        connection.run({.name = u"gas table %1"_s.arg(table + 1),
-                        .end = TidemarCommand::GetGases,
-                        .start = [table](VardaSession &session) { session.startGetGases(table); },
-                        .verb = u"Reading"_s});
-    }
-    const BleConfig &config = connection.session().config();
+    Runner runner(options);
+    const VardaGasTables tables = runner.resultOf(runner.computer().readGasTables(),
+                                                  u"Reading the gas tables"_s);
     if (options.json) {
-        print({{"device"_L1, fieldsOf(connection.device())},
-               {"gasTable1"_L1, gasesOf(config.gasTable1)},
-               {"gasTable2"_L1, gasesOf(config.gasTable2)}});
+        print({{"device"_L1, fieldsOf(runner.device())},
+               {"gasTable1"_L1, gasesOf(tables.table1)},
+               {"gasTable2"_L1, gasesOf(tables.table2)}});
     } else {
         const TextStyle style = outputStyle();
-        print(heading(u"Gas table 1"_s, style) + u'\n' + gasesText(config.gasTable1) + u'\n'
-              + heading(u"Gas table 2"_s, style) + u'\n' + gasesText(config.gasTable2));
+        print(heading(u"Gas table 1"_s, style) + u'\n' + gasesText(tables.table1) + u'\n'
+              + heading(u"Gas table 2"_s, style) + u'\n' + gasesText(tables.table2));
     }
 }
 
@@ -107,13 +102,11 @@ QString batteryText(const QList<BatteryInfoRecord> &records)
 
 void battery(const Options &options)
 {
-    Connection connection(options);
-    connection.run({.name = u"battery history"_s,
-                    .end = TidemarCommand::BatteryInformation,
-                    .start = [](VardaSession &session) { session.startGetBatteryInformation(); }});
-    const auto &records = connection.session().batteryInfo();
+    Runner runner(options);
+    const auto records = runner.resultOf(runner.computer().readBatteryHistory(),
+                                         u"Reading the battery history"_s);
     if (options.json) {
-        print({{"device"_L1, fieldsOf(connection.device())},
+        print({{"device"_L1, fieldsOf(runner.device())},
                {"batteryInfo"_L1,
                 listOf(records, [](const BatteryInfoRecord &each) { return fieldsOf(each); })}});
     } else {

@@ -140,3 +140,9 @@ Fields fieldsOf(const Dive &dive)
 {
     return membersOf(dive);
 }
+
+QString modelText(const VardaIdentity &identity)
+{
+    return QString::fromLatin1(
+        QMetaEnum::fromType<ComputerModel::ComputerModelIn>().valueToKey(identity.model));
+}

@@ -10,6 +10,7 @@
 #include <varda/dive.h>
 #include <varda/syslogbinrecord.h>
 #include <varda/tidemardiveheader.h>
+#include <varda/vardaidentity.h>
 
 #include <QtCore/qstring.h>
 
@@ -22,6 +23,9 @@
 [[nodiscard]] Fields fieldsOf(const Dive &dive);
 
 [[nodiscard]] Json gasesOf(const std::array<BleConfig::Gas, 12> &table);
+
+/** Its enumerator's name: "Varda". */
+[[nodiscard]] QString modelText(const VardaIdentity &identity);
 
 /** The text in front of BleComputer::rawBlock. */
 [[nodiscard]] QString textOf(const BleComputer &computer);

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "bluetooth.h"
 #include "commandline.h"
 #include "commands.h"
 #include "records.h"
+#include "run/finding.h"
+#include "run/jobrun.h"
 #include "terminal.h"
 #include "text.h"
 
@@ -34,27 +35,30 @@ void printDevice(const BleDeviceInfo &device)
 
 void scan(const Options &options, bool all)
 {
-    std::vector<Json> list;
+    VardaComputer computer;
     const auto duration = options.timeout.value_or(kScanTime);
+    SearchJob *const search = computer.search(duration, all);
+    JobRun run(search);
     showStatus(u"Scanning"_s);
-    scanFor(duration, [&](const BleDeviceInfo &device) {
-        const bool isComputer = isComputerName(device.name());
-        if (!isComputer && !all)
-            return ScanGoes::On;
-        if (!options.json) {
-            if (list.empty())
-                print(columns().text(outputStyle()));
-            printDevice(device);
-            showStatus(u"Scanning"_s);
-        }
-        Fields fields = fieldsOf(device);
-        fields.emplace_back("computer"_L1, isComputer);
-        list.emplace_back(fields);
-        return ScanGoes::On;
-    });
+    if (!options.json) {
+        QObject::connect(search, &SearchJob::deviceFound, &run, [&](const BleDeviceInfo &device) {
+            run.attempt([&] {
+                if (search->devices().size() == 1)
+                    print(columns().text(outputStyle()));
+                printDevice(device);
+                showStatus(u"Scanning"_s);
+            });
+        });
+    }
+    run.wait();
     if (options.json)
-        print(Fields{{"devices"_L1, list}});
-    if (list.empty()) {
+        print(Fields{{"devices"_L1, listOf(search->devices(), [](const BleDeviceInfo &device) {
+                          Fields fields = fieldsOf(device);
+                          fields.emplace_back("computer"_L1,
+                                              VardaComputer::isComputerName(device.name()));
+                          return fields;
+                      })}});
+    if (search->devices().isEmpty()) {
         throw Failure{ExitCode::NotFound, u"nothing found within %1 s"_s.arg(duration.count()),
                       u"Is the computer switched on, in its Bluetooth mode and near?"_s};
     }

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <varda/bledeviceinfo.h>
+#include <varda/vardasensors.h>
+
 #include <QtCore/qstring.h>
 
-class Connection;
-
-/** Reads all pressures. @throws Failure */
-void readSensors(Connection &connection);
 /** @param heading  above the table; nothing in JSON */
-void printSensors(const Connection &connection, bool json, const QString &heading = {});
+void printSensors(const BleDeviceInfo &device, const VardaSensors &sensors, bool json,
+                  const QString &heading = {});

@@ -3,8 +3,8 @@
 #include "commandline.h"
 #include "commands.h"
 #include "confirmation.h"
-#include "connection.h"
 #include "records.h"
+#include "run/runner.h"
 #include "sensorvalues.h"
 #include "terminal.h"
 
@@ -32,30 +32,23 @@ void setPressure(const Options &options, const Confirmation &confirmation, const
                       u"--force sets it all the same."_s};
     }
     confirmation.require();
-    Connection connection(options, Purpose::Writing);
-    confirmation.ask(u"Set the surface pressure of %1 to %2 mbar?"_s.arg(connection.computerName(),
+    Runner runner(options, Purpose::Writing);
+    confirmation.ask(u"Set the surface pressure of %1 to %2 mbar?"_s.arg(runner.computerName(),
                                                                          QString::number(mbar)));
-    connection.run({.name = u"surface pressure"_s,
-                    .end = TidemarCommand::Set_sensors,
-                    .start = [mbar](VardaSession &session) { session.startSetPressure(mbar); },
-                    .verb = u"Setting the"_s});
-    readSensors(connection);
-    printSensors(connection, options.json, connection.heading());
+    const VardaSensors sensors = runner.resultOf(runner.computer().writeSurfacePressure(mbar),
+                                                 u"Setting the surface pressure"_s);
+    printSensors(runner.device(), sensors, options.json, runner.heading());
 }
 
 void sendSettings(const Options &options, const Confirmation &confirmation,
                   const MarloSettings &settings)
 {
     confirmation.require();
-    Connection connection(options, Purpose::Writing);
-    confirmation.ask(u"Write these settings into %1?"_s.arg(connection.computerName()));
-    connection.run(
-        {.name = u"settings"_s,
-         .end = TidemarCommand::MarloSet,
-         .start = [&settings](VardaSession &session) { session.startMarloSettings(settings); },
-         .verb = u"Writing the"_s});
+    Runner runner(options, Purpose::Writing);
+    confirmation.ask(u"Write these settings into %1?"_s.arg(runner.computerName()));
+    runner.run(runner.computer().writeSettings(settings), u"Writing the settings"_s);
     if (options.json) {
-        print({{"device"_L1, fieldsOf(connection.device())},
+        print({{"device"_L1, fieldsOf(runner.device())},
                {"marloSettings"_L1, Fields{{"byte1"_L1, settings.byte1},
                                            {"byte2"_L1, settings.byte2},
                                            {"float1"_L1, settings.float1},
@@ -65,7 +58,7 @@ void sendSettings(const Options &options, const Confirmation &confirmation,
                                            {"byte5"_L1, settings.byte5},
                                            {"byte6"_L1, settings.byte6}}}});
     } else {
-        print(connection.heading() + u"The computer has accepted the settings.\n"_s);
+        print(runner.heading() + u"The computer has accepted the settings.\n"_s);
     }
 }
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "answercheck.h"
-
 #include <QtTest/qtest.h>
 
 #include <functional>
+
+#include "jobs/answercheck_p.h"
 
 using Finding = AnswerCheck::Finding;
 using Notifications = QList<QByteArray>;
