@@ -27,7 +27,7 @@ std::chrono::milliseconds VardaJobPrivate::totalLimitNow() const
 
 void VardaJobPrivate::setState(VardaJob::State state)
 {
-    if (m_state == state || m_state == VardaJob::Finished)
+    if (m_state == state || isEnding())
         return;
     m_state = state;
     // From the event loop: what slots do must not happen in the middle of a transition.
@@ -75,20 +75,27 @@ void VardaJobPrivate::deliver()
     const QPointer<JobEngine> line(engine);
     if (line)
         line->release(q);
-    if (alive && m_end.isGood())
+    if (alive)
+        report();
+    if (line)
+        line->goOn();
+}
+
+void VardaJobPrivate::report()
+{
+    const QPointer<VardaJob> alive(q);
+    if (m_end.isGood())
         announceProgress(true);
     if (!alive)
         return;
     m_state = VardaJob::Finished;
     if (m_end.isGood())
         value = m_result;
-    Q_EMIT q->stateChanged();
+    Q_EMIT alive->stateChanged();
     if (alive)
-        Q_EMIT q->finished(q);
+        Q_EMIT alive->finished(alive);
     if (alive && autoDelete)
-        q->deleteLater();
-    if (line)
-        line->goOn();
+        alive->deleteLater();
 }
 
 VardaJob::VardaJob() : VardaJob(new VardaJobPrivate) { }

@@ -58,6 +58,7 @@ public:
 private:
     friend class VardaJob;
     void announceProgress(bool always);
+    void report();
 
     VardaJob::State m_state = VardaJob::Waiting;
     bool m_isEnding = false;
