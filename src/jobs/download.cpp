@@ -22,9 +22,6 @@ DownloadWork::DownloadWork(const QList<std::uint16_t> &known) : m_known(known)
 {
     needsIdentity = true;
     isLong = true;
-    wanted = [this](const TidemarDiveHeader &header) {
-        return !m_known.contains(header.diveNumber);
-    };
     m_request = Requests::serialNumber();
 }
 
@@ -62,13 +59,15 @@ void DownloadWork::onHeaders(const VardaSession &session)
     m_stage = Stage::Dives;
     headers = oldestFirst(session.diveHeaders());
     for (const TidemarDiveHeader &header : std::as_const(headers)) {
-        if (wanted(header))
+        if (wanted ? wanted(header) : !m_known.contains(header.diveNumber))
             m_left.append(header);
     }
     m_all = m_left.size();
     if (!m_left.isEmpty())
         m_request = Requests::samples(m_left.constFirst().diveNumber);
     const QPointer<DownloadJob> alive(job);
+    if (!alive)
+        return;
     const QList<TidemarDiveHeader> toRead = m_left;
     VardaJobPrivate::of(*job).setProgress(0, m_all);
     if (alive)
@@ -78,7 +77,8 @@ void DownloadWork::onHeaders(const VardaSession &session)
 void DownloadWork::onDive(const VardaSession &session)
 {
     const TidemarDiveHeader header = m_left.takeFirst();
-    const QList<DiveSample> &samples = session.diveSamples();
+    // A slot may end the session. NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+    const QList<DiveSample> samples = session.diveSamples();
     const Dive dive = TidemarDiveConverter::toDive(header, samples, session);
     ++m_read;
     m_silentDives = 0;

@@ -20,11 +20,11 @@ public:
     void done(VardaSession &session, Exchange &exchange) override;
     bool failed(const JobEnd &end) override;
     void interrupted(const JobEnd &end, const Exchange &exchange) override;
-    bool isHeld() const override { return held && m_stage == Stage::Dives; }
+    bool isHeld() const override { return held && m_stage == Stage::Dives && !m_left.isEmpty(); }
     QVariant result() override { return m_read; }
 
     QPointer<DownloadJob> job;
-    std::function<bool(const TidemarDiveHeader &)> wanted;
+    std::function<bool(const TidemarDiveHeader &)> wanted; ///< none: what is not known
     QList<std::uint16_t> damaged;
     QList<TidemarDiveHeader> headers;
     bool held = false;

@@ -18,6 +18,7 @@ namespace {
 constexpr int kBeforeNumbers = 12;
 constexpr int kUsualMtu = 131;
 constexpr int kSmallestMtu = 23;
+constexpr int kLargestMtu = 515; // no write is longer than 512 bytes, whatever the link's MTU
 
 } // namespace
 
@@ -215,7 +216,7 @@ bool KnownDives::contains(std::uint16_t number) const
 QList<std::uint16_t> KnownDives::newest(int mtu) const
 {
     const int real = m_smallest ? kSmallestMtu : mtu > 0 ? mtu : kUsualMtu;
-    const qsizetype most = std::max(0, (real - kBeforeNumbers) / 2);
+    const qsizetype most = std::max(0, (std::min(real, kLargestMtu) - kBeforeNumbers) / 2);
     return m_sorted.last(std::min(m_sorted.size(), most));
 }
 
