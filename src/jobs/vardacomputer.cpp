@@ -130,21 +130,26 @@ class VardaComputerPrivate
 {
 public:
     explicit VardaComputerPrivate(VardaComputer *computer)
-        : q(computer), engine(new JobEngine(computer)), home(new JobHome)
+        : q(computer), engine(new JobEngine(computer))
     {
     }
     ~VardaComputerPrivate()
     {
         delete engine; // ends the jobs
+        if (!home)
+            return;
+        const auto searches = home->findChildren<SearchJob *>(Qt::FindDirectChildrenOnly);
+        for (SearchJob *search : searches)
+            static_cast<SearchJobPrivate &>(VardaJobPrivate::of(*search))
+                .finish({VardaJob::Cancelled, Reason::ComputerDeleted});
         home->leave();
     }
     Q_DISABLE_COPY_MOVE(VardaComputerPrivate)
 
     template <typename Job> Job *adopt(VardaJobPrivate *d)
     {
-        // The computer may have been moved since it was made.
-        if (home->thread() != q->thread() && home->children().isEmpty())
-            home->moveToThread(q->thread());
+        if (!home) // not before: the computer may have been moved since it was made
+            home = new JobHome;
         Job *const job = create<Job>(d);
         job->setParent(home);
         return job;
@@ -171,7 +176,7 @@ public:
 
     VardaComputer *q;
     JobEngine *engine;
-    JobHome *home;
+    JobHome *home = nullptr;
 };
 
 template <> VardaJob *VardaComputerPrivate::create<VardaJob>(VardaJobPrivate *d);
