@@ -170,6 +170,13 @@ void BluetoothWatch::check(std::function<void(Reason)> answered)
     });
 }
 
+void BluetoothWatch::findOut(std::function<void(Reason)> answered)
+{
+    check([answered = std::move(answered)](Reason reason) {
+        answered(reason == Reason::NoAdapter ? Reason::AdapterRemoved : reason);
+    });
+}
+
 void BluetoothWatch::forget()
 {
     ++m_asked;

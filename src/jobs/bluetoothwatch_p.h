@@ -25,6 +25,8 @@ public:
 
     /** Asks, and reports what is wrong; None if nothing is, or if it cannot be known. */
     void check(std::function<void(VardaJob::Reason)> answered);
+    /** The same after a link or a search has failed: an adapter that is missing now was there. */
+    void findOut(std::function<void(VardaJob::Reason)> answered);
     /** Nobody waits for the answer any more. */
     void forget();
 

@@ -78,6 +78,15 @@ template <typename Function> void ComputerLink::post(Function function)
         Qt::QueuedConnection);
 }
 
+/** What fails may be the first sign of an adapter that was switched off. */
+template <typename Function> void ComputerLink::explain(const JobEnd &end, Function report)
+{
+    m_watch->findOut([this, serial = m_serial, end, report](Reason reason) {
+        if (serial == m_serial)
+            report(reason == Reason::None ? end : JobEnd{VardaJob::NoBluetooth, reason});
+    });
+}
+
 void ComputerLink::setState(State state)
 {
     if (m_state == state)
@@ -137,6 +146,10 @@ void ComputerLink::onBluetoothKnown(Reason reason)
 
 void ComputerLink::search()
 {
+    if (m_wish.device.isValid() && Claims::isOthers(m_wish.device.address(), this)) {
+        post([this] { fail({VardaJob::InUse, Reason::OtherComputer}); });
+        return;
+    }
     m_candidates.clear();
     m_othersSeen = false;
     m_search->start(kSearchTime);
@@ -170,16 +183,17 @@ void ComputerLink::onSearchFailed(DeviceSearch::Failure failure, const QString &
         onBluetoothKnown(failureReason(failure));
         return;
     }
-    fail({VardaJob::NoBluetooth, failureReason(failure), text});
+    explain({VardaJob::NoBluetooth, failureReason(failure), text},
+            [this](const JobEnd &known) { fail(known); });
 }
 
 void ComputerLink::choose()
 {
     stopTrying();
-    if (m_candidates.isEmpty()) {
-        fail(m_othersSeen ? JobEnd{VardaJob::InUse, Reason::OtherComputer}
-                          : JobEnd{VardaJob::NotFound, Reason::Silent,
-                                   QString::number(std::chrono::seconds(kSearchTime).count())});
+    if (m_candidates.isEmpty() && m_othersSeen) {
+        fail({VardaJob::InUse, Reason::OtherComputer});
+    } else if (m_candidates.isEmpty()) {
+        begin(); // who waits for it has a limit
     } else if (m_wish.onlyOne && !m_wish.device.isValid()
                && (m_candidates.size() > 1 || m_othersSeen)) {
         fail({VardaJob::Ambiguous, Reason::ManyInReach});
@@ -191,7 +205,10 @@ void ComputerLink::choose()
 void ComputerLink::connectTo(const BleDeviceInfo &device)
 {
     if (!Claims::claim(device.address(), this)) {
-        fail({VardaJob::InUse, Reason::OtherComputer});
+        if (m_wish.device.isValid())
+            fail({VardaJob::InUse, Reason::OtherComputer});
+        else
+            begin(); // somebody has just taken it, so the next search leaves it out
         return;
     }
     // Nothing of the last computer may be taken for this one's.
@@ -295,18 +312,6 @@ void ComputerLink::onLinkDown()
     explain(lossEnd(), [this](const JobEnd &known) {
         quit();
         Q_EMIT lost(known);
-    });
-}
-
-/** A link that breaks may be the first sign of an adapter that was switched off. */
-template <typename Function> void ComputerLink::explain(const JobEnd &end, Function report)
-{
-    m_watch->check([this, serial = m_serial, end, report](Reason reason) {
-        if (serial != m_serial)
-            return;
-        if (reason == Reason::NoAdapter) // it has just been there
-            reason = Reason::AdapterRemoved;
-        report(reason == Reason::None ? end : JobEnd{VardaJob::NoBluetooth, reason});
     });
 }
 

@@ -22,7 +22,10 @@ void SearchJobPrivate::start()
     QObject::connect(m_search, &DeviceSearch::finished, q, [this] { finish({}); });
     QObject::connect(m_search, &DeviceSearch::failed, q,
                      [this](DeviceSearch::Failure failure, const QString &) {
-                         finish({VardaJob::NoBluetooth, failureReason(failure)});
+                         m_watch->findOut([this, failure](Reason reason) {
+                             finish({VardaJob::NoBluetooth,
+                                     reason == Reason::None ? failureReason(failure) : reason});
+                         });
                      });
     QObject::connect(m_watch, &BluetoothWatch::lost, q,
                      [this](Reason reason) { finish({VardaJob::NoBluetooth, reason}); });
