@@ -77,7 +77,7 @@ void Exchange::start(const Request &request)
     m_check->setUnlimited();
     m_collected = SessionDoor::collectsAnswers(answer);
     m_running = true;
-    m_sent = m_ended = m_acknowledged = m_tooMany = m_isNoisy = false;
+    m_sent = m_ended = m_stopped = m_awaiting = m_acknowledged = m_tooMany = m_isNoisy = false;
     m_refusal.reset();
     m_whenQuiet.reset();
     m_doubt.reset();
@@ -105,8 +105,10 @@ void Exchange::abandon()
 
 void Exchange::stopSteps()
 {
-    if (m_running && m_link->state() == ComputerLink::State::Up)
-        SessionDoor(m_link->session()).stopSteps();
+    if (!m_running || m_link->state() != ComputerLink::State::Up)
+        return;
+    m_stopped = true;
+    SessionDoor(m_link->session()).stopSteps();
 }
 
 void Exchange::onLinkLost(const JobEnd &end)
@@ -114,7 +116,8 @@ void Exchange::onLinkLost(const JobEnd &end)
     m_check.reset();
     if (!m_running)
         return;
-    if (m_request.ending == Request::Ending::LinkDown && end.error == VardaJob::LinkLost)
+    if (m_request.ending == Request::Ending::LinkDown && end.error == VardaJob::LinkLost
+        && end.reason != Reason::WriteFailed)
         finish({});
     else if (m_whenQuiet)
         finish(*m_whenQuiet);
@@ -146,9 +149,15 @@ void Exchange::judge()
     } else if (m_ended && m_check->finding() == AnswerCheck::Finding::Doubtful) {
         m_doubt = m_check->digest();
         finish({VardaJob::Repeated, Reason::OtherSubscriber});
-    } else if (m_ended) {
+    } else if (m_ended || (m_stopped && isStep() && !m_awaiting && m_check->isOver())) {
         finish({});
     }
+}
+
+/** Whether its answer is one of several steps, none of which has to be the last. */
+bool Exchange::isStep() const
+{
+    return !m_check->hasEnd();
 }
 
 std::optional<JobEnd> Exchange::damage() const
@@ -219,11 +228,12 @@ void Exchange::onRefused(ExchangeError::ExchangeErrorIn error)
 
 void Exchange::written(QByteArrayView /*bytes*/)
 {
-    m_sent = true;
+    m_sent = m_awaiting = true;
 }
 
 void Exchange::notified(QByteArrayView bytes)
 {
+    m_awaiting = false;
     if (m_running && m_check) {
         m_bytes += bytes.size();
         m_check->add(bytes.toByteArray());
@@ -246,6 +256,7 @@ void Exchange::frameReceived(quint8 code, QByteArrayView /*frame*/)
 void Exchange::tooManyNotifications()
 {
     m_tooMany = true;
+    judgeLater();
 }
 
 void Exchange::answerProcessed()

@@ -31,6 +31,8 @@ public:
     void onLinkLost(const JobEnd &end);
 
     [[nodiscard]] bool isRunning() const { return m_running; }
+    /** Nothing has come since the session has sent something. */
+    [[nodiscard]] bool isAwaiting() const { return m_awaiting; }
     [[nodiscard]] bool hasSent() const { return m_sent; }
     /** Bytes of the answer, of the last request too. */
     [[nodiscard]] qint64 bytes() const { return m_bytes; }
@@ -53,6 +55,7 @@ private:
     void finishWhenQuiet(const JobEnd &end);
     void onRefused(ExchangeError::ExchangeErrorIn error);
     [[nodiscard]] std::optional<JobEnd> damage() const;
+    [[nodiscard]] bool isStep() const;
     void judgeLater();
 
     void notified(QByteArrayView bytes) override;
@@ -69,6 +72,8 @@ private:
     bool m_running = false;
     bool m_sent = false;
     bool m_ended = false;
+    bool m_stopped = false; ///< nothing more is sent for it
+    bool m_awaiting = false;
     bool m_acknowledged = false;
     bool m_tooMany = false;
     bool m_isNoisy = false;

@@ -91,12 +91,13 @@ void JobEngine::goOn()
     if (m_current || m_phase == Phase::Cancelling || m_phase == Phase::Settling
         || m_phase == Phase::Closing)
         return;
-    if (!m_queue.isEmpty()) {
-        run(m_queue.takeFirst());
+    if (m_phase == Phase::Opening
+        && (m_queue.isEmpty() || !mayShareAttempt(*m_queue.constFirst()))) {
+        closeLink();
         return;
     }
-    if (m_phase == Phase::Opening)
-        closeLink(); // nobody waits for it any more
+    if (!m_queue.isEmpty())
+        run(m_queue.takeFirst());
     else if (m_link->state() == ComputerLink::State::Up && m_linger)
         m_lingering->start(*m_linger);
 }
@@ -108,6 +109,7 @@ void JobEngine::run(VardaJob *job)
     m_tries = 0;
     m_doubt.reset();
     m_cause.reset();
+    m_unclear = false;
     m_connecting = m_silent = m_altogether = 0ms;
     m_sinceTick.start();
     m_tick->start();
@@ -164,12 +166,8 @@ void JobEngine::stop(VardaJob *job, bool atOnce)
     }
     switch (m_phase) {
     case Phase::Asking:
-        current().outcomeUnknown = m_request.writes && m_exchange->hasSent();
-        if (atOnce) {
-            closeLink();
-            endCurrent(cancelled);
-            return;
-        }
+        if (atOnce)
+            break;
         setPhase(Phase::Cancelling);
         m_exchange->stopSteps();
         m_settling->start(kSettleTime);
@@ -178,7 +176,6 @@ void JobEngine::stop(VardaJob *job, bool atOnce)
     case Phase::Cancelling:
         if (!atOnce)
             return;
-        closeLink();
         break;
     case Phase::Held:
         setPhase(Phase::Free);
@@ -186,30 +183,33 @@ void JobEngine::stop(VardaJob *job, bool atOnce)
     case Phase::Closing:
         m_afterClosing.reset();
         break;
-    case Phase::Opening:
-        leaveConnecting();
-        break;
+    case Phase::Opening: // goes on for the next job
     case Phase::Free:
     case Phase::Settling:
         break;
     }
+    if (atOnce && m_link->state() == ComputerLink::State::Up)
+        closeLink();
     endCurrent(cancelled);
 }
 
-/** The attempt goes on for the next job, if that may have any computer that this one may. */
-void JobEngine::leaveConnecting()
+/** Whether an attempt that was begun for another job finds the computer that this one may have. */
+bool JobEngine::mayShareAttempt(VardaJob &job) const
 {
-    const bool next = !m_queue.isEmpty()
-                      && (m_device.isValid()
-                          || VardaJobPrivate::of(*m_queue.constFirst()).work->writes
-                                 == current().work->writes);
-    if (!next)
-        closeLink();
+    return m_device.isValid() || VardaJobPrivate::of(job).work->writes == m_opensForWriter;
+}
+
+/** Whether the job that runs has sent something whose outcome it does not know. */
+bool JobEngine::isUnclear() const
+{
+    const bool underWay = m_phase == Phase::Asking || m_phase == Phase::Cancelling;
+    return m_unclear || (underWay && m_request.writes && m_exchange->hasSent());
 }
 
 void JobEngine::endCurrent(const JobEnd &end, const QVariant &value)
 {
     current().computerName = computerName();
+    current().outcomeUnknown = !end.isGood() && isUnclear();
     current().end(end, value);
 }
 
@@ -226,8 +226,6 @@ void JobEngine::endAll(const JobEnd &end)
 
 void JobEngine::disconnectLink(VardaJob *job, Reason reason)
 {
-    if (m_phase == Phase::Asking && m_current)
-        current().outcomeUnknown = m_request.writes && m_exchange->hasSent();
     endAll({VardaJob::Cancelled, reason});
     if (job)
         m_closers.append(job);
@@ -312,6 +310,7 @@ void JobEngine::ask(const Request &request)
 {
     m_request = request;
     m_silent = 0ms;
+    m_hadGap = false;
     m_lossExpected = false;
     current().bytes = 0;
     setPhase(Phase::Asking);
@@ -323,14 +322,15 @@ void JobEngine::ask(const Request &request)
 
 void JobEngine::onExchangeEnded(const JobEnd &end)
 {
-    if (m_phase == Phase::Settling) {
-        settled();
-        return;
-    }
-    if (m_phase == Phase::Cancelling) {
-        m_settling->stop();
-        setPhase(Phase::Free);
-        endCurrent({VardaJob::Cancelled, Reason::ByCaller});
+    if (m_phase == Phase::Settling || m_phase == Phase::Cancelling) {
+        if (m_phase == Phase::Cancelling)
+            endCurrent({VardaJob::Cancelled, Reason::ByCaller});
+        if (m_request.end == TidemarCommand::End_program)
+            m_identified = m_bootloaderKnown = false;
+        if (m_exchange->isNoisy())
+            closeLink();
+        else
+            settled();
         return;
     }
     if (m_phase != Phase::Asking)
@@ -361,15 +361,17 @@ void JobEngine::onAnswered()
     m_tries = 0;
     m_doubt.reset();
     m_cause.reset();
-    if (m_ownRequest) {
+    if (m_request.end == TidemarCommand::Identification)
         m_identified = true;
+    if (m_ownRequest) {
         if (m_request.end == TidemarCommand::BootloaderVersion)
             m_bootloaderKnown = true;
         advance();
         return;
     }
+    m_unclear = false;
     if (m_request.ending == Request::Ending::AnyFrame)
-        m_lossExpected = true; // where nothing answered, the session drops the link
+        m_lossExpected = !m_exchange->acknowledged(); // then the session drops the link
     const QPointer<JobEngine> alive(this);
     current().work->done(m_link->session(), *m_exchange);
     if (!alive || !isRunning(job))
@@ -377,8 +379,10 @@ void JobEngine::onAnswered()
     if (current().work->endsLink && m_link->state() == ComputerLink::State::Up) {
         m_identified = m_bootloaderKnown = false;
         m_lossExpected = true;
-        setPhase(Phase::Settling);
-        m_settling->start(kCloseTime);
+        if (m_exchange->isAwaiting()) {
+            setPhase(Phase::Settling);
+            m_settling->start(kCloseTime);
+        }
         endCurrent({}, current().work->result());
         return;
     }
@@ -402,6 +406,9 @@ bool JobEngine::mayAskAgain(const JobEnd &end) const
 void JobEngine::onNotAnswered(const JobEnd &end)
 {
     VardaJob *const job = m_current;
+    const bool notTaken = end.error == VardaJob::Refused || end.error == VardaJob::Rejected;
+    if (m_request.writes && m_exchange->hasSent())
+        m_unclear = !notTaken;
     const bool down = m_link->state() != ComputerLink::State::Up;
     if (down) {
         m_cause = end;
@@ -418,8 +425,6 @@ void JobEngine::onNotAnswered(const JobEnd &end)
     }
     m_tries = 0;
     m_doubt.reset();
-    const bool notTaken = end.error == VardaJob::Refused || end.error == VardaJob::Rejected;
-    const bool unknown = m_request.writes && m_exchange->hasSent() && !notTaken;
     const QPointer<JobEngine> alive(this);
     // A service that has gone may come back before the next request.
     const bool mayComeBack = end.reason == Reason::ServiceGone && current().retries > 0;
@@ -431,7 +436,6 @@ void JobEngine::onNotAnswered(const JobEnd &end)
         advance();
         return;
     }
-    current().outcomeUnknown = unknown;
     endCurrent(end);
 }
 
@@ -453,6 +457,7 @@ void JobEngine::settled()
 void JobEngine::onAlive()
 {
     m_silent = 0ms;
+    m_hadGap = false;
     if (m_phase == Phase::Settling && m_lossExpected && !m_exchange->isRunning()) {
         QMetaObject::invokeMethod(
             this,
@@ -478,8 +483,9 @@ void JobEngine::openLink()
     current().setState(again ? VardaJob::Recovering : VardaJob::Connecting);
     if (!isRunning(job) || m_phase != Phase::Opening)
         return;
+    m_opensForWriter = current().work->writes;
     m_link->open({.device = m_device,
-                  .onlyOne = current().work->writes,
+                  .onlyOne = m_opensForWriter,
                   .retries = current().retries,
                   .restores = again,
                   .serviceMayComeBack = again && m_cause->reason == Reason::ServiceGone});
@@ -511,9 +517,11 @@ void JobEngine::onLinkFailed(const JobEnd &end)
     setPhase(Phase::Free);
     if (m_current && !current().isEnding()) {
         JobEnd own = end;
-        if (m_cause && m_cause->error == VardaJob::TimedOut)
+        if (end.error == VardaJob::NoBluetooth)
+            own = end;
+        else if (m_cause && m_cause->error == VardaJob::TimedOut)
             own = *m_cause;
-        else if (m_cause && end.error != VardaJob::NoBluetooth)
+        else if (m_cause)
             own = {VardaJob::LinkLost,
                    end.reason == Reason::Silent ? Reason::LinkFailed : end.reason, end.detail};
         // Others that wait may well have the first computer found.
@@ -521,7 +529,6 @@ void JobEngine::onLinkFailed(const JobEnd &end)
             endCurrent(own);
             return;
         }
-        current().outcomeUnknown = m_cause && m_request.writes && m_exchange->hasSent();
         endCurrent(own);
     }
     const QList<VardaJob *> waiting = std::exchange(m_queue, {});
@@ -542,15 +549,17 @@ void JobEngine::onLinkLost(const JobEnd &end)
         m_exchange->abandon();
         m_settling->stop();
         const bool cancelling = m_phase == Phase::Cancelling;
-        setPhase(Phase::Free);
         if (cancelling)
             endCurrent({VardaJob::Cancelled, Reason::ByCaller});
-        else
+        setPhase(Phase::Free);
+        if (!cancelling)
             QMetaObject::invokeMethod(this, &JobEngine::goOn, Qt::QueuedConnection);
     } else {
         // After a gap in time all time-outs are over at once; the link itself may have been sound.
         const bool slept = m_hadGap && end.error == VardaJob::TimedOut;
         m_exchange->onLinkLost(slept ? JobEnd{VardaJob::LinkLost, Reason::LinkFailed} : end);
+        if (m_phase == Phase::Held)
+            m_cause = end; // to be restored when it goes on
     }
     if (!asked)
         Q_EMIT linkLost();
@@ -562,6 +571,7 @@ void JobEngine::closeLink()
 {
     m_lingering->stop();
     m_settling->stop();
+    m_unclear = isUnclear();
     m_exchange->abandon();
     setPhase(Phase::Closing);
     m_link->close();
@@ -593,9 +603,11 @@ void JobEngine::onTick()
 {
     const std::chrono::milliseconds elapsed(m_sinceTick.elapsed());
     m_sinceTick.start();
-    m_hadGap = elapsed > kGap;
-    const auto tick = m_hadGap ? kTick : elapsed;
-    if (!m_current || current().isEnding() || m_phase == Phase::Held)
+    const bool gap = elapsed > kGap;
+    m_hadGap = m_hadGap || gap;
+    const auto tick = gap ? kTick : elapsed;
+    const bool hasLimit = m_phase != Phase::Held && m_phase != Phase::Cancelling;
+    if (!m_current || current().isEnding() || !hasLimit)
         return;
     m_altogether += tick;
     if (m_phase == Phase::Opening)
@@ -610,7 +622,6 @@ void JobEngine::onLimit()
     VardaJobPrivate &job = current();
     const auto total = job.totalLimitNow();
     if (total > 0ms && m_altogether >= total) {
-        job.outcomeUnknown = m_phase == Phase::Asking && m_request.writes && m_exchange->hasSent();
         closeLink();
         endCurrent({VardaJob::TimedOut, Reason::TotalLimit});
     } else if (m_phase == Phase::Opening && m_connecting >= job.connectLimit) {

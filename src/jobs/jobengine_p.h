@@ -87,7 +87,6 @@ private:
     void ask(const Request &request);
     void endCurrent(const JobEnd &end, const QVariant &value = {});
     void endAll(const JobEnd &end);
-    void leaveConnecting();
     void settle();
     void settled();
 
@@ -105,6 +104,8 @@ private:
     [[nodiscard]] VardaJobPrivate &current() const { return VardaJobPrivate::of(*m_current); }
     [[nodiscard]] bool isRunning(const VardaJob *job) const;
     [[nodiscard]] bool mayAskAgain(const JobEnd &end) const;
+    [[nodiscard]] bool mayShareAttempt(VardaJob &job) const;
+    [[nodiscard]] bool isUnclear() const;
 
     ComputerLink *m_link;
     Exchange *m_exchange;
@@ -120,8 +121,10 @@ private:
     bool m_identified = false;
     bool m_bootloaderKnown = false;
     bool m_lossExpected = false;
-    Request m_request;         ///< the one under way
-    bool m_ownRequest = false; ///< not the job's: an identification
+    bool m_opensForWriter = false; ///< the attempt under way makes sure that there is only one
+    bool m_unclear = false;        ///< what it has written may have been carried out
+    Request m_request;             ///< the one under way
+    bool m_ownRequest = false;     ///< not the job's: an identification
     int m_tries = 0;
     std::optional<quint64> m_doubt;
     std::optional<JobEnd> m_cause;        ///< what the link is restored after
