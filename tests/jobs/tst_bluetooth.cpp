@@ -1,0 +1,190 @@
+// SPDX-License-Identifier: MIT
+#include <QtCore/qtimer.h>
+#include <QtDBus/qdbusconnection.h>
+#include <QtDBus/qdbusmessage.h>
+#include <QtTest/qsignalspy.h>
+
+#include <memory>
+
+#include <varda/vardacomputer.h>
+
+#include "jobspy.h"
+#include "linktest.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using Reason = VardaJob::Reason;
+
+namespace {
+
+void steer(const QString &method, const QVariantList &arguments = {})
+{
+    auto message = QDBusMessage::createMethodCall(
+        u"org.varda.Simulator"_s, u"/org/varda/Simulator"_s, u"org.varda.Simulator1"_s, method);
+    message.setArguments(arguments);
+    // Not awaited: what is frozen does not answer.
+    QDBusConnection::systemBus().send(message);
+}
+
+} // namespace
+
+/** What the system's Bluetooth does to jobs. */
+class TestBluetooth : public LinkTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_computer = std::make_unique<VardaComputer>(); }
+    void missing_data();
+    void missing();
+    void lost_data();
+    void lost();
+    void lostWhileSearching_data();
+    void lostWhileSearching();
+    void restartedInADownload();
+    void frozen();
+    void frozenInADownload();
+
+private:
+    std::unique_ptr<VardaComputer> m_computer;
+};
+
+void TestBluetooth::missing_data()
+{
+    QTest::addColumn<QByteArray>("world");
+    QTest::addColumn<VardaJob::Reason>("reason");
+    QTest::newRow("no adapter") << QByteArray(R"("adapter":{"present":false})")
+                                << Reason::NoAdapter;
+    QTest::newRow("off") << QByteArray(R"("adapter":{"powered":false})") << Reason::AdapterOff;
+    QTest::newRow("no service") << QByteArray(R"("recordTraffic":true)") << Reason::ServiceGone;
+}
+
+void TestBluetooth::missing()
+{
+    QFETCH(const QByteArray, world);
+    QFETCH(const VardaJob::Reason, reason);
+    LOAD(Simulator::loadScenario("{" + world + R"(,"devices":[{}]})"));
+    if (reason == Reason::ServiceGone)
+        steer(u"EndDaemon"_s);
+    Simulator::settle();
+    JobSpy reading(m_computer->readOwner());
+    JobSpy second(m_computer->readClock());
+    JobSpy search(m_computer->search());
+    QVERIFY(reading.wait(10'000));
+    QCOMPARE(reading.error, VardaJob::NoBluetooth);
+    QCOMPARE(reading.reason, reason);
+    QVERIFY(second.wait(2000));
+    QCOMPARE(second.reason, reason);
+    QVERIFY(search.wait(10'000));
+    QCOMPARE(search.error, VardaJob::NoBluetooth);
+    QCOMPARE(search.reason, reason);
+    if (reason == Reason::ServiceGone)
+        steer(u"StartDaemon"_s);
+}
+
+void TestBluetooth::lost_data()
+{
+    QTest::addColumn<VardaJob::Reason>("reason");
+    QTest::newRow("off") << Reason::AdapterOff;
+    QTest::newRow("removed") << Reason::AdapterRemoved;
+    QTest::newRow("service gone") << Reason::ServiceGone;
+}
+
+void TestBluetooth::lost()
+{
+    QFETCH(const VardaJob::Reason, reason);
+    LOAD(Simulator::loadKnown(
+        R"("owner":"Ada","faults":[{"step":"answer","command":"Time","kind":"silent"}])"));
+    auto *const job = m_computer->readClock();
+    job->setRetries(0);
+    JobSpy spy(job);
+    QTRY_COMPARE(job->state(), VardaJob::Running);
+    QSignalSpy lost(m_computer.get(), &VardaComputer::linkLost);
+    if (reason == Reason::AdapterOff)
+        Simulator::setPowered(false);
+    else if (reason == Reason::AdapterRemoved)
+        Simulator::removeAdapter();
+    else
+        steer(u"EndDaemon"_s);
+    QVERIFY(spy.wait(3000)); // at once, not at a limit
+    QCOMPARE(spy.error, VardaJob::NoBluetooth);
+    QCOMPARE(spy.reason, reason);
+    QCOMPARE(lost.size(), 1);
+    QVERIFY(!spy.outcomeUnknown);
+
+    LOAD(Simulator::loadKnown(R"("owner":"Ada")"));
+    JobSpy next(m_computer->readOwner());
+    ENDS_WELL(next);
+}
+
+void TestBluetooth::lostWhileSearching_data()
+{
+    lost_data();
+}
+
+void TestBluetooth::lostWhileSearching()
+{
+    QFETCH(const VardaJob::Reason, reason);
+    LOAD(Simulator::loadDevice(R"("advertise":[])"));
+    auto *const job = m_computer->readClock();
+    JobSpy spy(job);
+    JobSpy search(m_computer->search());
+    QTRY_COMPARE(Simulator::count(u"StartDiscovery"_s), 1);
+    if (reason == Reason::AdapterOff)
+        Simulator::setPowered(false);
+    else if (reason == Reason::AdapterRemoved)
+        Simulator::removeAdapter();
+    else
+        steer(u"EndDaemon"_s);
+    QVERIFY(spy.wait(5000));
+    QCOMPARE(spy.error, VardaJob::NoBluetooth);
+    QCOMPARE(spy.reason, reason);
+    QVERIFY(search.wait(5000));
+    QCOMPARE(search.reason, reason);
+    steer(u"StartDaemon"_s);
+}
+
+void TestBluetooth::restartedInADownload()
+{
+    LOAD(Simulator::loadKnown(R"("dives":{"count":4,"samples":20})"));
+    auto *const job = m_computer->downloadDives();
+    QList<int> numbers;
+    connect(job, &DownloadJob::diveRead, this,
+            [&](const Dive &, const TidemarDiveHeader &header, const QList<DiveSample> &) {
+                numbers << header.diveNumber;
+                if (numbers.size() != 2)
+                    return;
+                steer(u"EndDaemon"_s);
+                QTimer::singleShot(1500ms, this, [] { steer(u"StartDaemon"_s); });
+            });
+    JobSpy spy(job);
+    ENDS_WELL(spy);
+    QCOMPARE(numbers, (QList<int>{1, 2, 3, 4}));
+}
+
+void TestBluetooth::frozen()
+{
+    LOAD(Simulator::loadKnown(R"("owner":"Ada")"));
+    steer(u"Freeze"_s, {7000U});
+    JobSpy spy(m_computer->readOwner());
+    QVERIFY(spy.wait(20'000));
+    QCOMPARE(spy.error, VardaJob::NoBluetooth);
+    QCOMPARE(spy.reason, Reason::ServiceFrozen);
+}
+
+void TestBluetooth::frozenInADownload()
+{
+    LOAD(Simulator::loadKnown(R"("dives":{"count":4,"samples":20})"));
+    auto *const job = m_computer->downloadDives();
+    connect(
+        job, &DownloadJob::diveRead, job, [] { steer(u"Freeze"_s, {22'000U}); },
+        Qt::SingleShotConnection);
+    job->setIdleLimit(2s);
+    JobSpy spy(job);
+    QVERIFY(spy.wait(40'000));
+    QCOMPARE(spy.error, VardaJob::NoBluetooth);
+    QCOMPARE(spy.reason, Reason::ServiceFrozen);
+}
+
+QTEST_MAIN(TestBluetooth)
+#include "tst_bluetooth.moc"
