@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <QtCore/qeventloop.h>
 #include <QtCore/qregularexpression.h>
 #include <QtCore/qthread.h>
 
@@ -7,6 +8,8 @@
 #include <varda/bledevice.h>
 #include <varda/blescanner.h>
 #include <varda/vardableprotocol.h>
+#include <varda/vardacomputer.h>
+#include <varda/vardasession.h>
 
 #include "linktest.h"
 
@@ -38,6 +41,8 @@ class TestOtherThread : public LinkTest
 private Q_SLOTS:
     void children();
     void watchdog();
+    void session();
+    void jobs();
 };
 
 void TestOtherThread::children()
@@ -78,6 +83,43 @@ void TestOtherThread::watchdog()
             u"error Notifications activation timed out — peripheral not responding"_s);
     });
     QVERIFY(failed);
+}
+
+/** Searching, connecting and a request, with all their waits. */
+void TestOtherThread::session()
+{
+    QTest::failOnWarning(QRegularExpression(u"from another thread|different thread"_s));
+    LOAD(Simulator::loadDevice(R"("owner": "Ada")"));
+    auto *const session = new VardaSession;
+    QString owner;
+    inAnotherThread({session}, [&] {
+        QEventLoop loop;
+        connect(session, &VardaSession::connectControllerStatus, &loop,
+                [session] { session->startCommand(TidemarCommand::Owner); });
+        connect(session, &VardaSession::endCommand, &loop, &QEventLoop::quit);
+        session->autoConnect();
+        loop.exec();
+        owner = session->owner();
+    });
+    QCOMPARE(owner, u"Ada"_s);
+}
+
+void TestOtherThread::jobs()
+{
+    QTest::failOnWarning(QRegularExpression(u"from another thread|different thread"_s));
+    LOAD(Simulator::loadDevice(R"("owner": "Ada")"));
+    auto *const computer = new VardaComputer;
+    QString owner;
+    inAnotherThread({computer}, [&] {
+        QEventLoop loop;
+        auto *const job = computer->readOwner();
+        connect(job, &VardaJob::finished, &loop, [&] {
+            owner = job->result();
+            loop.quit();
+        });
+        loop.exec();
+    });
+    QCOMPARE(owner, u"Ada"_s);
 }
 
 QTEST_GUILESS_MAIN(TestOtherThread)
