@@ -110,11 +110,11 @@ constexpr std::array kLines = {
 
     Line{Reason::ByCaller, QT_TRANSLATE_NOOP("VardaJob", "%1: cancelled"), ""},
     Line{Reason::ByDisconnect,
-         QT_TRANSLATE_NOOP("VardaJob", "%1: cancelled, since the computer was let go"), ""},
+         QT_TRANSLATE_NOOP("VardaJob", "%1: cancelled, because the computer was disconnected"), ""},
     Line{Reason::ByOtherDevice,
-         QT_TRANSLATE_NOOP("VardaJob", "%1: cancelled, since another computer was chosen"), ""},
+         QT_TRANSLATE_NOOP("VardaJob", "%1: cancelled, because another computer was chosen"), ""},
     Line{Reason::ComputerDeleted,
-         QT_TRANSLATE_NOOP("VardaJob", "%1: cancelled, since nobody needs it any more"), ""},
+         QT_TRANSLATE_NOOP("VardaJob", "%1: cancelled, because nobody needs it any more"), ""},
 
     Line{Reason::Silent, QT_TRANSLATE_NOOP("VardaJob", "no computer found within %3 s"),
          QT_TRANSLATE_NOOP("VardaJob", "Is it switched on, in its Bluetooth mode and near?")},
@@ -125,8 +125,9 @@ constexpr std::array kLines = {
          QT_TRANSLATE_NOOP("VardaJob", "%1: more than one computer is in reach"),
          QT_TRANSLATE_NOOP("VardaJob", "Choose one.")},
     Line{Reason::OtherComputer,
-         QT_TRANSLATE_NOOP("VardaJob", "%1: this program is connected to the computer already"),
-         QT_TRANSLATE_NOOP("VardaJob", "Let it go there first.")},
+         QT_TRANSLATE_NOOP("VardaJob",
+                           "%1: another part of this program is connected to the computer"),
+         QT_TRANSLATE_NOOP("VardaJob", "Disconnect it there first.")},
 };
 
 const Line *lineOf(Reason reason)
