@@ -157,7 +157,7 @@ void Exchange::judge()
 /** Whether its answer is one of several steps, none of which has to be the last. */
 bool Exchange::isStep() const
 {
-    return !m_check->hasEnd();
+    return m_check && !m_check->hasEnd();
 }
 
 std::optional<JobEnd> Exchange::damage() const

@@ -27,12 +27,12 @@ def refusing(command, kind):
 # A scenario, then each run: arguments, exit status, the last lines of what is printed.
 CASES = {
     "shortest": (device(owner="Ada"), [([], 0, ["Ada"])]),
-    "nobody-in-reach": ({"devices": []}, [([], 6, ["no computer found within 30 s"])]),
+    "nobody-in-reach": ({"devices": []}, [([], 6, ["no computer found within 60 s"])]),
     "adapter-off": (
         {"adapter": {"powered": False}, "devices": []}, [([], 11, ["Bluetooth is switched off"])],
     ),
     "no-adapter": (
-        {"adapter": {"present": False}, "devices": []}, [([], 11, ["there is no Bluetooth adapter"])],
+        {"adapter": {"present": False}, "devices": []}, [([], 11, ["no Bluetooth adapter found"])],
     ),
     "refused": (
         device(faults=[{"step": "connect", "kind": "refuse"}]),
@@ -61,7 +61,7 @@ CASES = {
     "firmware-update": (device(), [([str(IMAGE)], 0, ["1000 of 1000 bytes"])]),
     "firmware-update-refused": (
         refusing("BeginUpdate", "refuse"),
-        [([str(IMAGE)], 2, ["upload: the computer refused it at the beginning", ""])],
+        [([str(IMAGE)], 2, ["firmware: the computer refused it at the beginning", ""])],
     ),
 }
 

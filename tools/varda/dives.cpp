@@ -170,6 +170,8 @@ public:
     void begin(const Fields &head) { m_document.emplace(head, "dives"_L1); }
     void add(const Dive &dive)
     {
+        if (!m_document)
+            return;
         m_document->add(fieldsOf(dive));
         flushOutput();
     }

@@ -20,5 +20,6 @@ struct Failure {
     ExitCode code = ExitCode::JobFailed;
     QString what;   ///< what happened, one line without a full stop; empty: it is not said
     QString advice; ///< what to do about it, if there is something
-    QStringList choices = {}; ///< lines below it
+    // GCC wants it where a list of initializers leaves the member out
+    QStringList choices = {}; ///< below it. NOLINT(readability-redundant-member-init)
 };
