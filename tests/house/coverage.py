@@ -12,10 +12,10 @@ from collections import Counter
 # In percent of lines and of branches. The transport waits for what a platform does, and parts of
 # it for what this platform does not.
 LEAST = {
-    "src/protocol": (100, 95),
+    "src/protocol": (98, 93),
     "src/decoding": (100, 95),
-    "src/conversion": (100, 95),
-    "src/session": (100, 95),
+    "src/conversion": (98, 93),
+    "src/session": (98, 93),
 }
 
 

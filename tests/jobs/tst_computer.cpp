@@ -18,6 +18,8 @@ private Q_SLOTS:
     void owner();
     void identity();
     void download();
+    void readings();
+    void writings();
 
 private:
     std::unique_ptr<VardaComputer> m_computer;
@@ -66,6 +68,50 @@ void TestComputer::download()
     JobSpy gone(m_computer->disconnectFromComputer());
     ENDS_WELL(gone);
     QCOMPARE(m_computer->state(), VardaComputer::Unconnected);
+}
+
+/** Each of the others that read, one after the other over one link. */
+void TestComputer::readings()
+{
+    LOAD(Simulator::loadDevice(R"("owner": "Ada")"));
+    QList<JobSpy *> spies;
+    for (VardaJob *const job : QList<VardaJob *>{
+             m_computer->readConfiguration(), m_computer->readGasTables(),
+             m_computer->readSensors(), m_computer->readTissues(), m_computer->readBinaryLog(),
+             m_computer->readBatteryHistory(), m_computer->readLogbook({1}),
+             m_computer->readSamples(1), m_computer->readLayouts(), m_computer->readLayout(0),
+             m_computer->readActiveLayouts(), m_computer->readClock()})
+        spies.append(new JobSpy(job));
+    for (JobSpy *const spy : std::as_const(spies)) {
+        ENDS_WELL(*spy);
+        QVERIFY(spy->value.isValid());
+    }
+    QCOMPARE(spies[2]->value.value<VardaSensors>().psurf, 1013U);
+    QCOMPARE(spies[5]->value.value<QList<BatteryInfoRecord>>().size(), 5);
+    QCOMPARE(spies[6]->value.value<QList<TidemarDiveHeader>>().size(), 11);
+    QVERIFY(!spies[7]->value.value<QList<DiveSample>>().isEmpty());
+    qDeleteAll(spies);
+}
+
+/** Each that writes; afterwards the computer has it. */
+void TestComputer::writings()
+{
+    LOAD(Simulator::loadDevice(""));
+    QList<JobSpy *> spies;
+    for (VardaJob *const job : QList<VardaJob *>{
+             m_computer->writeOwner(u"Grace"_s), m_computer->setClock(),
+             m_computer->writeSurfacePressure(987), m_computer->writeSettings({}),
+             m_computer->setSuperUserMode(true), m_computer->addLayout(QByteArray(300, 'x')),
+             m_computer->activateLayout(1, 2), m_computer->removeLayout(2),
+             m_computer->removeAllLayouts(), m_computer->deleteLastDive(), m_computer->eraseDives(),
+             m_computer->readOwner()})
+        spies.append(new JobSpy(job));
+    for (JobSpy *const spy : std::as_const(spies)) {
+        ENDS_WELL(*spy);
+    }
+    QCOMPARE(spies[2]->value.value<VardaSensors>().psurf, 987U);
+    QCOMPARE(spies.constLast()->value.toString(), u"Grace"_s);
+    qDeleteAll(spies);
 }
 
 QTEST_MAIN(TestComputer)
