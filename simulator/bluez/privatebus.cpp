@@ -81,11 +81,12 @@ bool PrivateBus::makeFolder(QString *error)
         if (QDir::isAbsolutePath(shorter))
             parents.append(shorter);
     }
+    // NOLINTNEXTLINE(readability-use-anyofallof): what it makes stays
     for (const QString &parent : parents) {
         const QString name = parent + u"/varda-simulator-XXXXXX"_s;
         if (QFile::encodeName(name + u"/bus"_s).size() > kLongestSocketPath)
             continue;
-        m_folder.emplace(name);
+        m_folder = std::make_unique<QTemporaryDir>(name);
         if (m_folder->isValid())
             return true;
         *error = u"cannot make a folder in %1: %2"_s.arg(parent, m_folder->errorString());

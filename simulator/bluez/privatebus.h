@@ -5,7 +5,7 @@
 #include <QtCore/qprocess.h>
 #include <QtCore/qtemporarydir.h>
 
-#include <optional>
+#include <memory>
 
 namespace simulator {
 
@@ -28,7 +28,7 @@ private:
     bool makeFolder(QString *error);
     bool writeConfiguration(QString *error) const;
 
-    std::optional<QTemporaryDir> m_folder;
+    std::unique_ptr<QTemporaryDir> m_folder;
     QProcess m_daemon;
 };
 

@@ -13,11 +13,8 @@ bool isUnseen(char32_t character)
 {
     // Hangul's fillers and the Braille pattern without dots are letters and symbols by their
     // category.
-    for (const char32_t each : {U'\u115F', U'\u1160', U'\u3164', U'\uFFA0', U'\u2800'}) {
-        if (character == each)
-            return true;
-    }
-    return false;
+    return character == U'\u115F' || character == U'\u1160' || character == U'\u3164'
+           || character == U'\uFFA0' || character == U'\u2800';
 }
 
 bool isMark(QChar::Category category)
