@@ -71,10 +71,10 @@ template <typename Ask> Job job(const char *name, Ask ask)
     job.before.clear();
     job.computer.ask = [ask](VardaComputer &computer, const Shared &shared) -> VardaJob * {
         auto *const asked = ask(computer);
-        QObject::connect(asked, &VardaJob::finished, asked, [asked, shared] {
-            if constexpr (requires { asked->result(); })
-                report(asked->result(), *shared);
-        });
+        if constexpr (requires { asked->result(); }) {
+            QObject::connect(asked, &VardaJob::finished, asked,
+                             [asked, shared] { report(asked->result(), *shared); });
+        }
         return asked;
     };
     return job;

@@ -19,7 +19,7 @@ namespace {
 class Task
 {
 public:
-    struct promise_type {
+    struct promise_type { // NOLINT(readability-identifier-naming) the language asks for this name
         Task get_return_object()
         {
             return Task(std::coroutine_handle<promise_type>::from_promise(*this));

@@ -116,8 +116,8 @@ template <typename Record, std::size_t... I> constexpr bool takes(std::index_seq
 
 /** Whether an aggregate has exactly so many members and bases. */
 template <typename Record, std::size_t count>
-constexpr bool hasMembers = takes<Record>(std::make_index_sequence<count>())
-                            && !takes<Record>(std::make_index_sequence<count + 1>());
+constexpr bool kHasMembers = takes<Record>(std::make_index_sequence<count>())
+                             && !takes<Record>(std::make_index_sequence<count + 1>());
 
 /** Each name is that of a field of its own, and there is no other. */
 template <typename Record> void check(const char *names)
@@ -137,9 +137,9 @@ template <typename Record> void check(const char *names)
 
 void TestRecordFields::bleConfig()
 {
-    static_assert(hasMembers<BleConfig::Gas, 2>);
-    static_assert(hasMembers<BleConfig::Triple, 3>);
-    static_assert(hasMembers<BleConfig, 16>);
+    static_assert(kHasMembers<BleConfig::Gas, 2>);
+    static_assert(kHasMembers<BleConfig::Triple, 3>);
+    static_assert(kHasMembers<BleConfig, 16>);
     check<BleConfig::Gas>("oxygen helium");
     check<BleConfig::Triple>("first second third");
     check<BleConfig>(
@@ -149,7 +149,7 @@ void TestRecordFields::bleConfig()
 
 void TestRecordFields::bleComputer()
 {
-    static_assert(hasMembers<BleComputer, 32>);
+    static_assert(kHasMembers<BleComputer, 32>);
     check<BleComputer>(
         "rawBlock batteryType setting1 setting2 setting3 setting4 setting5 setting6 "
         "setting7 setting8 value64a flags32 value64b entryCount entries value64c "
@@ -160,7 +160,7 @@ void TestRecordFields::bleComputer()
 
 void TestRecordFields::batteryInfoRecord()
 {
-    static_assert(hasMembers<BatteryInfoRecord, 18>);
+    static_assert(kHasMembers<BatteryInfoRecord, 18>);
     check<BatteryInfoRecord>(
         "kind value20 code2 flag28 flag29 value12 code4 flag16 flag17 flag18 offsetValue "
         "scaledValue hasExtra extra15 extra12 extraCode2 extraFlag29 extraFlag30");
@@ -168,12 +168,12 @@ void TestRecordFields::batteryInfoRecord()
 
 void TestRecordFields::smallRecords()
 {
-    static_assert(hasMembers<SyslogBinRecord, 4>);
-    static_assert(hasMembers<LayoutEntry, 3>);
-    static_assert(hasMembers<DeleteDivesResult, 2>);
-    static_assert(hasMembers<MarloSettings, 8>);
-    static_assert(hasMembers<PreviousDive, 3>);
-    static_assert(hasMembers<DiveMark, 3>);
+    static_assert(kHasMembers<SyslogBinRecord, 4>);
+    static_assert(kHasMembers<LayoutEntry, 3>);
+    static_assert(kHasMembers<DeleteDivesResult, 2>);
+    static_assert(kHasMembers<MarloSettings, 8>);
+    static_assert(kHasMembers<PreviousDive, 3>);
+    static_assert(kHasMembers<DiveMark, 3>);
     check<SyslogBinRecord>("time type arg1 arg2");
     check<LayoutEntry>("first second name");
     check<DeleteDivesResult>("resultA resultB");
@@ -184,8 +184,8 @@ void TestRecordFields::smallRecords()
 
 void TestRecordFields::headers()
 {
-    static_assert(hasMembers<DiveHeaderBlock, 48>);
-    static_assert(hasMembers<TidemarDiveHeader, 4>); // and its base
+    static_assert(kHasMembers<DiveHeaderBlock, 48>);
+    static_assert(kHasMembers<TidemarDiveHeader, 4>); // and its base
     check<DiveHeaderBlock>(
         "diveNumber model stamp stamp2 tenths1 tenths2 sampleInterval value32a kindByte "
         "tidemarBit headerWord1 below1020 headerByte1 headerByte2 headerWord2 headerWord3 "
@@ -219,9 +219,9 @@ void TestRecordFields::diveSample()
 
 void TestRecordFields::dive()
 {
-    static_assert(hasMembers<DiveGas, 11>);
-    static_assert(hasMembers<DiveLine, 26>);
-    static_assert(hasMembers<Dive, 22>); // and its base
+    static_assert(kHasMembers<DiveGas, 11>);
+    static_assert(kHasMembers<DiveLine, 26>);
+    static_assert(kHasMembers<Dive, 22>); // and its base
     check<DiveGas>("oxygen helium nitrogen limit reserved usage enabled label label2 color "
                    "closedCircuit");
     check<DiveLine>(

@@ -251,7 +251,7 @@ QList<int> Columns::widths(int limit) const
     QList<qsizetype> order; // the first to be left out is the last
     for (qsizetype i = 0; i < full.size(); ++i)
         order.append(i);
-    std::ranges::stable_sort(order, {}, [this](qsizetype i) { return m_columns[i].rank; });
+    std::ranges::sort(order, {}, [this](qsizetype i) { return std::pair(m_columns[i].rank, i); });
     for (; total > limit && order.size() > 1; order.removeLast())
         total -= std::exchange(widths[order.back()], 0) + kGap;
     for (const qsizetype i : order) {
