@@ -25,6 +25,27 @@ STAND_INS = {
     "pkg-config": "#!/bin/sh\necho 6.4.2\n",
     "dpkg-query": '#!/bin/sh\nfor last; do :; done\n[ "$last" = ccache ] || echo installed\n',
 }
+# A system that may do everything, without doing any of it.
+DEBIAN_13 = {
+    "sudo": '#!/bin/sh\nshift\nexec "$@"\n',
+    "unshare": '#!/bin/sh\nwhile case $1 in --*) true ;; *) false ;; esac; do shift; done\nexec "$@"\n',
+    "apt-get": f'{NOTES}[ "$1" = indextargets ] && echo "Debian http://mirror/debian"\n',
+    "apt-config": "#!/bin/sh\n",
+    "mount": NOTES,
+    "debootstrap": f"""{NOTES}
+        mkdir -p "$3/usr/sbin" "$3/etc/apt/apt.conf.d" "$3/proc" "$3/var/cache/apt" \
+            "$3/var/lib/apt/lists"
+        touch "$3/var/lib/apt/lists/mirror"
+    """,
+    "chown": NOTES,
+    # Only the root and the command; what is between is the same for all.
+    "chroot": """#!/bin/sh
+        root=$1
+        while [ "$1" != sh ]; do shift; done
+        shift 3
+        echo "chroot $root $*" >>"$NOTES"
+    """,
+}
 
 
 class Dev(unittest.TestCase):
@@ -36,6 +57,7 @@ class Dev(unittest.TestCase):
         (self.checkout / "build").mkdir(parents=True)
         (self.checkout / "dev").write_bytes((ROOT / "dev").read_bytes())
         (self.checkout / "dev").chmod(0o755)
+        (self.checkout / "dev.d").symlink_to(ROOT / "dev.d")
         (self.checkout / "tests").symlink_to(ROOT / "tests")
         self.copy_list_of_tests()
         programs = Path(folder.name, "bin")
@@ -131,6 +153,39 @@ class Dev(unittest.TestCase):
         finally:
             for line in self.notes.read_text(encoding="utf-8").split():
                 os.kill(int(line), signal.SIGTERM)
+
+    def test_debian13_root(self):
+        """It is made whole or not at all, once, and then the tests run in it."""
+        cache = self.checkout.parent / "cache"
+        root = cache / "varda/trixie"
+        self.environment["XDG_CACHE_HOME"] = str(cache)
+        for name, script in DEBIAN_13.items():
+            self.stand_in(name, script)
+        self.stand_in("debootstrap", f"{NOTES}exit 1\n")
+        with self.start("test", "--qt6.8", "-R", "x y") as run:
+            printed = run.stdout.read()
+        self.assertEqual(run.returncode, 1)
+        self.assertIn("dev: failed: as_root unshare --mount debootstrap", printed)
+        self.assertFalse(root.exists())
+
+        self.notes.write_text("", encoding="utf-8")
+        self.stand_in("debootstrap", DEBIAN_13["debootstrap"])
+        self.dev("test", "--qt6.8", "-R", "x y")
+        self.assertEqual(self.called("debootstrap"), [
+            f"debootstrap --variant=minbase trixie {cache}/varda/trixie.new http://mirror/debian"])
+        self.assertEqual(self.called("chroot"), [
+            f"chroot {cache}/varda/trixie.new {self.checkout} ./dev packages",
+            f"chroot {root} {self.checkout} ./dev test -R x y"])
+        self.assertIn(f"mount --bind {self.checkout}/build/trixie {root}{self.checkout}/build",
+                      self.called("mount"))
+        self.assertEqual(sorted(path.name for path in root.iterdir()),
+                         sorted(["etc", "proc", "usr", "var", self.checkout.parts[1]]))
+        self.assertFalse((root / "var/lib/apt/lists/mirror").exists())
+
+        self.notes.write_text("", encoding="utf-8")
+        self.dev("test", "--qt6.8", "-R", "x y")
+        self.assertEqual(self.called("debootstrap"), [])
+        self.assertEqual(len(self.called("chroot")), 1)
 
     def targets(self, *arguments):
         self.dev("test", *arguments)

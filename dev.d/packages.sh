@@ -1,0 +1,95 @@
+# SPDX-License-Identifier: MIT
+# shellcheck shell=bash disable=SC2034 # its lists are used elsewhere
+# The packages that ./dev needs, and how it gets them; read by ../dev.
+
+# Debian's package, then what other systems call the thing.
+build_packages="
+g++               a C++20 compiler (GCC 12 or Clang 14, or newer)
+cmake             CMake 3.25 or newer
+ninja-build       Ninja
+pkg-config        pkg-config
+qt6-base-dev      Qt 6.4 or newer: Core, DBus, Test (development files)
+qt6-connectivity-dev  Qt Bluetooth (development files)
+libcli11-dev      CLI11 2 (header-only argument parser)
+dbus              dbus-daemon
+python3           Python 3
+ccache            ccache (optional, makes the second build fast)
+"
+# One version on every machine: another formats otherwise and warns otherwise.
+lint_packages="
+clang-format-19   clang-format 19
+clang-tidy-19     clang-tidy 19
+shellcheck        ShellCheck
+"
+coverage_packages="
+gcovr             gcovr
+"
+vm_packages="
+qemu-system-x86   QEMU for x86
+e2fsprogs         mke2fs
+"
+fuzz_packages="
+clang-19          clang 19
+libclang-rt-19-dev  libFuzzer and the sanitizers of clang 19
+llvm-19           llvm-symbolizer 19
+"
+root_packages="
+debootstrap       debootstrap
+debian-archive-keyring  the keys of Debian's archive
+util-linux        unshare and flock (util-linux)
+"
+
+as_root() {
+    if [ "$(id -u)" = 0 ]; then "$@"; else sudo -n "$@"; fi
+}
+can_be_root() { [ "$(id -u)" = 0 ] || sudo -n true 2>/dev/null; }
+
+# need LIST: installs what is missing of a list above, or says what is.
+need() {
+    if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+        need_elsewhere "$1"
+        return
+    fi
+    local package state missing=()
+    while read -r package _; do
+        [ -n "$package" ] || continue
+        # shellcheck disable=SC2016 # dpkg-query expands it
+        state=$(dpkg-query -W -f '${db:Status-Status}\n' "$package" 2>/dev/null || true)
+        grep -qx installed <<<"$state" || missing+=("$package")
+    done <<<"$1"
+    # It comes along with others, and nothing waits for it.
+    [ ${#missing[@]} -gt 0 ] && [ "${missing[*]}" != ccache ] || return 0
+    can_be_root || fail "these packages are missing, and you may not install them:
+    sudo apt-get install ${missing[*]}"
+    say "installing ${missing[*]}"
+    apt_get update
+    apt_get install -y --no-install-recommends "${missing[@]}"
+}
+
+apt_get() {
+    quietly as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300 "$@"
+}
+
+# On a system whose packages this script does not know it looks for the commands.
+need_elsewhere() {
+    local package what absent=''
+    while read -r package what; do
+        case $package in
+            '' | ccache) continue ;;
+            g++) found c++ || found g++ || found clang++ ;;
+            ninja-build) found ninja ;;
+            qt6-base-dev) qt_has Core ;;
+            qt6-connectivity-dev) qt_has Bluetooth ;;
+            libcli11-dev) pkg-config --exists CLI11 2>/dev/null ;;
+            dbus) found dbus-daemon ;;
+            util-linux) found unshare && found flock ;;
+            libclang-rt-19-dev) found clang-19 ;;
+            llvm-19) found llvm-symbolizer-19 ;;
+            *) found "$package" ;;
+        esac || absent+="    $what"$'\n'
+    done <<<"$1"
+    [ -z "$absent" ] || fail "please install:
+$absent(on Debian:$(awk 'NF { printf " %s", $1 }' <<<"$1"))"
+}
+found() { command -v "$1" >/dev/null; }
+qt_has() { pkg-config --exists "Qt6$1 >= 6.4" 2>/dev/null; }
