@@ -4,6 +4,10 @@
 
 #include <QtTest/qtest.h>
 
+#include <algorithm>
+#include <array>
+#include <functional>
+
 class TestConfiguration : public QObject
 {
     Q_OBJECT
@@ -13,12 +17,6 @@ private Q_SLOTS:
     void everyField();
     void form_data();
     void form();
-    void vardaWidths_data();
-    void vardaWidths();
-    void tidemarWidths_data();
-    void tidemarWidths();
-    void vskmWidths_data();
-    void vskmWidths();
     void entries_data();
     void entries();
     void owner_data();
@@ -58,29 +56,37 @@ static VardaData usedStore()
     return data;
 }
 
-static QString hexOf(const std::array<BleConfig::Gas, 12> &table)
+// One part of each record of a table, such as the oxygen of its gases.
+template <typename Record, std::size_t N, typename Part>
+static QString partOf(const char *name, const std::array<Record, N> &table, Part Record::*part)
 {
-    QString text;
-    for (const BleConfig::Gas &gas : table)
-        text += hexOf(gas.oxygen) + hexOf(gas.helium);
-    return text;
-}
-
-static QString hexOf(const std::array<BleConfig::Triple, 3> &triples)
-{
-    QStringList texts;
-    for (const BleConfig::Triple &triple : triples)
-        texts << hexOf(triple.first) + QLatin1Char(':') + hexOf(triple.second) + QLatin1Char(':')
-                     + hexOf(triple.third);
-    return texts.join(QLatin1Char(','));
+    std::array<Part, N> values{};
+    std::transform(table.begin(), table.end(), values.begin(), std::mem_fn(part));
+    return QLatin1String(name) + QLatin1Char('=') + hexOf(values);
 }
 
 static QStringList fieldsOf(const BleConfig &c)
 {
-    return {FIELD(c, configWord), FIELD(c, cfgA), FIELD(c, cfgB),      FIELD(c, cfgC),
-            FIELD(c, cfgD),       FIELD(c, cfgE), FIELD(c, waterType), FIELD(c, surfacePressure),
-            FIELD(c, cfgF),       FIELD(c, cfgG), FIELD(c, cfgBytes),  FIELD(c, gasTable1),
-            FIELD(c, gasTable2),  FIELD(c, cfgH), FIELD(c, cfgTriple), FIELD(c, tailBytes)};
+    return {FIELD(c, configWord),
+            FIELD(c, cfgA),
+            FIELD(c, cfgB),
+            FIELD(c, cfgC),
+            FIELD(c, cfgD),
+            FIELD(c, cfgE),
+            FIELD(c, waterType),
+            FIELD(c, surfacePressure),
+            FIELD(c, cfgF),
+            FIELD(c, cfgG),
+            FIELD(c, cfgBytes),
+            partOf("gasTable1.oxygen", c.gasTable1, &BleConfig::Gas::oxygen),
+            partOf("gasTable1.helium", c.gasTable1, &BleConfig::Gas::helium),
+            partOf("gasTable2.oxygen", c.gasTable2, &BleConfig::Gas::oxygen),
+            partOf("gasTable2.helium", c.gasTable2, &BleConfig::Gas::helium),
+            FIELD(c, cfgH),
+            partOf("cfgTriple.first", c.cfgTriple, &BleConfig::Triple::first),
+            partOf("cfgTriple.second", c.cfgTriple, &BleConfig::Triple::second),
+            partOf("cfgTriple.third", c.cfgTriple, &BleConfig::Triple::third),
+            FIELD(c, tailBytes)};
 }
 
 static QStringList fieldsOf(const BleComputer &c)
@@ -98,284 +104,274 @@ static QStringList fieldsOf(const BleComputer &c)
             FIELD(c, computerWord7)};
 }
 
-/** A pattern of the long form: version and model, everything else as it falls. */
-static VardaData::Payload longForm(int version, int model)
+static QStringList fieldsOf(const VardaData &data)
 {
-    VardaData::Payload payload = patternPayload(quint16(0x0100 | version));
-    payload[3] = std::uint8_t(model);
-    return payload;
+    return fieldsOf(data.config) + fieldsOf(data.computer);
 }
 
-// The pattern again, with the first word, the model and the entry count (at its offset) put in.
+// Where the layouts differ: a Varda's short form, a Varda's before version 13 and from it on, and
+// what Tidemar and VSKM share before version 2, before version 8 and from it on.
+enum Layout { VardaShort, Varda1, Varda13, Shared1, Shared2, Shared8, kLayouts };
+
+// What is sent for a field, and what is read.
+struct Field {
+    const char *name;
+    int width;                         // of a number, in bytes
+    int stride;                        // from one number of several to the next
+    std::array<int, kLayouts> offsets; // 0: the layout does not have it
+    const char *sent;                  // the numbers
+    const char *read;                  // no text: the same
+};
+
+// The bytes differ, so that one from the wrong place shows.
+// clang-format off
+constexpr Field kSettings[] = {
+    // name, width, stride, offsets in a Varda's short form, 1, 13, in the shared 1, 2, 8
+    {"configWord",        2, 0, {  0,   4,   4,   4,   4,   4}, "5049", nullptr},
+    {"cfgA",              1, 0, {  3,   6,   6,   6,   6,   6}, "57", nullptr},
+    {"cfgB",              1, 0, {  4,   7,   7,   7,   7,   7}, "5e", nullptr},
+    {"cfgC",              1, 0, {  5,   8,   8,   8,   8,   8}, "65", nullptr},
+    {"cfgD",              1, 0, {  6,   9,   9,   9,   9,   9}, "6c", nullptr},
+    {"cfgE",              2, 0, {  7,  10,  10,  10,  10,  10}, "7a73", nullptr},
+    {"waterType",         1, 0, {  9,  12,  12,  12,  12,  12}, "81", nullptr},
+    {"surfacePressure",   2, 0, { 10,  13,  13,  13,  13,  13}, "8f88", nullptr},
+    {"cfgF",              1, 0, { 12,  15,  15,  15,  15,  15}, "96", nullptr},
+    {"cfgG",              1, 0, { 13,  16,  16,  16,  16,  16}, "9d", nullptr},
+    {"tailBytes",         1, 1, { 14,  17,  17,   0,   0,   0}, "a4 ab b2", "a4abb2eeeeee"},
+    {"tailBytes",         1, 1, {  0,   0,   0,  17,  17,  17}, "a4 ab b2", "eeeeeea4abb2"},
+    {"cfgBytes",          1, 1, { 17,  20,  20,   0,   0,   0}, "b9 c0 c7 ce d5", "b9c0c7ced5ee"},
+    {"cfgBytes",          1, 1, {  0,   0,   0,  20,  20,  20}, "b9 c0 c7 ce d5 dc", nullptr},
+    {"gasTable1.oxygen",  1, 2, { 23,  26,   0,  26,  26,   0},
+     "e3 f1 ff 0d 1b 29 37 45",
+     "e3f1ff0d1b293745eeeeeeee"},
+    {"gasTable1.oxygen",  1, 2, {  0,   0,  26,   0,   0,   0},
+     "e3 f1 ff 0d 1b 29 37 45 53 61 6f 7d",
+     nullptr},
+    {"gasTable1.oxygen",  1, 4, {  0,   0,   0,   0,   0,  26},
+     "e3 f1 ff 0d 1b 29 37 45",
+     "e3f1ff0d1b293745eeeeeeee"},
+    {"gasTable1.helium",  1, 2, { 24,  27,   0,  27,  27,   0},
+     "ea f8 06 14 22 30 3e 4c",
+     "eaf8061422303e4ceeeeeeee"},
+    {"gasTable1.helium",  1, 2, {  0,   0,  27,   0,   0,   0},
+     "ea f8 06 14 22 30 3e 4c 5a 68 76 84",
+     nullptr},
+    {"gasTable1.helium",  1, 4, {  0,   0,   0,   0,   0,  27},
+     "ea f8 06 14 22 30 3e 4c",
+     "eaf8061422303e4ceeeeeeee"},
+    {"gasTable2.oxygen",  1, 2, {  0,   0,   0,   0,  58,   0},
+     "8b 99 a7 b5 c3 d1 df ed",
+     "8b99a7b5c3d1dfedeeeeeeee"},
+    {"gasTable2.oxygen",  1, 4, {  0,   0,   0,   0,   0,  74},
+     "8b 99 a7 b5 c3 d1 df ed",
+     "8b99a7b5c3d1dfedeeeeeeee"},
+    {"gasTable2.helium",  1, 2, {  0,   0,   0,   0,  59,   0},
+     "92 a0 ae bc ca d8 e6 f4",
+     "92a0aebccad8e6f4eeeeeeee"},
+    {"gasTable2.helium",  1, 4, {  0,   0,   0,   0,   0,  75},
+     "92 a0 ae bc ca d8 e6 f4",
+     "92a0aebccad8e6f4eeeeeeee"},
+    {"cfgH",              1, 0, { 39,  42,  50,  42,  42,  58}, "fb", "00fb"},
+    {"cfgTriple.first",   2, 2, { 40,  43,  51,   0,   0,   0}, "0902 1710 251e", nullptr},
+    {"cfgTriple.first",   2, 5, {  0,   0,   0,  43,  43,  59}, "0902 1710 251e", nullptr},
+    {"cfgTriple.second",  2, 5, {  0,   0,   0,  45,  45,  61}, "332c 413a 4f48", nullptr},
+    {"cfgTriple.third",   1, 5, {  0,   0,   0,  47,  47,  63}, "56 5d 64", nullptr},
+};
+
+// Behind a gap that grows with the versions of Tidemar and VSKM.
+constexpr Field kBehindTheGap[] = {
+    {"rawBlock",          1, 1, { 46,  49,  57,  58,  74, 109},
+     "6b 72 79 80 87 8e 95 9c a3 aa b1 b8 bf c6 cd d4 "
+     "db e2 e9 f0 f7 fe 05 0c 13 1a 21 28 2f 36 3d 44",
+     nullptr},
+    {"batteryType",       1, 0, { 78,  81,  89,  90, 106, 141}, "4b", nullptr},
+    {"setting1",          1, 0, { 79,  82,  90,   0,   0,   0}, "52", nullptr},
+    {"setting2",          1, 0, { 80,  83,  91,  91, 107, 142}, "59", nullptr},
+    {"setting3",          1, 0, { 81,  84,  92,  92, 108, 143}, "60", nullptr},
+    {"setting4",          1, 0, { 82,  85,  93,  93, 109, 144}, "67", nullptr},
+    {"setting5",          1, 0, { 83,  86,  94,  94, 110, 145}, "6e", nullptr},
+    {"setting6",          2, 0, { 84,  87,  95,  95, 111, 146}, "7c75", nullptr},
+    {"setting7",          1, 0, { 86,  89,  97,  97, 113, 148}, "83", nullptr},
+    {"setting8",          1, 0, { 87,  90,  98,  98, 114, 149}, "8a", nullptr},
+    {"value64a",          8, 0, { 88,  91,  99,  99, 115, 150}, "c2bbb4ada69f9891", nullptr},
+    {"flags32",           1, 1, { 96,  99, 107, 107, 123, 158},
+     "c9 d0 d7 de e5 ec f3 fa 01 08 0f 16 1d 24 2b 32 "
+     "39 40 47 4e 55 5c 63 6a 71 78 7f 86 8d 94 9b a2",
+     nullptr},
+};
+
+constexpr Field kExtended[] = {
+    {"setting1",          1, 0, {  0,   0,   0, 151, 167, 204}, "52", nullptr},
+    {"value64b",          8, 0, {128, 131, 139,   0,   0,   0}, "dad3ccc5beb7b0a9", nullptr},
+    {"entryCount",        1, 0, {136, 139, 147,   0,   0,   0}, "02", nullptr},
+    {"value64c",          8, 0, {159, 162, 170,   0,   0,   0}, "120b04fdf6efe8e1", nullptr},
+    {"computerByte1",     1, 0, {167, 170, 178, 142, 158, 193}, "19", nullptr},
+    {"quadWords",         2, 2, {168, 171, 179, 143, 159, 194}, "2720 352e 433c 514a", nullptr},
+    {"computerWord1",     2, 0, {176, 179, 187,   0,   0,   0}, "5f58", nullptr},
+    {"computerWord2",     2, 0, {178, 181, 189,   0,   0,   0}, "6d66", nullptr},
+    {"computerWord3",     2, 0, {180, 183, 191,   0,   0,   0}, "7b74", nullptr},
+    {"computerWord4",     2, 0, {182, 185, 193,   0,   0,   0}, "8982", nullptr},
+    {"computerByte2",     1, 0, {184, 187, 195,   0,   0,   0}, "90", nullptr},
+    {"computerByte3",     1, 0, {185, 188, 196,   0,   0,   0}, "97", nullptr},
+    {"computerByte4",     1, 0, {186, 189, 197,   0,   0,   0}, "9e", nullptr},
+    {"value64d",          8, 0, {187, 190, 198,   0,   0,   0}, "d6cfc8c1bab3aca5", nullptr},
+    {"value64e",          8, 0, {195, 198, 206,   0,   0,   0}, "1c150e07f9f2ebe4", nullptr},
+    {"computerByte5",     1, 0, {203, 206, 214, 141, 157, 192}, "23", nullptr},
+    {"computerWord6",     2, 0, {204, 207, 215,   0,   0,   0}, "312a", nullptr},
+    {"computerWord5",     2, 0, {206, 209, 217,   0,   0,   0}, "3f38", nullptr},
+    {"computerWord7",     2, 0, {208, 211, 219, 139, 155, 190}, "4d46", nullptr},
+    {"sixWords",          2, 2, {  0,   0, 221,   0,   0,   0},
+     "5b54 6962 7770 857e 938c a19a",
+     nullptr},
+};
+// clang-format on
+
+// The bytes of a field's numbers, little-endian.
+static void put(VardaData::Payload &payload, const Field &field, int offset)
+{
+    const QList<QByteArray> numbers = QByteArray(field.sent).split(' ');
+    for (const QByteArray &number : numbers) {
+        const quint64 value = number.toULongLong(nullptr, 16);
+        for (int i = 0; i < field.width; ++i)
+            payload[std::size_t(offset + i)] = std::uint8_t(value >> (8 * i));
+        offset += field.stride;
+    }
+}
+
+static QString textOf(const Field &field)
+{
+    QString text = QLatin1String(field.read ? field.read : field.sent);
+    text.replace(QLatin1Char(' '), QLatin1String(field.width == 1 ? "" : ","));
+    return QLatin1String(field.name) + QLatin1Char('=') + text;
+}
+
+// An answer, and what a used store holds afterwards.
+struct Answer {
+    VardaData::Payload payload{};
+    QStringList fields = fieldsOf(usedStore());
+
+    Answer() { payload.fill(0xDD); } // what a decoder reads at the wrong place shows
+
+    void send(const Field &field, Layout layout, int gap)
+    {
+        if (field.offsets[layout] > 0)
+            put(payload, field, field.offsets[layout] + gap);
+    }
+
+    void expect(const Field &field, Layout layout)
+    {
+        if (field.offsets[layout] == 0)
+            return;
+        const QString text = textOf(field);
+        const QString start = text.left(text.indexOf(QLatin1Char('=')) + 1);
+        for (QString &each : fields) {
+            if (each.startsWith(start))
+                each = text;
+        }
+    }
+};
+
+// What is skipped beyond the table's offsets: in the gap, and once more before setting1.
+static Answer answerOf(Layout layout, bool extended, int gap, int beforeSetting1)
+{
+    Answer answer;
+    for (const Field &field : kSettings) {
+        answer.send(field, layout, 0);
+        answer.expect(field, layout);
+    }
+    for (const Field &field : kBehindTheGap) {
+        answer.send(field, layout, gap);
+        answer.expect(field, layout);
+    }
+    for (const Field &field : kExtended) {
+        const bool isSetting1 = qstrcmp(field.name, "setting1") == 0;
+        answer.send(field, layout, isSetting1 ? gap + beforeSetting1 : gap);
+        if (extended)
+            answer.expect(field, layout);
+    }
+    return answer;
+}
+
 void TestConfiguration::everyField_data()
 {
-    QTest::addColumn<int>("first");
-    QTest::addColumn<int>("model");
-    QTest::addColumn<int>("countOffset");
+    QTest::addColumn<VardaData::Payload>("payload");
     QTest::addColumn<bool>("extended");
     QTest::addColumn<QStringList>("fields");
 
-    const auto row = [](const char *name, int first, int model, int countOffset, bool extended,
-                        const char *fields) {
-        QTest::newRow(name) << first << model << countOffset << extended << fieldList(fields);
+    for (const bool extended : {false, true}) {
+        Answer answer = answerOf(VardaShort, extended, 0, 0);
+        answer.payload[1] = 0xFE; // a setting, and no version
+        answer.payload[2] = 0x00;
+        answer.fields[0] = QStringLiteral("configWord=00fe");
+        QTest::addRow("short form%s", extended ? ", extended" : "")
+            << answer.payload << extended << answer.fields;
+    }
+
+    const QMetaEnum names = QMetaEnum::fromType<ComputerModel::ComputerModelIn>();
+    const auto row = [&](ComputerModel::ComputerModelIn model, int version, Layout layout,
+                         int gap = 0, int beforeSetting1 = 0) {
+        for (const bool extended : {false, true}) {
+            Answer answer = answerOf(layout, extended, gap, beforeSetting1);
+            answer.payload[1] = std::uint8_t(version);
+            answer.payload[2] = 1;
+            answer.payload[3] = std::uint8_t(model);
+            QTest::addRow("%s %d%s", names.valueToKey(model), version, extended ? ", extended" : "")
+                << answer.payload << extended << answer.fields;
+        }
     };
-    row("short form", 0x00FE, -1, 136, false, R"(
-        configWord=00fe cfgA=18 cfgB=1f cfgC=26 cfgD=2d cfgE=3b34 waterType=42
-        surfacePressure=5049 cfgF=57 cfgG=5e cfgBytes=7a81888f96ee
-        gasTable1=a4abb2b9c0c7ced5dce3eaf1f8ff060deeeeeeeeeeeeeeee
-        gasTable2=eeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeee cfgH=0014
-        cfgTriple=221b:eeee:ee,3029:eeee:ee,3e37:eeee:ee tailBytes=656c73eeeeee
-        rawBlock=454c535a61686f767d848b9299a0a7aeb5bcc3cad1d8dfe6edf4fb020910171e
-        batteryType=25 setting1=2c setting2=33 setting3=3a setting4=41 setting5=48
-        setting6=564f setting7=5d setting8=64 value64a=9c958e878079726b
-        flags32=a3aab1b8bfc6cdd4dbe2e9f0f7fe050c131a21282f363d444b525960676e757c
-        value64b=eeeeeeeeeeeeeeee entryCount=ee value64c=eeeeeeeeeeeeeeee computerByte1=ee
-        quadWords=eeee,eeee,eeee,eeee computerWord1=eeee computerWord2=eeee
-        computerWord3=eeee computerWord4=eeee computerWord5=eeee computerWord6=eeee
-        sixWords=eeee,eeee,eeee,eeee,eeee,eeee computerByte2=ee computerByte3=ee
-        computerByte4=ee value64d=eeeeeeeeeeeeeeee value64e=eeeeeeeeeeeeeeee
-        computerByte5=ee computerWord7=eeee)");
-    row("short form, extended", 0x00FE, -1, 136, true, R"(
-        configWord=00fe cfgA=18 cfgB=1f cfgC=26 cfgD=2d cfgE=3b34 waterType=42
-        surfacePressure=5049 cfgF=57 cfgG=5e cfgBytes=7a81888f96ee
-        gasTable1=a4abb2b9c0c7ced5dce3eaf1f8ff060deeeeeeeeeeeeeeee
-        gasTable2=eeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeee cfgH=0014
-        cfgTriple=221b:eeee:ee,3029:eeee:ee,3e37:eeee:ee tailBytes=656c73eeeeee
-        rawBlock=454c535a61686f767d848b9299a0a7aeb5bcc3cad1d8dfe6edf4fb020910171e
-        batteryType=25 setting1=2c setting2=33 setting3=3a setting4=41 setting5=48
-        setting6=564f setting7=5d setting8=64 value64a=9c958e878079726b
-        flags32=a3aab1b8bfc6cdd4dbe2e9f0f7fe050c131a21282f363d444b525960676e757c
-        value64b=b4ada69f98918a83 entryCount=02 value64c=8d867f78716a635c computerByte1=94
-        quadWords=a29b,b0a9,beb7,ccc5 computerWord1=dad3 computerWord2=e8e1
-        computerWord3=f6ef computerWord4=04fd computerWord5=aca5 computerWord6=9e97
-        sixWords=eeee,eeee,eeee,eeee,eeee,eeee computerByte2=0b computerByte3=12
-        computerByte4=19 value64d=514a433c352e2720 value64e=89827b746d665f58
-        computerByte5=90 computerWord7=bab3)");
-    row("Varda 12, extended", 0x010C, 1, 139, true, R"(
-        configWord=261f cfgA=2d cfgB=34 cfgC=3b cfgD=42 cfgE=5049 waterType=57
-        surfacePressure=655e cfgF=6c cfgG=73 cfgBytes=8f969da4abee
-        gasTable1=b9c0c7ced5dce3eaf1f8ff060d141b22eeeeeeeeeeeeeeee
-        gasTable2=eeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeee cfgH=0029
-        cfgTriple=3730:eeee:ee,453e:eeee:ee,534c:eeee:ee tailBytes=7a8188eeeeee
-        rawBlock=5a61686f767d848b9299a0a7aeb5bcc3cad1d8dfe6edf4fb020910171e252c33
-        batteryType=3a setting1=41 setting2=48 setting3=4f setting4=56 setting5=5d
-        setting6=6b64 setting7=72 setting8=79 value64a=b1aaa39c958e8780
-        flags32=b8bfc6cdd4dbe2e9f0f7fe050c131a21282f363d444b525960676e757c838a91
-        value64b=c9c2bbb4ada69f98 entryCount=02 value64c=a29b948d867f7871 computerByte1=a9
-        quadWords=b7b0,c5be,d3cc,e1da computerWord1=efe8 computerWord2=fdf6
-        computerWord3=0b04 computerWord4=1912 computerWord5=c1ba computerWord6=b3ac
-        sixWords=eeee,eeee,eeee,eeee,eeee,eeee computerByte2=20 computerByte3=27
-        computerByte4=2e value64d=665f58514a433c35 value64e=9e979089827b746d
-        computerByte5=a5 computerWord7=cfc8)");
-    row("Varda 13, extended", 0x010D, 1, 147, true, R"(
-        configWord=261f cfgA=2d cfgB=34 cfgC=3b cfgD=42 cfgE=5049 waterType=57
-        surfacePressure=655e cfgF=6c cfgG=73 cfgBytes=8f969da4abee
-        gasTable1=b9c0c7ced5dce3eaf1f8ff060d141b222930373e454c535a
-        gasTable2=eeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeee cfgH=0061
-        cfgTriple=6f68:eeee:ee,7d76:eeee:ee,8b84:eeee:ee tailBytes=7a8188eeeeee
-        rawBlock=9299a0a7aeb5bcc3cad1d8dfe6edf4fb020910171e252c333a41484f565d646b
-        batteryType=72 setting1=79 setting2=80 setting3=87 setting4=8e setting5=95
-        setting6=a39c setting7=aa setting8=b1 value64a=e9e2dbd4cdc6bfb8
-        flags32=f0f7fe050c131a21282f363d444b525960676e757c838a91989fa6adb4bbc2c9
-        value64b=01faf3ece5ded7d0 entryCount=02 value64c=dad3ccc5beb7b0a9 computerByte1=e1
-        quadWords=efe8,fdf6,0b04,1912 computerWord1=2720 computerWord2=352e
-        computerWord3=433c computerWord4=514a computerWord5=f9f2 computerWord6=ebe4
-        sixWords=150e,231c,312a,3f38,4d46,5b54 computerByte2=58 computerByte3=5f
-        computerByte4=66 value64d=9e979089827b746d value64e=d6cfc8c1bab3aca5
-        computerByte5=dd computerWord7=0700)");
-    row("Varda 13", 0x010D, 1, 147, false, R"(
-        configWord=261f cfgA=2d cfgB=34 cfgC=3b cfgD=42 cfgE=5049 waterType=57
-        surfacePressure=655e cfgF=6c cfgG=73 cfgBytes=8f969da4abee
-        gasTable1=b9c0c7ced5dce3eaf1f8ff060d141b222930373e454c535a
-        gasTable2=eeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeee cfgH=0061
-        cfgTriple=6f68:eeee:ee,7d76:eeee:ee,8b84:eeee:ee tailBytes=7a8188eeeeee
-        rawBlock=9299a0a7aeb5bcc3cad1d8dfe6edf4fb020910171e252c333a41484f565d646b
-        batteryType=72 setting1=79 setting2=80 setting3=87 setting4=8e setting5=95
-        setting6=a39c setting7=aa setting8=b1 value64a=e9e2dbd4cdc6bfb8
-        flags32=f0f7fe050c131a21282f363d444b525960676e757c838a91989fa6adb4bbc2c9
-        value64b=eeeeeeeeeeeeeeee entryCount=ee value64c=eeeeeeeeeeeeeeee computerByte1=ee
-        quadWords=eeee,eeee,eeee,eeee computerWord1=eeee computerWord2=eeee
-        computerWord3=eeee computerWord4=eeee computerWord5=eeee computerWord6=eeee
-        sixWords=eeee,eeee,eeee,eeee,eeee,eeee computerByte2=ee computerByte3=ee
-        computerByte4=ee value64d=eeeeeeeeeeeeeeee value64e=eeeeeeeeeeeeeeee
-        computerByte5=ee computerWord7=eeee)");
-    row("Tidemar 1, extended", 0x0101, 2, 0, true, R"(
-        configWord=261f cfgA=2d cfgB=34 cfgC=3b cfgD=42 cfgE=5049 waterType=57
-        surfacePressure=655e cfgF=6c cfgG=73 cfgBytes=8f969da4abb2
-        gasTable1=b9c0c7ced5dce3eaf1f8ff060d141b22eeeeeeeeeeeeeeee
-        gasTable2=eeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeee cfgH=0029
-        cfgTriple=3730:453e:4c,5a53:6861:6f,7d76:8b84:92 tailBytes=eeeeee7a8188
-        rawBlock=99a0a7aeb5bcc3cad1d8dfe6edf4fb020910171e252c333a41484f565d646b72
-        batteryType=79 setting1=24 setting2=80 setting3=87 setting4=8e setting5=95
-        setting6=a39c setting7=aa setting8=b1 value64a=e9e2dbd4cdc6bfb8
-        flags32=f0f7fe050c131a21282f363d444b525960676e757c838a91989fa6adb4bbc2c9
-        value64b=eeeeeeeeeeeeeeee entryCount=ee value64c=eeeeeeeeeeeeeeee computerByte1=e5
-        quadWords=f3ec,01fa,0f08,1d16 computerWord1=eeee computerWord2=eeee
-        computerWord3=eeee computerWord4=eeee computerWord5=eeee computerWord6=eeee
-        sixWords=eeee,eeee,eeee,eeee,eeee,eeee computerByte2=ee computerByte3=ee
-        computerByte4=ee value64d=eeeeeeeeeeeeeeee value64e=eeeeeeeeeeeeeeee
-        computerByte5=de computerWord7=d7d0)");
-    row("Tidemar 2, extended", 0x0102, 2, 0, true, R"(
-        configWord=261f cfgA=2d cfgB=34 cfgC=3b cfgD=42 cfgE=5049 waterType=57
-        surfacePressure=655e cfgF=6c cfgG=73 cfgBytes=8f969da4abb2
-        gasTable1=b9c0c7ced5dce3eaf1f8ff060d141b22eeeeeeeeeeeeeeee
-        gasTable2=99a0a7aeb5bcc3cad1d8dfe6edf4fb02eeeeeeeeeeeeeeee cfgH=0029
-        cfgTriple=3730:453e:4c,5a53:6861:6f,7d76:8b84:92 tailBytes=eeeeee7a8188
-        rawBlock=0910171e252c333a41484f565d646b727980878e959ca3aab1b8bfc6cdd4dbe2
-        batteryType=e9 setting1=94 setting2=f0 setting3=f7 setting4=fe setting5=05
-        setting6=130c setting7=1a setting8=21 value64a=59524b443d362f28
-        flags32=60676e757c838a91989fa6adb4bbc2c9d0d7dee5ecf3fa01080f161d242b3239
-        value64b=eeeeeeeeeeeeeeee entryCount=ee value64c=eeeeeeeeeeeeeeee computerByte1=55
-        quadWords=635c,716a,7f78,8d86 computerWord1=eeee computerWord2=eeee
-        computerWord3=eeee computerWord4=eeee computerWord5=eeee computerWord6=eeee
-        sixWords=eeee,eeee,eeee,eeee,eeee,eeee computerByte2=ee computerByte3=ee
-        computerByte4=ee value64d=eeeeeeeeeeeeeeee value64e=eeeeeeeeeeeeeeee
-        computerByte5=4e computerWord7=4740)");
-    row("Tidemar 8, extended", 0x0108, 2, 0, true, R"(
-        configWord=261f cfgA=2d cfgB=34 cfgC=3b cfgD=42 cfgE=5049 waterType=57
-        surfacePressure=655e cfgF=6c cfgG=73 cfgBytes=8f969da4abb2
-        gasTable1=b9c0d5dcf1f80d142930454c61687d84eeeeeeeeeeeeeeee
-        gasTable2=0910252c41485d647980959cb1b8cdd4eeeeeeeeeeeeeeee cfgH=0099
-        cfgTriple=a7a0:b5ae:bc,cac3:d8d1:df,ede6:fbf4:02 tailBytes=eeeeee7a8188
-        rawBlock=fe050c131a21282f363d444b525960676e757c838a91989fa6adb4bbc2c9d0d7
-        batteryType=de setting1=97 setting2=e5 setting3=ec setting4=f3 setting5=fa
-        setting6=0801 setting7=0f setting8=16 value64a=4e474039322b241d
-        flags32=555c636a71787f868d949ba2a9b0b7bec5ccd3dae1e8eff6fd040b121920272e
-        value64b=eeeeeeeeeeeeeeee entryCount=ee value64c=eeeeeeeeeeeeeeee computerByte1=4a
-        quadWords=5851,665f,746d,827b computerWord1=eeee computerWord2=eeee
-        computerWord3=eeee computerWord4=eeee computerWord5=eeee computerWord6=eeee
-        sixWords=eeee,eeee,eeee,eeee,eeee,eeee computerByte2=ee computerByte3=ee
-        computerByte4=ee value64d=eeeeeeeeeeeeeeee value64e=eeeeeeeeeeeeeeee
-        computerByte5=43 computerWord7=3c35)");
-    row("Tidemar 12, extended", 0x010C, 2, 0, true, R"(
-        configWord=261f cfgA=2d cfgB=34 cfgC=3b cfgD=42 cfgE=5049 waterType=57
-        surfacePressure=655e cfgF=6c cfgG=73 cfgBytes=8f969da4abb2
-        gasTable1=b9c0d5dcf1f80d142930454c61687d84eeeeeeeeeeeeeeee
-        gasTable2=0910252c41485d647980959cb1b8cdd4eeeeeeeeeeeeeeee cfgH=0099
-        cfgTriple=a7a0:b5ae:bc,cac3:d8d1:df,ede6:fbf4:02 tailBytes=eeeeee7a8188
-        rawBlock=21282f363d444b525960676e757c838a91989fa6adb4bbc2c9d0d7dee5ecf3fa
-        batteryType=01 setting1=eb setting2=08 setting3=0f setting4=16 setting5=1d
-        setting6=2b24 setting7=32 setting8=39 value64a=716a635c554e4740
-        flags32=787f868d949ba2a9b0b7bec5ccd3dae1e8eff6fd040b121920272e353c434a51
-        value64b=eeeeeeeeeeeeeeee entryCount=ee value64c=eeeeeeeeeeeeeeee computerByte1=6d
-        quadWords=7b74,8982,9790,a59e computerWord1=eeee computerWord2=eeee
-        computerWord3=eeee computerWord4=eeee computerWord5=eeee computerWord6=eeee
-        sixWords=eeee,eeee,eeee,eeee,eeee,eeee computerByte2=ee computerByte3=ee
-        computerByte4=ee value64d=eeeeeeeeeeeeeeee value64e=eeeeeeeeeeeeeeee
-        computerByte5=66 computerWord7=5f58)");
-    row("Tidemar 12", 0x010C, 2, 0, false, R"(
-        configWord=261f cfgA=2d cfgB=34 cfgC=3b cfgD=42 cfgE=5049 waterType=57
-        surfacePressure=655e cfgF=6c cfgG=73 cfgBytes=8f969da4abb2
-        gasTable1=b9c0d5dcf1f80d142930454c61687d84eeeeeeeeeeeeeeee
-        gasTable2=0910252c41485d647980959cb1b8cdd4eeeeeeeeeeeeeeee cfgH=0099
-        cfgTriple=a7a0:b5ae:bc,cac3:d8d1:df,ede6:fbf4:02 tailBytes=eeeeee7a8188
-        rawBlock=21282f363d444b525960676e757c838a91989fa6adb4bbc2c9d0d7dee5ecf3fa
-        batteryType=01 setting1=ee setting2=08 setting3=0f setting4=16 setting5=1d
-        setting6=2b24 setting7=32 setting8=39 value64a=716a635c554e4740
-        flags32=787f868d949ba2a9b0b7bec5ccd3dae1e8eff6fd040b121920272e353c434a51
-        value64b=eeeeeeeeeeeeeeee entryCount=ee value64c=eeeeeeeeeeeeeeee computerByte1=ee
-        quadWords=eeee,eeee,eeee,eeee computerWord1=eeee computerWord2=eeee
-        computerWord3=eeee computerWord4=eeee computerWord5=eeee computerWord6=eeee
-        sixWords=eeee,eeee,eeee,eeee,eeee,eeee computerByte2=ee computerByte3=ee
-        computerByte4=ee value64d=eeeeeeeeeeeeeeee value64e=eeeeeeeeeeeeeeee
-        computerByte5=ee computerWord7=eeee)");
-    row("VSKM 1, extended", 0x0101, 3, 0, true, R"(
-        configWord=261f cfgA=2d cfgB=34 cfgC=3b cfgD=42 cfgE=5049 waterType=57
-        surfacePressure=655e cfgF=6c cfgG=73 cfgBytes=8f969da4abb2
-        gasTable1=b9c0c7ced5dce3eaf1f8ff060d141b22eeeeeeeeeeeeeeee
-        gasTable2=eeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeeee cfgH=0029
-        cfgTriple=3730:453e:4c,5a53:6861:6f,7d76:8b84:92 tailBytes=eeeeee7a8188
-        rawBlock=99a0a7aeb5bcc3cad1d8dfe6edf4fb020910171e252c333a41484f565d646b72
-        batteryType=79 setting1=24 setting2=80 setting3=87 setting4=8e setting5=95
-        setting6=a39c setting7=aa setting8=b1 value64a=e9e2dbd4cdc6bfb8
-        flags32=f0f7fe050c131a21282f363d444b525960676e757c838a91989fa6adb4bbc2c9
-        value64b=eeeeeeeeeeeeeeee entryCount=ee value64c=eeeeeeeeeeeeeeee computerByte1=e5
-        quadWords=f3ec,01fa,0f08,1d16 computerWord1=eeee computerWord2=eeee
-        computerWord3=eeee computerWord4=eeee computerWord5=eeee computerWord6=eeee
-        sixWords=eeee,eeee,eeee,eeee,eeee,eeee computerByte2=ee computerByte3=ee
-        computerByte4=ee value64d=eeeeeeeeeeeeeeee value64e=eeeeeeeeeeeeeeee
-        computerByte5=de computerWord7=d7d0)");
-    row("VSKM 4, extended", 0x0104, 3, 0, true, R"(
-        configWord=261f cfgA=2d cfgB=34 cfgC=3b cfgD=42 cfgE=5049 waterType=57
-        surfacePressure=655e cfgF=6c cfgG=73 cfgBytes=8f969da4abb2
-        gasTable1=b9c0c7ced5dce3eaf1f8ff060d141b22eeeeeeeeeeeeeeee
-        gasTable2=99a0a7aeb5bcc3cad1d8dfe6edf4fb02eeeeeeeeeeeeeeee cfgH=0029
-        cfgTriple=3730:453e:4c,5a53:6861:6f,7d76:8b84:92 tailBytes=eeeeee7a8188
-        rawBlock=0910171e252c333a41484f565d646b727980878e959ca3aab1b8bfc6cdd4dbe2
-        batteryType=e9 setting1=94 setting2=f0 setting3=f7 setting4=fe setting5=05
-        setting6=130c setting7=1a setting8=21 value64a=59524b443d362f28
-        flags32=60676e757c838a91989fa6adb4bbc2c9d0d7dee5ecf3fa01080f161d242b3239
-        value64b=eeeeeeeeeeeeeeee entryCount=ee value64c=eeeeeeeeeeeeeeee computerByte1=55
-        quadWords=635c,716a,7f78,8d86 computerWord1=eeee computerWord2=eeee
-        computerWord3=eeee computerWord4=eeee computerWord5=eeee computerWord6=eeee
-        sixWords=eeee,eeee,eeee,eeee,eeee,eeee computerByte2=ee computerByte3=ee
-        computerByte4=ee value64d=eeeeeeeeeeeeeeee value64e=eeeeeeeeeeeeeeee
-        computerByte5=4e computerWord7=4740)");
-    row("VSKM 8, extended", 0x0108, 3, 0, true, R"(
-        configWord=261f cfgA=2d cfgB=34 cfgC=3b cfgD=42 cfgE=5049 waterType=57
-        surfacePressure=655e cfgF=6c cfgG=73 cfgBytes=8f969da4abb2
-        gasTable1=b9c0d5dcf1f80d142930454c61687d84eeeeeeeeeeeeeeee
-        gasTable2=0910252c41485d647980959cb1b8cdd4eeeeeeeeeeeeeeee cfgH=0099
-        cfgTriple=a7a0:b5ae:bc,cac3:d8d1:df,ede6:fbf4:02 tailBytes=eeeeee7a8188
-        rawBlock=fe050c131a21282f363d444b525960676e757c838a91989fa6adb4bbc2c9d0d7
-        batteryType=de setting1=97 setting2=e5 setting3=ec setting4=f3 setting5=fa
-        setting6=0801 setting7=0f setting8=16 value64a=4e474039322b241d
-        flags32=555c636a71787f868d949ba2a9b0b7bec5ccd3dae1e8eff6fd040b121920272e
-        value64b=eeeeeeeeeeeeeeee entryCount=ee value64c=eeeeeeeeeeeeeeee computerByte1=4a
-        quadWords=5851,665f,746d,827b computerWord1=eeee computerWord2=eeee
-        computerWord3=eeee computerWord4=eeee computerWord5=eeee computerWord6=eeee
-        sixWords=eeee,eeee,eeee,eeee,eeee,eeee computerByte2=ee computerByte3=ee
-        computerByte4=ee value64d=eeeeeeeeeeeeeeee value64e=eeeeeeeeeeeeeeee
-        computerByte5=43 computerWord7=3c35)");
-    row("VSKM 21, extended", 0x0115, 3, 0, true, R"(
-        configWord=261f cfgA=2d cfgB=34 cfgC=3b cfgD=42 cfgE=5049 waterType=57
-        surfacePressure=655e cfgF=6c cfgG=73 cfgBytes=8f969da4abb2
-        gasTable1=b9c0d5dcf1f80d142930454c61687d84eeeeeeeeeeeeeeee
-        gasTable2=0910252c41485d647980959cb1b8cdd4eeeeeeeeeeeeeeee cfgH=0099
-        cfgTriple=a7a0:b5ae:bc,cac3:d8d1:df,ede6:fbf4:02 tailBytes=eeeeee7a8188
-        rawBlock=272e353c434a51585f666d747b828990979ea5acb3bac1c8cfd6dde4ebf2f900
-        batteryType=07 setting1=c0 setting2=0e setting3=15 setting4=1c setting5=23
-        setting6=312a setting7=38 setting8=3f value64a=777069625b544d46
-        flags32=7e858c939aa1a8afb6bdc4cbd2d9e0e7eef5fc030a11181f262d343b42495057
-        value64b=eeeeeeeeeeeeeeee entryCount=ee value64c=eeeeeeeeeeeeeeee computerByte1=73
-        quadWords=817a,8f88,9d96,aba4 computerWord1=eeee computerWord2=eeee
-        computerWord3=eeee computerWord4=eeee computerWord5=eeee computerWord6=eeee
-        sixWords=eeee,eeee,eeee,eeee,eeee,eeee computerByte2=ee computerByte3=ee
-        computerByte4=ee value64d=eeeeeeeeeeeeeeee value64e=eeeeeeeeeeeeeeee
-        computerByte5=6c computerWord7=655e)");
-    row("VSKM 21", 0x0115, 3, 0, false, R"(
-        configWord=261f cfgA=2d cfgB=34 cfgC=3b cfgD=42 cfgE=5049 waterType=57
-        surfacePressure=655e cfgF=6c cfgG=73 cfgBytes=8f969da4abb2
-        gasTable1=b9c0d5dcf1f80d142930454c61687d84eeeeeeeeeeeeeeee
-        gasTable2=0910252c41485d647980959cb1b8cdd4eeeeeeeeeeeeeeee cfgH=0099
-        cfgTriple=a7a0:b5ae:bc,cac3:d8d1:df,ede6:fbf4:02 tailBytes=eeeeee7a8188
-        rawBlock=272e353c434a51585f666d747b828990979ea5acb3bac1c8cfd6dde4ebf2f900
-        batteryType=07 setting1=ee setting2=0e setting3=15 setting4=1c setting5=23
-        setting6=312a setting7=38 setting8=3f value64a=777069625b544d46
-        flags32=7e858c939aa1a8afb6bdc4cbd2d9e0e7eef5fc030a11181f262d343b42495057
-        value64b=eeeeeeeeeeeeeeee entryCount=ee value64c=eeeeeeeeeeeeeeee computerByte1=ee
-        quadWords=eeee,eeee,eeee,eeee computerWord1=eeee computerWord2=eeee
-        computerWord3=eeee computerWord4=eeee computerWord5=eeee computerWord6=eeee
-        sixWords=eeee,eeee,eeee,eeee,eeee,eeee computerByte2=ee computerByte3=ee
-        computerByte4=ee value64d=eeeeeeeeeeeeeeee value64e=eeeeeeeeeeeeeeee
-        computerByte5=ee computerWord7=eeee)");
+    using enum ComputerModel::ComputerModelIn;
+    row(Varda, 0, Varda1);
+    row(Varda, 1, Varda1);
+    row(Varda, 8, Varda1);
+    row(Varda, 12, Varda1);
+    row(Varda, 13, Varda13);
+    row(Varda, 14, Varda13);
+    row(Varda, 255, Varda13);
+    row(Tidemar, 0, Shared1);
+    row(Tidemar, 1, Shared1);
+    row(Tidemar, 2, Shared2);
+    row(Tidemar, 4, Shared2);
+    row(Tidemar, 5, Shared2, 3);
+    row(Tidemar, 7, Shared2, 3);
+    row(Tidemar, 8, Shared8);
+    row(Tidemar, 9, Shared8);
+    row(Tidemar, 10, Shared8, 1);
+    row(Tidemar, 11, Shared8, 5);
+    row(Tidemar, 12, Shared8, 5, 7);
+    row(Tidemar, 13, Shared8, 5, 7);
+    row(Tidemar, 255, Shared8, 5, 7);
+    row(VSKM, 0, Shared1);
+    row(VSKM, 1, Shared1);
+    row(VSKM, 2, Shared2);
+    row(VSKM, 4, Shared2);
+    row(VSKM, 5, Shared2, 3);
+    row(VSKM, 7, Shared2, 3);
+    row(VSKM, 8, Shared8);
+    row(VSKM, 9, Shared8);
+    row(VSKM, 10, Shared8, 1);
+    row(VSKM, 11, Shared8, 5);
+    row(VSKM, 12, Shared8, 6);
+    row(VSKM, 13, Shared8, 10);
+    row(VSKM, 14, Shared8, 12);
+    row(VSKM, 15, Shared8, 38);
+    row(VSKM, 16, Shared8, 38);
+    row(VSKM, 17, Shared8, 41);
+    row(VSKM, 18, Shared8, 41);
+    row(VSKM, 19, Shared8, 41);
+    row(VSKM, 20, Shared8, 65);
+    row(VSKM, 21, Shared8, 79);
+    row(VSKM, 22, Shared8, 79);
+    row(VSKM, 255, Shared8, 79);
 }
 
 void TestConfiguration::everyField()
 {
-    QFETCH(const int, first);
-    QFETCH(const int, model);
-    QFETCH(const int, countOffset);
+    QFETCH(const VardaData::Payload, payload);
     QFETCH(const bool, extended);
-    VardaData::Payload payload = patternPayload(quint16(first));
-    if (model >= 0)
-        payload[3] = std::uint8_t(model);
-    if (countOffset > 0)
-        payload[std::size_t(countOffset)] = 2;
-
     VardaData data = usedStore();
     data.processComputer(payload, extended);
-    QTEST(fieldsOf(data.config) + fieldsOf(data.computer), "fields");
+    QFETCH(const QStringList, fields);
+    QCOMPARE(fieldsOf(data), fields);
     QVERIFY(data.computer.entries.isEmpty());
 }
 
@@ -424,173 +420,51 @@ void TestConfiguration::form()
     QCOMPARE(data.owner.isEmpty(), data.config.tailBytes[3] != 0xEE);
 }
 
-void TestConfiguration::vardaWidths_data()
-{
-    QTest::addColumn<int>("version");
-    QTest::addColumn<int>("countOffset");
-    QTest::addColumn<int>("gas8");
-    QTest::addColumn<int>("gas11");
-    QTest::addColumn<int>("rawBlock0");
-    QTest::addColumn<int>("flags31");
-    QTest::addColumn<int>("computerWord7");
-    QTest::addColumn<int>("sixWords5");
-
-    const auto row = [](int version, int countOffset, int gas8, int gas11, int rawBlock0,
-                        int flags31, int computerWord7, int sixWords5) {
-        QTest::addRow("%d", version) << version << countOffset << gas8 << gas11 << rawBlock0
-                                     << flags31 << computerWord7 << sixWords5;
-    };
-    row(0, 139, 0xEE, 0xEE, 0x5A, 0x91, 0x352E, 0xEEEE);
-    row(1, 139, 0xEE, 0xEE, 0x5A, 0x91, 0x352E, 0xEEEE);
-    row(8, 139, 0xEE, 0xEE, 0x5A, 0x91, 0x352E, 0xEEEE);
-    row(12, 139, 0xEE, 0xEE, 0x5A, 0x91, 0x352E, 0xEEEE);
-    row(13, 147, 0x29, 0x5A, 0x92, 0xC9, 0x6D66, 0xC1BA);
-    row(14, 147, 0x29, 0x5A, 0x92, 0xC9, 0x6D66, 0xC1BA);
-    row(255, 147, 0x29, 0x5A, 0x92, 0xC9, 0x6D66, 0xC1BA);
-}
-
-void TestConfiguration::vardaWidths()
-{
-    QFETCH(const int, version);
-    QFETCH(const int, countOffset);
-    VardaData::Payload payload = longForm(version, ComputerModel::Varda);
-    payload[std::size_t(countOffset)] = 0;
-    VardaData data = usedStore();
-    data.processComputer(payload, true);
-    QTEST(int(data.config.gasTable1[8].oxygen), "gas8");
-    QTEST(int(data.config.gasTable1[11].helium), "gas11");
-    QTEST(int(std::uint8_t(data.computer.rawBlock[0])), "rawBlock0");
-    QTEST(int(data.computer.flags32[31]), "flags31");
-    QTEST(int(data.computer.computerWord7), "computerWord7");
-    QTEST(int(data.computer.sixWords[5]), "sixWords5");
-    QCOMPARE(data.owner, QStringLiteral("before"));
-}
-
-static void addWidthColumns()
-{
-    QTest::addColumn<int>("version");
-    QTest::addColumn<int>("table1Last");
-    QTest::addColumn<int>("table2First");
-    QTest::addColumn<int>("table2Last");
-    QTest::addColumn<int>("rawBlock0");
-    QTest::addColumn<int>("rawBlock31");
-    QTest::addColumn<int>("flags31");
-    QTest::addColumn<int>("setting1");
-    QTest::addColumn<int>("quadWords3");
-}
-
-static void addWidthRow(int version, int table1Last, int table2First, int table2Last, int rawBlock0,
-                        int rawBlock31, int flags31, int setting1, int quadWords3)
-{
-    QTest::addRow("%d", version) << version << table1Last << table2First << table2Last << rawBlock0
-                                 << rawBlock31 << flags31 << setting1 << quadWords3;
-}
-
-static void checkWidths(int model)
-{
-    QFETCH(const int, version);
-    VardaData data = usedStore();
-    data.processComputer(longForm(version, model), true);
-    QTEST(int(data.config.gasTable1[7].helium), "table1Last");
-    QTEST(int(data.config.gasTable2[0].oxygen), "table2First");
-    QTEST(int(data.config.gasTable2[7].helium), "table2Last");
-    QTEST(int(std::uint8_t(data.computer.rawBlock[0])), "rawBlock0");
-    QTEST(int(std::uint8_t(data.computer.rawBlock[31])), "rawBlock31");
-    QTEST(int(data.computer.flags32[31]), "flags31");
-    QTEST(int(data.computer.setting1), "setting1");
-    QTEST(int(data.computer.quadWords[3]), "quadWords3");
-    QCOMPARE(int(data.config.gasTable1[8].oxygen), 0xEE);
-    QCOMPARE(int(data.config.gasTable2[8].oxygen), 0xEE);
-}
-
-void TestConfiguration::tidemarWidths_data()
-{
-    addWidthColumns();
-    const auto row = addWidthRow;
-    row(0, 0x22, 0xEE, 0xEE, 0x99, 0x72, 0xC9, 0x24, 0x1D16);
-    row(1, 0x22, 0xEE, 0xEE, 0x99, 0x72, 0xC9, 0x24, 0x1D16);
-    row(2, 0x22, 0x99, 0x02, 0x09, 0xE2, 0x39, 0x94, 0x8D86);
-    row(4, 0x22, 0x99, 0x02, 0x09, 0xE2, 0x39, 0x94, 0x8D86);
-    row(5, 0x22, 0x99, 0x02, 0x1E, 0xF7, 0x4E, 0xA9, 0xA29B);
-    row(7, 0x22, 0x99, 0x02, 0x1E, 0xF7, 0x4E, 0xA9, 0xA29B);
-    row(8, 0x84, 0x09, 0xD4, 0xFE, 0xD7, 0x2E, 0x97, 0x827B);
-    row(9, 0x84, 0x09, 0xD4, 0xFE, 0xD7, 0x2E, 0x97, 0x827B);
-    row(10, 0x84, 0x09, 0xD4, 0x05, 0xDE, 0x35, 0x9E, 0x8982);
-    row(11, 0x84, 0x09, 0xD4, 0x21, 0xFA, 0x51, 0xBA, 0xA59E);
-    row(12, 0x84, 0x09, 0xD4, 0x21, 0xFA, 0x51, 0xEB, 0xA59E);
-    row(13, 0x84, 0x09, 0xD4, 0x21, 0xFA, 0x51, 0xEB, 0xA59E);
-    row(255, 0x84, 0x09, 0xD4, 0x21, 0xFA, 0x51, 0xEB, 0xA59E);
-}
-
-void TestConfiguration::tidemarWidths()
-{
-    checkWidths(ComputerModel::Tidemar);
-}
-
-void TestConfiguration::vskmWidths_data()
-{
-    addWidthColumns();
-    const auto row = addWidthRow;
-    row(0, 0x22, 0xEE, 0xEE, 0x99, 0x72, 0xC9, 0x24, 0x1D16);
-    row(1, 0x22, 0xEE, 0xEE, 0x99, 0x72, 0xC9, 0x24, 0x1D16);
-    row(2, 0x22, 0x99, 0x02, 0x09, 0xE2, 0x39, 0x94, 0x8D86);
-    row(4, 0x22, 0x99, 0x02, 0x09, 0xE2, 0x39, 0x94, 0x8D86);
-    row(5, 0x22, 0x99, 0x02, 0x1E, 0xF7, 0x4E, 0xA9, 0xA29B);
-    row(7, 0x22, 0x99, 0x02, 0x1E, 0xF7, 0x4E, 0xA9, 0xA29B);
-    row(8, 0x84, 0x09, 0xD4, 0xFE, 0xD7, 0x2E, 0x97, 0x827B);
-    row(9, 0x84, 0x09, 0xD4, 0xFE, 0xD7, 0x2E, 0x97, 0x827B);
-    row(10, 0x84, 0x09, 0xD4, 0x05, 0xDE, 0x35, 0x9E, 0x8982);
-    row(11, 0x84, 0x09, 0xD4, 0x21, 0xFA, 0x51, 0xBA, 0xA59E);
-    row(12, 0x84, 0x09, 0xD4, 0x28, 0x01, 0x58, 0xC1, 0xACA5);
-    row(13, 0x84, 0x09, 0xD4, 0x44, 0x1D, 0x74, 0xDD, 0xC8C1);
-    row(14, 0x84, 0x09, 0xD4, 0x52, 0x2B, 0x82, 0xEB, 0xD6CF);
-    row(15, 0x84, 0x09, 0xD4, 0x08, 0xE1, 0x38, 0xA1, 0x8C85);
-    row(16, 0x84, 0x09, 0xD4, 0x08, 0xE1, 0x38, 0xA1, 0x8C85);
-    row(17, 0x84, 0x09, 0xD4, 0x1D, 0xF6, 0x4D, 0xB6, 0xA19A);
-    row(18, 0x84, 0x09, 0xD4, 0x1D, 0xF6, 0x4D, 0xB6, 0xA19A);
-    row(19, 0x84, 0x09, 0xD4, 0x1D, 0xF6, 0x4D, 0xB6, 0xA19A);
-    row(20, 0x84, 0x09, 0xD4, 0xC5, 0x9E, 0xF5, 0x5E, 0x4942);
-    row(21, 0x84, 0x09, 0xD4, 0x27, 0x00, 0x57, 0xC0, 0xABA4);
-    row(22, 0x84, 0x09, 0xD4, 0x27, 0x00, 0x57, 0xC0, 0xABA4);
-    row(255, 0x84, 0x09, 0xD4, 0x27, 0x00, 0x57, 0xC0, 0xABA4);
-}
-
-void TestConfiguration::vskmWidths()
-{
-    checkWidths(ComputerModel::VSKM);
-}
-
-// Version 13: the count stands at byte 147; 34 entries and more end outside the buffer.
+// Of 11 bytes each, behind their count; 34 and more end outside the answer.
 void TestConfiguration::entries_data()
 {
     QTest::addColumn<int>("count");
+    QTest::addColumn<int>("offset");
     QTest::addColumn<quint64>("value64c");
+    QTest::addColumn<int>("computerByte1");
+    QTest::addColumn<int>("quadWords0");
     QTest::addColumn<int>("quadWords1");
-    QTest::addColumn<int>("sixWords5");
 
-    const auto row = [](int count, quint64 value64c, int quadWords1, int sixWords5) {
-        QTest::addRow("%d", count) << count << value64c << quadWords1 << sixWords5;
+    const auto row = [](int count, int offset, quint64 value64c, int computerByte1, int quadWords0,
+                        int quadWords1) {
+        QTest::addRow("%d", count)
+            << count << offset << value64c << computerByte1 << quadWords0 << quadWords1;
     };
-    row(0, 0x4039322B241D160F, 0x635C, 0xC1BA);
-    row(1, 0x8D867F78716A635C, 0xB0A9, 0x0E07);
-    row(3, 0x272019120B04FDF6, 0x4A43, 0xA8A1);
-    row(32, 0xE0D9D2CBC4BDB6AF, 0x00FC, 0x0000);
-    row(33, 0x00000000000000FC, 0x0000, 0x0000);
-    row(34, 0x0000000000000000, 0x0000, 0x0000);
-    row(255, 0x0000000000000000, 0x0000, 0x0000);
+    // The answer ends with its byte 511.
+    row(0, 148, 0x0807060504030201, 0x09, 0x0B0A, 0x0D0C);
+    row(1, 159, 0x0807060504030201, 0x09, 0x0B0A, 0x0D0C);
+    row(3, 181, 0x0807060504030201, 0x09, 0x0B0A, 0x0D0C);
+    row(32, 500, 0x0807060504030201, 0x09, 0x0B0A, 0x000C);
+    row(33, 511, 0x0000000000000001, 0x00, 0x0000, 0x0000);
+    row(34, 512, 0x0000000000000000, 0x00, 0x0000, 0x0000);
+    row(255, 512, 0x0000000000000000, 0x00, 0x0000, 0x0000);
 }
 
 void TestConfiguration::entries()
 {
     QFETCH(const int, count);
-    VardaData::Payload payload = longForm(13, ComputerModel::Varda);
+    QFETCH(const int, offset);
+    VardaData::Payload payload{};
+    payload.fill(0xDD);
+    payload[1] = 13;
+    payload[2] = 1;
+    payload[3] = std::uint8_t(ComputerModel::Varda);
     payload[147] = std::uint8_t(count);
+    std::uint8_t byte = 0;
+    for (std::size_t i = std::size_t(offset); i < payload.size(); ++i)
+        payload[i] = ++byte;
     VardaData data = usedStore();
     data.processComputer(payload, true);
     QCOMPARE(int(data.computer.entryCount), count);
     QTEST(quint64(data.computer.value64c), "value64c");
+    QTEST(int(data.computer.computerByte1), "computerByte1");
+    QTEST(int(data.computer.quadWords[0]), "quadWords0");
     QTEST(int(data.computer.quadWords[1]), "quadWords1");
-    QTEST(int(data.computer.sixWords[5]), "sixWords5");
     QVERIFY(data.computer.entries.isEmpty());
 }
 
@@ -653,13 +527,13 @@ void TestConfiguration::tidemarByHand()
     QCOMPARE(int(data.config.surfacePressure), 1013);
     QCOMPARE(hexOf(data.config.tailBytes), QStringLiteral("000000a1a2a3"));
     QCOMPARE(hexOf(data.config.cfgBytes), QStringLiteral("b1b2b3b4b5b6"));
-    QCOMPARE(hexOf(data.config.gasTable1),
-             QStringLiteral("15002023320064000000000000000c410000000000000000"));
-    QCOMPARE(hexOf(data.config.cfgTriple),
-             QStringLiteral("0001:0002:03,0004:0005:06,0007:0008:09"));
-    QCOMPARE(hexOf(data.config.gasTable2),
-             QStringLiteral("0a50000000000000000000000000152000000000 00000000")
-                 .remove(QLatin1Char(' ')));
+    const QStringList fields = fieldsOf(data.config);
+    const QStringList expected = fieldList(R"(
+        gasTable1.oxygen=152032640000000c00000000 gasTable1.helium=002300000000004100000000
+        gasTable2.oxygen=0a0000000000001500000000 gasTable2.helium=500000000000002000000000
+        cfgTriple.first=0001,0004,0007 cfgTriple.second=0002,0005,0008 cfgTriple.third=030609)");
+    for (const QString &field : expected)
+        QVERIFY2(fields.contains(field), qPrintable(field));
     QCOMPARE(data.owner, QStringLiteral("Marco"));
 }
 
