@@ -146,7 +146,8 @@ public:
 
     /**
      * How long the computer may be silent while the job runs; by default 10 s. If it does not begin
-     * to answer, the job waits only 5 s, so a longer limit matters only within an answer.
+     * to answer, the job waits only 5 s, so a longer limit matters only within an answer. There it
+     * is at least 2 s, because some answers end only with a second of silence.
      */
     void setIdleLimit(std::chrono::milliseconds limit);
     /** How long finding and connecting may take, including all attempts; by default 60 s. */

@@ -22,6 +22,8 @@ constexpr auto kGap = 3s;
 constexpr auto kSettleTime = 5s;
 /** The session gives up on the answer to its Close after 5 s. */
 constexpr auto kCloseTime = 6s;
+/** The session takes a second of silence for the end of an answer. */
+constexpr auto kShortestSilence = 2s;
 
 QString nameOf(const BleDeviceInfo &device)
 {
@@ -632,7 +634,7 @@ void JobEngine::onLimit()
         onLinkFailed(found ? JobEnd{VardaJob::TimedOut, Reason::ConnectLimit, seconds}
                            : JobEnd{VardaJob::NotFound, Reason::Silent, seconds});
         setPhase(Phase::Closing);
-    } else if (m_phase == Phase::Asking && m_silent >= job.idleLimit) {
+    } else if (m_phase == Phase::Asking && m_silent >= silenceLimit()) {
         dropLinkAndFail(
             {VardaJob::TimedOut, m_exchange->bytes() > 0 ? Reason::NoEnd : Reason::NoAnswer});
     }
@@ -641,6 +643,13 @@ void JobEngine::onLimit()
 // What is seen of it
 
 void JobEngine::setPhase(Phase phase)
+std::chrono::milliseconds JobEngine::silenceLimit() const
+{
+    const auto limit = current().idleLimit;
+    return m_exchange->bytes() > 0 ? std::max<std::chrono::milliseconds>(limit, kShortestSilence)
+                                   : limit;
+}
+
 {
     m_phase = phase;
     updateState();

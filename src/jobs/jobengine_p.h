@@ -103,6 +103,7 @@ private:
 
     [[nodiscard]] VardaJobPrivate &current() const { return VardaJobPrivate::of(*m_current); }
     [[nodiscard]] bool isRunning(const VardaJob *job) const;
+    [[nodiscard]] std::chrono::milliseconds silenceLimit() const;
     [[nodiscard]] bool mayAskAgain(const JobEnd &end) const;
     [[nodiscard]] bool mayShareAttempt(VardaJob &job) const;
     [[nodiscard]] bool isUnclear() const;

@@ -194,14 +194,14 @@ void TestDownload::pauseAndResume()
 {
     LOAD(Simulator::loadKnown(R"("dives":{"count":3,"samples":20})"));
     auto *const job = download();
-    job->setIdleLimit(1500ms);
+    job->setIdleLimit(2s);
     job->setTotalLimit(20s);
     connect(job, &DownloadJob::diveRead, job, &DownloadJob::pause);
     JobSpy spy(job);
     QTRY_COMPARE(job->state(), VardaJob::Paused);
     QCOMPARE(m_numbers, (QList<int>{1}));
     // Longer than it may be silent.
-    QTest::qWait(1800);
+    QTest::qWait(2300);
     QCOMPARE(job->state(), VardaJob::Paused);
     QCOMPARE(m_computer->state(), VardaComputer::Connected);
     job->resume();

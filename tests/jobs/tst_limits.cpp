@@ -22,6 +22,7 @@ private Q_SLOTS:
     void init() { m_computer = std::make_unique<VardaComputer>(); }
     void idleLimit();
     void idleLimitWithinAnAnswer();
+    void shortIdleLimit();
     void connectLimitOfAFoundComputer();
     void connectLimitIsThatOfTheSearch();
     void totalLimit();
@@ -76,6 +77,18 @@ void TestLimits::idleLimitWithinAnAnswer()
 
 void TestLimits::connectLimitOfAFoundComputer()
 {
+void TestLimits::shortIdleLimit()
+{
+    // This answer ends with a second of silence.
+    LOAD(Simulator::loadKnown(R"("owner":"Ada")"));
+    auto *const job = m_computer->readOwner();
+    job->setIdleLimit(500ms);
+    job->setRetries(0);
+    JobSpy spy(job);
+    ENDS_WELL(spy);
+    QCOMPARE(spy.value, u"Ada"_s);
+}
+
     LOAD(Simulator::loadKnown(R"("faults":[{"step":"discover","kind":"silent"}])"));
     auto *const job = m_computer->readClock();
     job->setConnectLimit(1500ms);
