@@ -393,7 +393,10 @@ void JobEngine::onAnswered()
 
 bool JobEngine::mayAskAgain(const JobEnd &end) const
 {
-    if (m_request.optional || end.error == VardaJob::Refused || end.error == VardaJob::Rejected)
+    if (end.error == VardaJob::Refused || end.error == VardaJob::Rejected)
+        return false;
+    // What comes twice may be the answer before: no fault of the optional part.
+    if (m_request.optional && end.error != VardaJob::Repeated)
         return false;
     if (!m_request.repeatable && m_exchange->hasSent())
         return false;
@@ -430,7 +433,8 @@ void JobEngine::onNotAnswered(const JobEnd &end)
     const QPointer<JobEngine> alive(this);
     // A service that has gone may come back before the next request.
     const bool mayComeBack = end.reason == Reason::ServiceGone && current().retries > 0;
-    const bool without = !m_ownRequest && (end.error != VardaJob::NoBluetooth || mayComeBack)
+    const bool without = !m_ownRequest && end.error != VardaJob::Repeated
+                         && (end.error != VardaJob::NoBluetooth || mayComeBack)
                          && current().work->failed(end);
     if (!alive || !isRunning(job))
         return;

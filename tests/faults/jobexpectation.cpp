@@ -211,10 +211,9 @@ QString judge(const Case &each, const Setting &setting, const Healthy &healthy,
     const ComputerJob &job = setting.job->computer;
     const bool atRequest = each.request >= 0;
     const int command = atRequest ? healthy.exchanges[each.request].command : -1;
-    // A second fault, and what comes twice, may hit a request that is not asked again.
-    const bool reaches = each.isSecond || each.kind == "doubled"_L1;
+    // A second fault may hit a request that is not asked again.
     const bool optional = job.optional.contains(TidemarCommand::TidemarCommandIn(command))
-                          || (reaches && !job.optional.isEmpty());
+                          || (each.isSecond && !job.optional.isEmpty());
     const bool well = outcome.error == Error::NoError;
     const QString differs = difference(outcome.report, healthy.report, !optional);
     // A restarted daemon's computer has forgotten what was written before.

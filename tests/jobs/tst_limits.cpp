@@ -33,6 +33,8 @@ private Q_SLOTS:
     void silentRequestIsRepeatedOnce();
     void damagedAnswerIsRepeated();
     void notRepeatedOnceSent_data();
+    void lateSecondCopy_data();
+    void lateSecondCopy();
     void notRepeatedOnceSent();
     void writingIsRepeated();
     void superUserMode();
@@ -207,6 +209,34 @@ void TestLimits::notRepeatedOnceSent_data()
     for (const auto *command :
          {"DeleteLastDive", "EraseDives", "LayoutAdd", "LayoutRemove", "LayoutRemoveAll"})
         QTest::newRow(command) << QByteArray(command);
+}
+
+/** The second copy comes when the next request is under way, without which a job can do. */
+void TestLimits::lateSecondCopy_data()
+{
+    QTest::addColumn<int>("retries");
+    QTest::addColumn<VardaJob::Error>("error");
+    QTest::addColumn<QString>("serialNumber");
+    QTest::newRow("once") << 0 << VardaJob::Repeated << QString();
+    QTest::newRow("again") << 3 << VardaJob::NoError << u"00420017-3138510D-37373934"_s;
+}
+
+void TestLimits::lateSecondCopy()
+{
+    QFETCH(const int, retries);
+    QFETCH(const VardaJob::Error, error);
+    QFETCH(const QString, serialNumber);
+    const QByteArray identification = "\"dcdc0600339a000001620204010b\"";
+    LOAD(Simulator::loadKnown(R"("responses":{"Identification":{"notifications":[)" + identification
+                              + R"(]}},"faults":[{"step":"notification","command":"Serialnumber",)"
+                                R"("nth":1,"kind":"insert","bytes":)"
+                              + identification + "}]"));
+    auto *const job = m_computer->readIdentity();
+    job->setRetries(retries);
+    JobSpy spy(job);
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, error);
+    QCOMPARE(spy.value.value<VardaIdentity>().serialNumber, serialNumber);
 }
 
 void TestLimits::notRepeatedOnceSent()
