@@ -74,8 +74,9 @@ public:
     /**
      * Reads the headers of the dives that are not in @p existingDiveIds into diveHeaders().
      *
-     * The list is sent in one write. Linux refuses a write longer than the link's MTU - 3, so pass
-     * only the newest (MTU - 12) / 2 numbers, and skip the headers of other dives that you know.
+     * The list is sent in one write. Linux refuses a write longer than the link's MTU - 3 or than
+     * 512 bytes, so pass only the newest (MTU - 12) / 2 numbers and no more than 251, and skip the
+     * headers of other dives that you know.
      * Asking in parts does not help: each part brings the dives of the others again.
      */
     Q_INVOKABLE void startGetLogbook(QList<uint16_t> existingDiveIds);
