@@ -457,14 +457,17 @@ class Behaviour(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder, socket.socket(socket.AF_UNIX) as server:
             pipe = Path(folder, "pipe")
             os.mkfifo(pipe)
-            with subprocess.Popen(["cat", pipe], stdout=subprocess.PIPE) as reader:
-                done = get(pipe)
-                self.assertEqual((done.returncode, done.stderr), (0, ""))
-                self.assertEqual(done.stdout, f"4 bytes written to {pipe}\n")
-                self.assertEqual(reader.stdout.read(), b"\0\1\2\3")
+            # Without waiting: if the pipe was replaced, nothing is ever written to it.
+            reader = os.open(pipe, os.O_RDONLY | os.O_NONBLOCK)
+            done = get(pipe)
+            self.assertEqual((done.returncode, done.stderr), (0, ""))
+            self.assertEqual(done.stdout, f"4 bytes written to {pipe}\n")
+            self.assertEqual(os.read(reader, 100), b"\0\1\2\3")
             self.assertTrue(stat.S_ISFIFO(os.stat(pipe).st_mode))
+            os.close(reader)
 
             ours, device = pty.openpty()
+            os.set_blocking(ours, False)
             tty.setraw(device)
             link = Path(folder, "device")
             link.symlink_to(os.ttyname(device))
