@@ -77,7 +77,7 @@ Reason reasonOf(const QDBusMessage &reply)
                        : Reason::None;
         }
     }
-    if (reply.signature() != "a{oa{sa{sv}}}"_L1)
+    if (reply.signature() != "a{oa{sa{sv}}}"_L1) // of another call
         return Reason::None;
     const Adapters adapters = adaptersIn(reply.arguments().constFirst().value<QDBusArgument>());
     if (!adapters.any)
@@ -105,7 +105,7 @@ BluetoothWatch::BluetoothWatch(QObject *parent) : QObject(parent)
 
 BluetoothWatch::~BluetoothWatch() = default;
 
-void BluetoothWatch::ask(std::function<void(Reason)> answered)
+void BluetoothWatch::call(const QDBusMessage &message, std::function<void(Reason)> answered)
 {
     // Such a call is never answered; what searches and connects fails by itself.
     if (!QDBusConnection::systemBus().isConnected()) {
@@ -114,15 +114,30 @@ void BluetoothWatch::ask(std::function<void(Reason)> answered)
             Qt::QueuedConnection);
         return;
     }
-    const QDBusMessage call = QDBusMessage::createMethodCall(kBluez, u"/"_s, kObjectManager,
-                                                             u"GetManagedObjects"_s);
     auto *const pending = new QDBusPendingCallWatcher(
-        QDBusConnection::systemBus().asyncCall(call, kFrozenMs), this);
+        QDBusConnection::systemBus().asyncCall(message, kFrozenMs), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this,
             [answered = std::move(answered)](QDBusPendingCallWatcher *ended) {
                 ended->deleteLater();
                 answered(reasonOf(ended->reply()));
             });
+}
+
+void BluetoothWatch::ask(std::function<void(Reason)> answered)
+{
+    call(QDBusMessage::createMethodCall(kBluez, u"/"_s, kObjectManager, u"GetManagedObjects"_s),
+         std::move(answered));
+}
+
+void BluetoothWatch::ping(std::function<void(Reason)> answered)
+{
+    // Any answer will do, and this one is short: an error, since the root has no properties.
+    QDBusMessage message = QDBusMessage::createMethodCall(
+        kBluez, u"/"_s, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    message.setArguments({kAdapter, u"Powered"_s});
+    call(message, [answered = std::move(answered)](Reason reason) {
+        answered(reason == Reason::ServiceFrozen ? reason : Reason::None);
+    });
 }
 
 void BluetoothWatch::onInterfacesRemoved(const QDBusObjectPath & /*path*/,
@@ -158,6 +173,11 @@ void BluetoothWatch::ask(std::function<void(Reason)> answered)
 {
     QMetaObject::invokeMethod(
         this, [answered = std::move(answered)] { answered(Reason::None); }, Qt::QueuedConnection);
+}
+
+void BluetoothWatch::ping(std::function<void(Reason)> answered)
+{
+    ask(std::move(answered));
 }
 
 #endif

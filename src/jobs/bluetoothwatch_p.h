@@ -5,6 +5,7 @@
 #include <QtCore/qvariant.h>
 #ifdef VARDA_HAS_DBUS
 #    include <QtDBus/qdbusextratypes.h>
+#    include <QtDBus/qdbusmessage.h>
 #endif
 
 #include <functional>
@@ -29,6 +30,8 @@ public:
     void findOut(std::function<void(VardaJob::Reason)> answered);
     /** Nobody waits for the answer any more. */
     void forget();
+    /** Calls back as soon as the service shows that it is alive, or that it is not. */
+    void ping(std::function<void(VardaJob::Reason)> answered);
 
 Q_SIGNALS:
     /** It has ended, or its adapter is off or gone; links and searches are dead. */
@@ -44,6 +47,9 @@ private Q_SLOTS:
 #endif
 
 private:
+#ifdef VARDA_HAS_DBUS
+    void call(const QDBusMessage &message, std::function<void(VardaJob::Reason)> answered);
+#endif
     void ask(std::function<void(VardaJob::Reason)> answered);
 
     quint64 m_asked = 0; ///< counts what was asked, so that a late answer is known

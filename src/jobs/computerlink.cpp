@@ -357,7 +357,7 @@ void ComputerLink::quit()
     setState(State::Down);
 }
 
-void ComputerLink::close()
+void ComputerLink::close(const JobEnd &why)
 {
     const bool used = m_state == State::Connecting || m_state == State::Up;
     if (m_state == State::Closing)
@@ -368,9 +368,15 @@ void ComputerLink::close()
         m_session->controllerDisconnect();
     ++m_serial; // what the session has just said is known
     setState(State::Closing);
-    const auto end = [this] {
-        quit();
-        Q_EMIT closed();
+    const auto end = [this, why] {
+        const auto report = [this](const JobEnd &known) {
+            quit();
+            Q_EMIT closed(known);
+        };
+        if (why.error == VardaJob::TimedOut)
+            explain(why, report);
+        else
+            report(why);
     };
     if (const ClosingLink *const closing = m_device.isValid()
                                                ? ClosingLink::toDevice(m_device.deviceInfo())

@@ -50,8 +50,14 @@ public:
     void setObserver(LinkObserver *observer) { m_observer = observer; }
 
     void open(const Wish &wish);
-    /** Ends the search or the connection; the link if it is up. */
-    void close();
+    /** Ends the search or the connection; the link if it is up. Reports @p why, or its cause. */
+    void close(const JobEnd &why = {});
+
+    /** Whether the system's service is able to send something now. */
+    void ping(std::function<void(VardaJob::Reason)> answered)
+    {
+        m_watch->ping(std::move(answered));
+    }
 
     [[nodiscard]] State state() const { return m_state; }
     /** The one that is or was connected to last. */
@@ -69,7 +75,7 @@ Q_SIGNALS:
     void failed(const JobEnd &end);
     /** It was up, and nobody here has dropped it. */
     void lost(const JobEnd &end);
-    void closed();
+    void closed(const JobEnd &why);
 
 private:
     void begin();

@@ -84,14 +84,26 @@ void Exchange::start(const Request &request)
     m_bytes = 0;
     m_quiet->stop();
     m_longest->stop();
+    // To a service that is frozen Qt would wait for half a minute, in the middle of a write.
+    m_link->ping([this, serial = m_serial](Reason reason) {
+        if (!m_running || serial != m_serial)
+            return;
+        if (reason != Reason::None)
+            finish({VardaJob::NoBluetooth, reason});
+        else if (m_stopped)
+            finish({VardaJob::Cancelled, Reason::ByCaller});
+        else
+            send();
+    });
+}
 
+void Exchange::send()
+{
     SessionDoor door(m_link->session());
-    const Reason rejected = request.send(m_link->session(), door);
-    if (rejected != Reason::None) {
+    const Reason rejected = m_request.send(m_link->session(), door);
+    if (rejected != Reason::None)
         finish({VardaJob::Rejected, rejected});
-        return;
-    }
-    if (request.ending == Request::Ending::AnyFrame)
+    else if (m_running && m_request.ending == Request::Ending::AnyFrame)
         m_quiet->start(kAcknowledgement);
 }
 

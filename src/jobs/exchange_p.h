@@ -50,6 +50,7 @@ Q_SIGNALS:
 
 private:
     void watch(VardaSession &session);
+    void send();
     void judge();
     void finish(const JobEnd &end);
     void finishWhenQuiet(const JobEnd &end);

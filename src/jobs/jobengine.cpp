@@ -148,7 +148,7 @@ void JobEngine::forget(VardaJob *job)
         return;
     m_current = nullptr;
     m_tick->stop();
-    m_afterClosing.reset();
+    m_closesForJob = false;
     if (m_phase == Phase::Asking || m_phase == Phase::Cancelling)
         settle();
     else if (m_phase == Phase::Held)
@@ -183,7 +183,7 @@ void JobEngine::stop(VardaJob *job, bool atOnce)
         setPhase(Phase::Free);
         break;
     case Phase::Closing:
-        m_afterClosing.reset();
+        m_closesForJob = false;
         break;
     case Phase::Opening: // goes on for the next job
     case Phase::Free:
@@ -573,32 +573,31 @@ void JobEngine::onLinkLost(const JobEnd &end)
         updateState();
 }
 
-void JobEngine::closeLink()
+void JobEngine::closeLink(const JobEnd &why)
 {
     m_lingering->stop();
     m_settling->stop();
     m_unclear = isUnclear();
     m_exchange->abandon();
     setPhase(Phase::Closing);
-    m_link->close();
+    m_link->close(why);
 }
 
 /** For an answer that is in no state to be waited for. */
 void JobEngine::dropLinkAndFail(const JobEnd &end)
 {
-    m_afterClosing = end;
-    closeLink();
+    m_closesForJob = true;
+    closeLink(end);
 }
 
-void JobEngine::onLinkClosed()
+void JobEngine::onLinkClosed(const JobEnd &why)
 {
     setPhase(Phase::Free);
     const QList<VardaJob *> closers = std::exchange(m_closers, {});
     for (VardaJob *job : closers)
         VardaJobPrivate::of(*job).end({});
-    const auto end = std::exchange(m_afterClosing, {});
-    if (end && m_current && !current().isEnding())
-        onNotAnswered(*end);
+    if (std::exchange(m_closesForJob, false) && m_current && !current().isEnding())
+        onNotAnswered(why);
     else
         goOn();
 }
@@ -644,9 +643,6 @@ void JobEngine::onLimit()
     }
 }
 
-// What is seen of it
-
-void JobEngine::setPhase(Phase phase)
 std::chrono::milliseconds JobEngine::silenceLimit() const
 {
     const auto limit = current().idleLimit;
@@ -654,6 +650,9 @@ std::chrono::milliseconds JobEngine::silenceLimit() const
                                    : limit;
 }
 
+// What is seen of it
+
+void JobEngine::setPhase(Phase phase)
 {
     m_phase = phase;
     updateState();

@@ -82,7 +82,7 @@ private:
     void advance();
     [[nodiscard]] const Request *nextRequest();
     void openLink();
-    void closeLink();
+    void closeLink(const JobEnd &why = {});
     void dropLinkAndFail(const JobEnd &end);
     void ask(const Request &request);
     void endCurrent(const JobEnd &end, const QVariant &value = {});
@@ -93,7 +93,7 @@ private:
     void onLinkOpened();
     void onLinkFailed(const JobEnd &end);
     void onLinkLost(const JobEnd &end);
-    void onLinkClosed();
+    void onLinkClosed(const JobEnd &why);
     void onExchangeEnded(const JobEnd &end);
     void onAnswered();
     void onNotAnswered(const JobEnd &end);
@@ -128,8 +128,8 @@ private:
     bool m_ownRequest = false;     ///< not the job's: an identification
     int m_tries = 0;
     std::optional<quint64> m_doubt;
-    std::optional<JobEnd> m_cause;        ///< what the link is restored after
-    std::optional<JobEnd> m_afterClosing; ///< what to report when the link is down
+    std::optional<JobEnd> m_cause; ///< what the link is restored after
+    bool m_closesForJob = false;   ///< and goes on with it, or ends it, when the link is down
 
     // Clocks of the job that runs
     QTimer *m_tick;

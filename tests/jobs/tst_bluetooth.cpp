@@ -43,7 +43,9 @@ private Q_SLOTS:
     void lostWhileSearching();
     void restartedInADownload();
     void frozen();
-    void frozenInADownload();
+    void frozenInAnAnswer_data();
+    void frozenInAnAnswer();
+    void frozenBetweenDives();
 
 private:
     std::unique_ptr<VardaComputer> m_computer;
@@ -172,16 +174,40 @@ void TestBluetooth::frozen()
     QCOMPARE(spy.reason, Reason::ServiceFrozen);
 }
 
-void TestBluetooth::frozenInADownload()
+void TestBluetooth::frozenInAnAnswer_data()
+{
+    QTest::addColumn<int>("retries");
+    QTest::newRow("once") << 0;
+    QTest::newRow("again") << 3;
+}
+
+void TestBluetooth::frozenInAnAnswer()
+{
+    QFETCH(const int, retries);
+    LOAD(
+        Simulator::loadKnown(R"("dives":{"count":4,"samples":20},"faults":[{"step":"notification",)"
+                             R"("command":"Fullsamples","nth":2,"kind":"freeze","ms":14000}])"));
+    auto *const job = m_computer->downloadDives();
+    job->setIdleLimit(2s);
+    job->setRetries(retries);
+    JobSpy spy(job);
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, VardaJob::NoBluetooth);
+    QCOMPARE(spy.reason, Reason::ServiceFrozen);
+}
+
+/** Qt must not be made to wait for it. */
+void TestBluetooth::frozenBetweenDives()
 {
     LOAD(Simulator::loadKnown(R"("dives":{"count":4,"samples":20})"));
     auto *const job = m_computer->downloadDives();
-    connect(
-        job, &DownloadJob::diveRead, job, [] { steer(u"Freeze"_s, {22'000U}); },
-        Qt::SingleShotConnection);
-    job->setIdleLimit(2s);
+    connect(job, &DownloadJob::diveRead, job, &DownloadJob::pause, Qt::SingleShotConnection);
     JobSpy spy(job);
-    QVERIFY(spy.wait(40'000));
+    QTRY_COMPARE(job->state(), VardaJob::Paused);
+    steer(u"Freeze"_s, {7000U});
+    QTest::qWait(100); // until it is: nobody reports that
+    job->resume();
+    QVERIFY(spy.wait());
     QCOMPARE(spy.error, VardaJob::NoBluetooth);
     QCOMPARE(spy.reason, Reason::ServiceFrozen);
 }

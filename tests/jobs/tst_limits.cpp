@@ -77,8 +77,6 @@ void TestLimits::idleLimitWithinAnAnswer()
     QCOMPARE(spy.reason, Reason::NoEnd);
 }
 
-void TestLimits::connectLimitOfAFoundComputer()
-{
 void TestLimits::shortIdleLimit()
 {
     // This answer ends with a second of silence.
@@ -91,6 +89,8 @@ void TestLimits::shortIdleLimit()
     QCOMPARE(spy.value, u"Ada"_s);
 }
 
+void TestLimits::connectLimitOfAFoundComputer()
+{
     LOAD(Simulator::loadKnown(R"("faults":[{"step":"discover","kind":"silent"}])"));
     auto *const job = m_computer->readClock();
     job->setConnectLimit(1500ms);
