@@ -7,8 +7,8 @@
 #include <optional>
 
 #include "jobs/answercheck_p.h"
-#include "jobs/computerlink_p.h"
-#include "jobs/request_p.h"
+#include "jobs/link/computerlink_p.h"
+#include "jobs/work/request_p.h"
 
 /**
  * One request and its answer, to the end: sent on a link that is up, watched over, and judged as a

@@ -12,8 +12,8 @@
 
 #include <varda/vardacomputer.h>
 
-#include "jobs/computerlink_p.h"
 #include "jobs/exchange_p.h"
+#include "jobs/link/computerlink_p.h"
 #include "jobs/vardajob_p.h"
 
 /**
@@ -87,7 +87,7 @@ private:
     void ask(const Request &request);
     void endCurrent(const JobEnd &end, const QVariant &value = {});
     void endAll(const JobEnd &end);
-    void settle();
+    void settle(Phase phase);
     void settled();
 
     void onLinkOpened();

@@ -67,23 +67,6 @@ void SearchJobPrivate::finish(const JobEnd &how)
     end(how, QVariant::fromValue(devices));
 }
 
-VardaJob::Reason failureReason(DeviceSearch::Failure failure)
-{
-    switch (failure) {
-    case DeviceSearch::Failure::NoAdapter:
-        return Reason::NoAdapter;
-    case DeviceSearch::Failure::AdapterOff:
-        return Reason::AdapterOff;
-    case DeviceSearch::Failure::PermissionDenied:
-        return Reason::PermissionDenied;
-    case DeviceSearch::Failure::NotSupported:
-        return Reason::NotSupported;
-    case DeviceSearch::Failure::Other:
-        break;
-    }
-    return Reason::ServiceGone;
-}
-
 namespace {
 
 SearchJobPrivate &privateOf(const SearchJob &job)

@@ -8,7 +8,7 @@
 #include <varda/bledeviceinfo.h>
 #include <varda/searchjob.h>
 
-#include "jobs/bluetoothwatch_p.h"
+#include "jobs/link/bluetoothwatch_p.h"
 #include "jobs/vardajob_p.h"
 #include "transport/devicesearch_p.h"
 
@@ -30,5 +30,3 @@ private:
     DeviceSearch *m_search = nullptr; ///< a child of the job, as the watch
     BluetoothWatch *m_watch = nullptr;
 };
-
-[[nodiscard]] VardaJob::Reason failureReason(DeviceSearch::Failure failure);

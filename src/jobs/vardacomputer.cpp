@@ -9,11 +9,11 @@
 
 #include <varda/vardadata.h>
 
-#include "jobs/download_p.h"
-#include "jobs/firmware_p.h"
 #include "jobs/jobengine_p.h"
-#include "jobs/readings_p.h"
 #include "jobs/searchjob_p.h"
+#include "jobs/work/download_p.h"
+#include "jobs/work/firmware_p.h"
+#include "jobs/work/readings_p.h"
 #include "session/computername_p.h"
 #include "transport/deletelater_p.h"
 

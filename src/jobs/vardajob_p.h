@@ -11,7 +11,7 @@
 #include <varda/vardajob.h>
 
 #include "jobs/jobend_p.h"
-#include "jobs/work_p.h"
+#include "jobs/work/work_p.h"
 
 class JobEngine;
 

@@ -19,6 +19,8 @@ ROOMS = {
     "conversion": {"session", "protocol", "transport", "decoding"},
     "jobs": {"conversion", "session", "protocol", "transport", "decoding"},
 }
+# A room within a room, and what it may include of it besides itself.
+INNER = {"src/jobs/link": {"src/jobs/jobend_p.h"}}
 # The public headers that belong to a room; all others are records and enumerations for
 # every room, and include nothing but each other.
 PUBLIC = {
@@ -73,6 +75,15 @@ def target_of(path, quote, name):
     return None
 
 
+def leaves(path, target):
+    """Whether that include leads out of a room within a room."""
+    inside = str(path.parent.relative_to(ROOT))
+    wanted = str(target.relative_to(ROOT))
+    if inside not in INNER or not wanted.startswith(str(Path(inside).parent)):
+        return False
+    return str(target.parent.relative_to(ROOT)) != inside and wanted not in INNER[inside]
+
+
 def own(target, top):
     return target and target.relative_to(ROOT).parts[0] == top
 
@@ -97,6 +108,8 @@ def arrows():
                 yield path, f"{name} is outside the library"
             elif room_of(target) not in allowed:
                 yield path, f"{room or 'shared'} must not include {name} ({room_of(target)})"
+            elif leaves(path, target):
+                yield path, f"{path.parent.relative_to(ROOT)} must not include {name}"
     for path in files(*GUESTS, *STRANGERS):
         if path.suffix not in (".cpp", ".h"):
             continue

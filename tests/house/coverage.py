@@ -37,7 +37,8 @@ def main():
     folders = {}
     for entry in files:
         counts = {kind: entry[kind] for kind in kinds}
-        name = entry["filename"].removeprefix("../../").rpartition("/")[0]
+        # A room within a room counts for it.
+        name = "/".join(entry["filename"].removeprefix("../../").split("/")[:-1][:2])
         for key in (name, "all"):
             folders.setdefault(key, Counter()).update(counts)
 

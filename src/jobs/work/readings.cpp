@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "jobs/readings_p.h"
+#include "jobs/work/readings_p.h"
 
 #include <algorithm>
 #include <set>

@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "jobs/computerlink_p.h"
+#include "jobs/link/computerlink_p.h"
 
 #include <algorithm>
 #include <chrono>
 
-#include <varda/vardableprotocol.h>
-#include <varda/vardacomputer.h>
-
-#include "jobs/claims_p.h"
-#include "jobs/searchjob_p.h"
+#include "jobs/link/claims_p.h"
 #include "logging_p.h"
 #include "session/sessiondoor_p.h"
 #include "transport/closinglink_p.h"
@@ -18,9 +14,6 @@ using Reason = VardaJob::Reason;
 
 namespace {
 
-constexpr auto kSearchTime = 30s;
-/** Others may be in reach whose advertisements come later. */
-constexpr auto kOthersTime = 3s;
 /** A computer that accepts the link and then says nothing is given up by the system after 30 s. */
 constexpr auto kAttemptTime = 31s;
 constexpr auto kFirstPause = 1s;
@@ -32,12 +25,12 @@ std::chrono::seconds pauseAfter(int failures)
     return kFirstPause * (1 << std::min(failures - 1, kMostDoublings));
 }
 
+} // namespace
+
 bool sameAddress(const BleDeviceInfo &one, const BleDeviceInfo &other)
 {
     return one.address().compare(other.address(), Qt::CaseInsensitive) == 0;
 }
-
-} // namespace
 
 ComputerLink::ComputerLink(QObject *parent)
     : QObject(parent),
@@ -67,11 +60,11 @@ ComputerLink::~ComputerLink()
 }
 
 /** From the event loop, unless the attempt that it belongs to is over by then. */
-template <typename Function> void ComputerLink::post(Function function)
+void ComputerLink::post(std::function<void()> function)
 {
     QMetaObject::invokeMethod(
         this,
-        [this, serial = m_serial, function] {
+        [this, serial = m_serial, function = std::move(function)] {
             if (serial == m_serial)
                 function();
         },
@@ -79,9 +72,9 @@ template <typename Function> void ComputerLink::post(Function function)
 }
 
 /** What fails may be the first sign of an adapter that was switched off. */
-template <typename Function> void ComputerLink::explain(const JobEnd &end, Function report)
+void ComputerLink::explain(const JobEnd &end, std::function<void(const JobEnd &)> report)
 {
-    m_watch->findOut([this, serial = m_serial, end, report](Reason reason) {
+    m_watch->findOut([this, serial = m_serial, end, report = std::move(report)](Reason reason) {
         if (serial == m_serial)
             report(reason == Reason::None ? end : JobEnd{VardaJob::NoBluetooth, reason});
     });
@@ -144,64 +137,6 @@ void ComputerLink::onBluetoothKnown(Reason reason)
     fail({VardaJob::NoBluetooth, reason});
 }
 
-void ComputerLink::search()
-{
-    if (m_wish.device.isValid() && Claims::isOthers(m_wish.device.address(), this)) {
-        post([this] { fail({VardaJob::InUse, Reason::OtherComputer}); });
-        return;
-    }
-    m_candidates.clear();
-    m_othersSeen = false;
-    m_search->start(kSearchTime);
-}
-
-void ComputerLink::onSeen(const BleDeviceInfo &device)
-{
-    const bool wanted = m_wish.device.isValid() ? sameAddress(device, m_wish.device)
-                                                : VardaComputer::isComputerName(device.name());
-    const auto known = [&device](const BleDeviceInfo &each) { return sameAddress(each, device); };
-    if (!wanted || std::any_of(m_candidates.cbegin(), m_candidates.cend(), known))
-        return;
-
-    const bool others = Claims::isOthers(device.address(), this);
-    if (others)
-        m_othersSeen = true;
-    else
-        m_candidates.append(device);
-    if (m_wish.device.isValid() || (!others && !m_wish.onlyOne)) {
-        post([this] { choose(); });
-    } else if (!m_timer->isActive()) {
-        connect(m_timer, &QTimer::timeout, this, &ComputerLink::choose);
-        m_timer->start(kOthersTime);
-    }
-}
-
-void ComputerLink::onSearchFailed(DeviceSearch::Failure failure, const QString &text)
-{
-    // A service that is on its way back fails searches too.
-    if (m_patience > 0) {
-        onBluetoothKnown(failureReason(failure));
-        return;
-    }
-    explain({VardaJob::NoBluetooth, failureReason(failure), text},
-            [this](const JobEnd &known) { fail(known); });
-}
-
-void ComputerLink::choose()
-{
-    stopTrying();
-    if (m_candidates.isEmpty() && m_othersSeen) {
-        fail({VardaJob::InUse, Reason::OtherComputer});
-    } else if (m_candidates.isEmpty()) {
-        begin(); // who waits for it has a limit
-    } else if (m_wish.onlyOne && !m_wish.device.isValid()
-               && (m_candidates.size() > 1 || m_othersSeen)) {
-        fail({VardaJob::Ambiguous, Reason::ManyInReach});
-    } else {
-        connectTo(m_candidates.constFirst());
-    }
-}
-
 void ComputerLink::connectTo(const BleDeviceInfo &device)
 {
     if (!Claims::claim(device.address(), this)) {
@@ -217,9 +152,7 @@ void ComputerLink::connectTo(const BleDeviceInfo &device)
     m_device = device;
     if (!m_session)
         makeSession();
-    m_services.clear();
-    m_noService = m_noCharacteristics = m_timedOut = m_writeFailed = false;
-    m_detail.clear();
+    m_notes.clear();
     setState(State::Connecting);
     ConnectingTurn::ask(this, [this, serial = m_serial] {
         if (serial != m_serial)
@@ -228,7 +161,7 @@ void ComputerLink::connectTo(const BleDeviceInfo &device)
         m_timer->start(kAttemptTime);
         SessionDoor door(*m_session);
         door.liftLimits(!m_mode);
-        door.observe(this);
+        door.observe(&m_notes);
         m_session->connectTo(m_device, m_mode.value_or(BleMode::Gatt));
     });
 }
@@ -280,9 +213,9 @@ void ComputerLink::onAttemptFailed()
     }
     if (m_state != State::Connecting)
         return;
-    const JobEnd end = attemptEnd();
+    const JobEnd end = m_notes.attemptEnd(m_mode);
     const bool hopeless = end.reason == Reason::OtherLinkMode
-                          || (end.reason == Reason::NoService && !m_services.isEmpty());
+                          || (end.reason == Reason::NoService && m_notes.hasServices());
     m_session->controllerDisconnect();
     tryAgain(end, hopeless);
 }
@@ -309,7 +242,7 @@ void ComputerLink::onLinkDown()
     }
     if (m_state != State::Up)
         return;
-    explain(lossEnd(), [this](const JobEnd &known) {
+    explain(m_notes.lossEnd(), [this](const JobEnd &known) {
         quit();
         Q_EMIT lost(known);
     });
@@ -384,98 +317,4 @@ void ComputerLink::close(const JobEnd &why)
         connect(closing, &ClosingLink::closed, this, [this, end] { post(end); });
     else
         post(end);
-}
-
-/** Why the attempt failed that has just done so. */
-JobEnd ComputerLink::attemptEnd() const
-{
-    if (m_noCharacteristics || m_noService) {
-        const bool otherKind = m_mode && !m_services.isEmpty()
-                               && SessionDoor::modeOf(m_services) != *m_mode;
-        return {VardaJob::NotConnected, otherKind ? Reason::OtherLinkMode : Reason::NoService};
-    }
-    return {VardaJob::NotConnected, Reason::LinkFailed, m_detail};
-}
-
-JobEnd ComputerLink::lossEnd() const
-{
-    if (m_timedOut)
-        return {VardaJob::TimedOut, Reason::NoAnswer};
-    if (m_writeFailed)
-        return {VardaJob::LinkLost, Reason::WriteFailed};
-    return {VardaJob::LinkLost, Reason::LinkFailed, m_detail};
-}
-
-// What the link is seen to do
-
-void ComputerLink::servicesKnown(const QList<QBluetoothUuid> &services)
-{
-    m_services = services;
-}
-
-void ComputerLink::noUsableService()
-{
-    m_noService = true;
-}
-
-void ComputerLink::characteristicsMissing()
-{
-    m_noCharacteristics = true;
-}
-
-void ComputerLink::subscriptionTimedOut()
-{
-    m_detail = QStringLiteral("its notifications could not be switched on");
-}
-
-void ComputerLink::controllerFailed(QLowEnergyController::Error error)
-{
-    m_detail = VardaBleProtocol::controllerErrorString(error);
-}
-
-void ComputerLink::serviceFailed(QLowEnergyService::ServiceError error)
-{
-    m_writeFailed = error == QLowEnergyService::CharacteristicWriteError;
-    m_detail = VardaBleProtocol::serviceErrorString(error);
-}
-
-void ComputerLink::written(QByteArrayView bytes)
-{
-    m_observer->written(bytes);
-}
-
-void ComputerLink::notified(QByteArrayView bytes)
-{
-    m_observer->notified(bytes);
-}
-
-void ComputerLink::frameReceived(quint8 code, QByteArrayView frame)
-{
-    m_observer->frameReceived(code, frame);
-}
-
-void ComputerLink::wrongChecksum()
-{
-    m_observer->wrongChecksum();
-}
-
-void ComputerLink::leftOver(QByteArrayView bytes)
-{
-    m_observer->leftOver(bytes);
-}
-
-void ComputerLink::tooManyNotifications()
-{
-    m_observer->tooManyNotifications();
-}
-
-void ComputerLink::answerProcessed()
-{
-    m_observer->answerProcessed();
-}
-
-void ComputerLink::receiveTimedOut()
-{
-    m_timedOut = true;
-    m_observer->receiveTimedOut();
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "jobs/claims_p.h"
+#include "jobs/link/claims_p.h"
 
 #include <QtCore/qhash.h>
 #include <QtCore/qmutex.h>

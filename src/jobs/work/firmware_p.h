@@ -8,7 +8,7 @@
 #include <varda/firmwareimage.h>
 #include <varda/firmwarejob.h>
 
-#include "jobs/readings_p.h"
+#include "jobs/work/readings_p.h"
 
 /**
  * Uploads an image, over as many links as it takes. Where the link is lost after the end of it was

@@ -4,7 +4,7 @@
 #include <QtCore/qvariant.h>
 
 #include "jobs/jobend_p.h"
-#include "jobs/request_p.h"
+#include "jobs/work/request_p.h"
 
 class Exchange;
 

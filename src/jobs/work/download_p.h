@@ -7,7 +7,7 @@
 
 #include <varda/downloadjob.h>
 
-#include "jobs/readings_p.h"
+#include "jobs/work/readings_p.h"
 
 /** Reads the headers, then each dive that is wanted, the oldest first. */
 class DownloadWork final : public Work

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "jobs/bluetoothwatch_p.h"
+#include "jobs/link/bluetoothwatch_p.h"
 
 #ifdef VARDA_HAS_DBUS
 #    include <QtDBus/qdbusargument.h>
@@ -200,4 +200,21 @@ void BluetoothWatch::findOut(std::function<void(Reason)> answered)
 void BluetoothWatch::forget()
 {
     ++m_asked;
+}
+
+VardaJob::Reason failureReason(DeviceSearch::Failure failure)
+{
+    switch (failure) {
+    case DeviceSearch::Failure::NoAdapter:
+        return Reason::NoAdapter;
+    case DeviceSearch::Failure::AdapterOff:
+        return Reason::AdapterOff;
+    case DeviceSearch::Failure::PermissionDenied:
+        return Reason::PermissionDenied;
+    case DeviceSearch::Failure::NotSupported:
+        return Reason::NotSupported;
+    case DeviceSearch::Failure::Other:
+        break;
+    }
+    return Reason::ServiceGone;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "jobs/firmware_p.h"
+#include "jobs/work/firmware_p.h"
 
 #include "jobs/exchange_p.h"
 #include "jobs/vardajob_p.h"

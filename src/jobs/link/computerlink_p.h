@@ -6,6 +6,7 @@
 #include <QtCore/qpointer.h>
 #include <QtCore/qtimer.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -13,17 +14,19 @@
 #include <varda/blemode.h>
 #include <varda/vardasession.h>
 
-#include "jobs/bluetoothwatch_p.h"
 #include "jobs/jobend_p.h"
+#include "jobs/link/bluetoothwatch_p.h"
+#include "jobs/link/linknotes_p.h"
 #include "transport/devicesearch_p.h"
-#include "transport/linkobserver_p.h"
+
+[[nodiscard]] bool sameAddress(const BleDeviceInfo &one, const BleDeviceInfo &other);
 
 /**
  * The way to one computer: finds it, connects, tries again, and reports once what became of it.
  *
  * All signals come from the event loop. After close() and giveUp() only closed() comes.
  */
-class ComputerLink : public QObject, private LinkObserver
+class ComputerLink : public QObject
 {
     Q_OBJECT
 
@@ -47,7 +50,7 @@ public:
 
     void setMode(std::optional<BleMode> mode) { m_mode = mode; }
     /** Sees what happens on a link that is up; nobody() for none. */
-    void setObserver(LinkObserver *observer) { m_observer = observer; }
+    void setObserver(LinkObserver *observer) { m_notes.setObserver(observer); }
 
     void open(const Wish &wish);
     /** Ends the search or the connection; the link if it is up. Reports @p why, or its cause. */
@@ -66,8 +69,6 @@ public:
     [[nodiscard]] VardaSession &session() { return *m_session; }
     [[nodiscard]] bool hasSession() const { return m_session != nullptr; }
     [[nodiscard]] int mtu() const;
-    /** The silence that just ended the link: the system was away, not the computer. */
-    void forgetTimeouts() { m_timedOut = false; }
 
 Q_SIGNALS:
     void stateChanged();
@@ -92,30 +93,12 @@ private:
     void onLinkDown();
     void onBluetoothLost(VardaJob::Reason reason);
     void tryAgain(const JobEnd &end, bool hopeless);
-    template <typename Function> void explain(const JobEnd &end, Function report);
+    void explain(const JobEnd &end, std::function<void(const JobEnd &)> report);
     void fail(const JobEnd &end);
     void quit();
     void setState(State state);
     void stopTrying();
-    [[nodiscard]] JobEnd attemptEnd() const;
-    [[nodiscard]] JobEnd lossEnd() const;
-    template <typename Function> void post(Function function);
-
-    // LinkObserver
-    void servicesKnown(const QList<QBluetoothUuid> &services) override;
-    void noUsableService() override;
-    void characteristicsMissing() override;
-    void subscriptionTimedOut() override;
-    void controllerFailed(QLowEnergyController::Error error) override;
-    void serviceFailed(QLowEnergyService::ServiceError error) override;
-    void written(QByteArrayView bytes) override;
-    void notified(QByteArrayView bytes) override;
-    void frameReceived(quint8 code, QByteArrayView frame) override;
-    void wrongChecksum() override;
-    void leftOver(QByteArrayView bytes) override;
-    void tooManyNotifications() override;
-    void answerProcessed() override;
-    void receiveTimedOut() override;
+    void post(std::function<void()> function);
 
     State m_state = State::Down;
     std::optional<BleMode> m_mode;
@@ -126,17 +109,9 @@ private:
     QList<BleDeviceInfo> m_candidates;
     bool m_othersSeen = false; ///< a computer that another object of this process has
     std::unique_ptr<VardaSession> m_session;
-    LinkObserver *m_observer = LinkObserver::nobody();
+    LinkNotes m_notes;
     BluetoothWatch *m_watch;
     DeviceSearch *m_search;
     QTimer *m_timer;
     quint64 m_serial = 0; ///< counts attempts, so that what comes late is known
-
-    // Notes on the link
-    QList<QBluetoothUuid> m_services;
-    bool m_noService = false;
-    bool m_noCharacteristics = false;
-    bool m_timedOut = false;
-    bool m_writeFailed = false;
-    QString m_detail;
 };

@@ -9,7 +9,7 @@
 #include <varda/tidemardiveheader.h>
 #include <varda/vardaidentity.h>
 
-#include "jobs/work_p.h"
+#include "jobs/work/work_p.h"
 
 /** A fixed list of requests, and the result that is taken when all are answered. */
 class ListWork final : public Work

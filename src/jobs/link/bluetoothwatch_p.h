@@ -12,6 +12,8 @@
 
 #include <varda/vardajob.h>
 
+#include "transport/devicesearch_p.h"
+
 /**
  * The system's Bluetooth, where the system can be asked. When bluetoothd ends, its clients hear
  * nothing of it, neither of their links nor of their searches: only its name on the bus goes.
@@ -54,3 +56,6 @@ private:
 
     quint64 m_asked = 0; ///< counts what was asked, so that a late answer is known
 };
+
+/** Why a search of the system has failed. */
+[[nodiscard]] VardaJob::Reason failureReason(DeviceSearch::Failure failure);

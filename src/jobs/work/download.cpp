@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "jobs/download_p.h"
+#include "jobs/work/download_p.h"
 
 #include <varda/tidemardiveconverter.h>
 #include <varda/vardadata.h>
