@@ -26,6 +26,12 @@ void steer(const QString &method, const QVariantList &arguments = {})
     QDBusConnection::systemBus().send(message);
 }
 
+void freeze(uint milliseconds)
+{
+    steer(u"Freeze"_s, {milliseconds});
+    QTest::qWait(100); // until it is: what is frozen does not report that
+}
+
 } // namespace
 
 /** What the system's Bluetooth does to jobs. */
@@ -167,7 +173,7 @@ void TestBluetooth::restartedInADownload()
 void TestBluetooth::frozen()
 {
     LOAD(Simulator::loadKnown(R"("owner":"Ada")"));
-    steer(u"Freeze"_s, {7000U});
+    freeze(7000);
     JobSpy spy(m_computer->readOwner());
     QVERIFY(spy.wait(20'000));
     QCOMPARE(spy.error, VardaJob::NoBluetooth);
@@ -204,8 +210,7 @@ void TestBluetooth::frozenBetweenDives()
     connect(job, &DownloadJob::diveRead, job, &DownloadJob::pause, Qt::SingleShotConnection);
     JobSpy spy(job);
     QTRY_COMPARE(job->state(), VardaJob::Paused);
-    steer(u"Freeze"_s, {7000U});
-    QTest::qWait(100); // until it is: nobody reports that
+    freeze(7000);
     job->resume();
     QVERIFY(spy.wait());
     QCOMPARE(spy.error, VardaJob::NoBluetooth);
