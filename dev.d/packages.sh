@@ -13,6 +13,7 @@ qt6-connectivity-dev  Qt Bluetooth (development files)
 libcli11-dev      CLI11 2 (header-only argument parser)
 dbus              dbus-daemon
 python3           Python 3
+libxml2-utils     xmllint
 ccache            ccache (optional, makes the second build fast)
 "
 # One version on every machine: another formats otherwise and warns otherwise.
@@ -80,6 +81,7 @@ need_elsewhere() {
             ninja-build) found ninja ;;
             qt6-base-dev) qt_has Core ;;
             qt6-connectivity-dev) qt_has Bluetooth ;;
+            libxml2-utils) found xmllint ;;
             libcli11-dev) pkg-config --exists CLI11 2>/dev/null ;;
             dbus) found dbus-daemon ;;
             util-linux) found unshare && found flock ;;

@@ -35,7 +35,10 @@ PUBLIC = {
     },
 }
 # Outside the library: what includes <varda/...> only, and what not even that.
-GUESTS = ("formats", "qml", "tools", "apps")
+GUESTS = ("formats", "profile", "qml", "tools", "apps")
+# Of these, what uses the records and what can be calculated from them, but no computer.
+RECORDS_ONLY = ("formats", "profile")
+CALCULATED = {"diveprofile.h"}
 STRANGERS = ("simulator",)
 
 SOURCE = {".cpp", ".h", ".py", ".sh", ".cmake", ".qml", ".in"}
@@ -66,7 +69,7 @@ def room_of(path):
 
 def target_of(path, quote, name):
     """The file of this repository that an include means, None for the system's."""
-    places = [ROOT / "include", ROOT / "src"]
+    places = [ROOT / folder for folder in ("include", "src", "formats/include", "profile/include")]
     if quote == '"':
         places.insert(0, path.parent)
     for place in places:
@@ -121,6 +124,9 @@ def arrows():
                     yield path, f"{top} must not know the library, includes {name}"
                 elif target is None:
                     yield path, f"there is no public header {name}"
+                elif top in RECORDS_ONLY and (own(target, "include") is False
+                                              or room_of(target) and target.name not in CALCULATED):
+                    yield path, f"{top} is for records only, includes {name}"
             elif target and not own(target, top):
                 yield path, f"{top} must not include {name}"
 
@@ -166,13 +172,13 @@ def lines_of_declarations(text):
 
 def style():
     """How Qt is included, in every folder; how declarations are commented on, inside and outside."""
-    for path in files("include", "src", "tools", "simulator", "tests", "fuzz"):
+    for path in files("include", "src", *GUESTS, "simulator", "tests", "fuzz"):
         if path.suffix not in (".cpp", ".h") or "consumer" in path.parts:
             continue
         for _, name in includes(path):
             if re.match(r"Qt\w+/[A-Z]|Q[A-Z]", name):
                 yield path, f"includes <{name}> instead of the file, <QtModule/qname.h>"
-    for path in files("src", "simulator"):
+    for path in files("src", "formats", "profile", "simulator"):
         if path.suffix not in (".cpp", ".h"):
             continue
         text = path.read_text(encoding="utf-8")

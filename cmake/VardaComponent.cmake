@@ -1,0 +1,53 @@
+# SPDX-License-Identifier: MIT
+# Libraries beside the core, each a component of its own: find_package(Varda COMPONENTS Profile).
+
+# varda_add_component(NAME SOURCE... QT MODULE...): the library Varda::NAME, from the sources of
+# this folder and its public headers in include/varda.
+function(varda_add_component name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" QT)
+    string(TOLOWER ${name} lower)
+    string(TOUPPER ${name} upper)
+    find_package(Qt6 6.4 REQUIRED COMPONENTS ${arg_QT})
+    file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/include/varda/*.h")
+
+    set(target varda-${lower})
+    add_library(${target} ${arg_UNPARSED_ARGUMENTS})
+    add_library(Varda::${name} ALIAS ${target})
+    target_sources(${target} PUBLIC
+        FILE_SET HEADERS
+        BASE_DIRS "${CMAKE_CURRENT_SOURCE_DIR}/include"
+        FILES ${headers})
+    set_target_properties(${target} PROPERTIES
+        EXPORT_NAME ${name}
+        OUTPUT_NAME varda${lower}
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${VARDA_SOVERSION}
+        POSITION_INDEPENDENT_CODE ON
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON
+        # Installed, it finds the core beside itself.
+        INSTALL_RPATH "$ORIGIN")
+    target_compile_features(${target} PUBLIC cxx_std_17 PRIVATE cxx_std_20)
+    target_compile_definitions(${target} PRIVATE
+        VARDA_${upper}_LIBRARY VARDA_VERSION="${PROJECT_VERSION}"
+        QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS)
+    list(TRANSFORM arg_QT PREPEND Qt6::)
+    target_link_libraries(${target} PUBLIC Varda::Varda ${arg_QT})
+    # The core's Bluetooth is no library that this one uses itself.
+    if(VARDA_LINKS_as_needed)
+        target_link_options(${target} PRIVATE LINKER:--as-needed)
+    endif()
+    varda_set_warnings(${target})
+    varda_harden(${target})
+
+    if(VARDA_INSTALL)
+        install(TARGETS ${target} EXPORT Varda${name}Targets
+            RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
+            LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+            ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+            INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+            FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+        install(EXPORT Varda${name}Targets NAMESPACE Varda::
+            DESTINATION "${CMAKE_INSTALL_LIBDIR}/cmake/Varda")
+    endif()
+endfunction()
