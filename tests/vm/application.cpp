@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// varda-vm-application: an application that does as it is told, a line each:
+// varda-vm-application: an application with a session that does as it is told, a line each:
 //   auto MODE           connects to the first computer that it finds, over gatt or sps
 //   to ADDRESS MODE     connects to a known one
 //   reconnect           connects again after a link went down
@@ -11,25 +11,16 @@
 //   forget              goes on with a new session
 // All that the session tells is printed, a line each.
 #include <QtCore/qcoreapplication.h>
-#include <QtCore/qsocketnotifier.h>
-
-#include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 
 #include "jobs.h"
+#include "orders.h"
 #include "signallog.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-void say(const QString &line)
-{
-    std::puts(qPrintable(line));
-    std::fflush(stdout);
-}
 
 class Application
 {
@@ -99,20 +90,5 @@ int main(int argc, char *argv[])
 {
     const QCoreApplication app(argc, argv);
     Application application;
-    QByteArray input;
-    const QSocketNotifier stdIn(STDIN_FILENO, QSocketNotifier::Read);
-    QObject::connect(&stdIn, &QSocketNotifier::activated, qApp, [&] {
-        char part[4096];
-        const ssize_t size = ::read(STDIN_FILENO, part, sizeof part);
-        if (size <= 0) {
-            QCoreApplication::exit(0);
-            return;
-        }
-        input.append(part, size);
-        for (qsizetype end = input.indexOf('\n'); end >= 0; end = input.indexOf('\n')) {
-            application.obey(QString::fromUtf8(input.left(end)));
-            input.remove(0, end + 1);
-        }
-    });
-    return QCoreApplication::exec();
+    return obeyOrders([&](const QString &order) { application.obey(order); });
 }

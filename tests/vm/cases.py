@@ -41,6 +41,12 @@ def equal(found, expected, what):
     check(found == expected, f"{what} is {found!r} and not {expected!r}")
 
 
+def same(found, expected, what):
+    """Of long texts only where they differ is shown."""
+    at = len(os.path.commonprefix([found, expected]))
+    equal(found[at:at + 80], expected[at:at + 80], f"{what}, from {at} on,")
+
+
 # --- those who take part
 
 
@@ -153,6 +159,24 @@ class Application(Process):
         self.hear(f"endCommand {end or name}")
 
 
+class Jobs(Process):
+    """Uses the library's jobs, which connect by themselves."""
+
+    def __init__(self, *before):
+        super().__init__(*before, BIN / "varda-vm-computer-application")
+
+    def ends(self, name, how="NoError None"):
+        equal(self.hear(f"ended {name} .*", timeout=5 * LONG), f"ended {name} {how}", "the end")
+
+    def job(self, name, how="NoError None"):
+        self.tell(f"job {name}")
+        self.ends(name, how)
+
+    def letgo(self):
+        self.tell("letgo")
+        self.ends("letgo")
+
+
 def varda(*arguments, status=0, seconds=LONG * 5):
     """The command; its two outputs."""
     done = subprocess.run([str(BIN / "varda"), *arguments], stdin=subprocess.DEVNULL, text=True,
@@ -246,6 +270,49 @@ def works(application, peripheral=None):
     application.hear("disconnectController")
     if peripheral:
         peripheral.hear("link down .*")
+
+
+# The same for jobs, which end one after the other with what each has read or written.
+READ = ("Identification", "Time", "Sensors", "Computer", "Computer_new", "Diver", "Owner", "Syslog",
+        "SyslogBin", "Gases", "Battery", "Logbook", "Samples", "Dives", "LayoutList", "LayoutGet",
+        "LayoutActiveGet")
+WRITTEN = ("SetTime", "SetPressure", "SetOwner", "Marlo", "SuperUser", "LayoutActiveSet",
+           "LayoutAdd", "LayoutRemove", "LayoutList", "LayoutActiveGet", "LayoutRemoveAll",
+           "LayoutList", "DeleteLastDive", "Logbook", "EraseDives", "Logbook", "Time", "Sensors",
+           "Owner", "OldFirmware", "Firmware", "Bootloader", "Identification", "Reset", "Owner")
+
+
+def all_computer_jobs(application):
+    """What each has reported, as (name, report)."""
+    reports = []
+    for name in READ + WRITTEN:
+        application.job(name)
+        reports.append((name, application.ask("digest")))
+    application.letgo()
+    return reports
+
+
+def simulated(*arguments, **device):
+    return Jobs(BIN / "varda-simulator", "--scenario", scenario(**device), "--", *arguments)
+
+
+def compare_computer_jobs(**device):
+    expected = all_computer_jobs(simulated(**device))
+    for one, other in zip(all_computer_jobs(Jobs()), expected):
+        same(one[1], other[1], f"what {one[0]} has reported")
+    check(len({report for _, report in expected}) > 20, "the jobs have reported too little")
+
+
+def dives_of(application):
+    application.job("Dives")
+    return application.ask("digest")
+
+
+def computer_works(application, peripheral):
+    """The next job is as good as the first."""
+    application.job("Owner")
+    application.letgo()
+    peripheral.hear("link down .*")
 
 
 # --- through the system's peripheral role
@@ -398,7 +465,7 @@ def dropped_instead_of_an_answer():
 def dropped_within_an_answer():
     Peripheral(dives=6, faults=[{"step": "notification", "command": "Fullsamples", "nth": 60,
                                  "kind": "drop"}])
-    out, error = varda("dives", status=4)
+    out, error = varda("dives", "--no-retry", status=4)
     check(1 < out.count("\n") < 7, f"{out.count(chr(10)) - 1} dives came")
     equal(error.splitlines()[0], f"varda: the link to Varda ({ADDRESS}) was lost", "the reason")
     out, _ = varda("dives")
@@ -409,7 +476,7 @@ def dropped_within_an_upload():
     peripheral = Peripheral(faults=[{"step": "answer", "command": "ProgramUpdate", "nth": 20,
                                      "kind": "drop"}])
     file, data = image(8 * 1024)
-    varda("firmware", "upload", str(file), "--yes", status=4)
+    varda("firmware", "upload", str(file), "--yes", "--no-retry", status=4)
     equal(peripheral.ask("firmware"), "", "the image so far")
     varda("firmware", "upload", str(file), "--yes")
     equal(peripheral.ask("firmware"), data.hex(), "the image")
@@ -454,12 +521,13 @@ def cccd_silent():
     application.hear("NotCreated")
     peripheral.hear("link down .*")
     _, error = varda("owner", status=4)
-    check("Notifications activation timed out" in error, error)
+    check("its notifications could not be switched on" in error, error)
 
 
 def mute():
     Peripheral("--mute")
-    varda("owner", "--timeout", "50", status=4)
+    _, error = varda("owner", "--timeout", "50", status=5)
+    check("was found, but not connected within 50 s" in error, error)
 
 
 def off_and_unknown():
@@ -497,8 +565,8 @@ def reconnect_at_once():
 
 
 def bluetoothd_killed():
-    """The library learns it from its own time-out, the command at once."""
-    peripheral, application = Peripheral(dives=40), Application()
+    """A session learns it from its own time-out; the command waits for the service to come back."""
+    peripheral, application = Peripheral(dives=8), Application()
     application.connect()
     bluetoothd("down KILL")
     application.hears_nothing("disconnectController|message .*", 5)
@@ -514,11 +582,17 @@ def bluetoothd_killed():
     command = Process(BIN / "varda", "dives")
     command.hear(" +1 .*")
     bluetoothd("down KILL")
-    command.hear("varda: the system's Bluetooth service has ended")
+    command.hear("varda: the system's Bluetooth service does not run, or has ended")
     equal(command.process.wait(LONG), 6, "the status")
     bluetoothd("up")
     peripheral.hear("link down .*")
-    varda("owner")
+
+    command = Process(BIN / "varda", "dives")
+    command.hear(" +1 .*")
+    bluetoothd("down KILL")
+    bluetoothd("up")
+    command.hear(" +8 .*")
+    equal(command.process.wait(LONG), 0, "the status")
 
 
 def bluetoothd_restarted():
@@ -530,6 +604,7 @@ def bluetoothd_restarted():
     bluetoothd("up")
     application.tell("forget")
     works(application, peripheral)
+    application.stop()
     varda("owner")
 
 
@@ -540,7 +615,7 @@ def no_bluetoothd():
         application.tell("auto gatt")
         application.hear("Error")
         _, error = varda("owner", status=6)
-        check("no Bluetooth adapter found" in error, error)
+        check("Bluetooth service does not run" in error, error)
     finally:
         bluetoothd("up")
 
@@ -557,6 +632,7 @@ def adapter_off_and_on():
     power(True)
     peripheral.hear("link down .*")
     works(application, peripheral)
+    application.stop()
     varda("owner")
 
 
@@ -604,6 +680,245 @@ def second_program():
     equal(out.count("\n"), 4, "the number of lines")
 
 
+# --- jobs: they connect by themselves, and again if the link is lost
+
+
+def radio_computer_gatt():
+    Radio()
+    compare_computer_jobs()
+
+
+def radio_computer_sps():
+    Radio(mode="sps", model="tidemar")
+    compare_computer_jobs(mode="sps", model="tidemar")
+
+
+def computer_gatt():
+    Peripheral(model="vskm")
+    compare_computer_jobs(model="vskm")
+
+
+def computer_credits_counted():
+    Peripheral(mode="sps", credits="counted")
+    Jobs().job("Owner")
+
+
+def computer_small_mtu():
+    for mtu, gases in ((64, "NoError None"), (23, "Damaged SmallMtu")):
+        peripheral, application = Peripheral(mtu=mtu, dives=2), Jobs()
+        same(dives_of(application), dives_of(simulated(mtu=mtu, dives=2)),
+             f"what was read at an MTU of {mtu}")
+        application.job("Gases", gases)
+        application.stop()
+        peripheral.stop()
+        forget()
+
+
+def computer_firmware():
+    peripheral, application = Peripheral(), Jobs()
+    file, data = image(8 * 1024)
+    application.tell(f"upload {file}")
+    application.ends("upload")
+    equal(peripheral.ask("firmware"), data.hex(), "the image")
+
+
+def computer_reconnect_at_once():
+    peripheral, application = Peripheral(), Jobs()
+    for _ in range(3):
+        application.tell("job Owner")
+        application.tell("letgo")
+        application.ends("Owner", "Cancelled ByDisconnect")
+        application.ends("letgo")
+        application.job("Owner")
+    peripheral.tell("drop")
+    application.hear("lost")
+    application.job("Owner")
+
+
+def computer_dropped_when_connected():
+    peripheral, application = Peripheral(), Jobs()
+    application.tell("job Owner")
+    peripheral.hear("link up")
+    peripheral.tell("drop")
+    application.ends("Owner")
+
+
+def computer_dropped_when_subscribed():
+    peripheral, application = Peripheral(), Jobs()
+    application.tell("job Owner")
+    peripheral.hear("cccd data 0100")
+    peripheral.tell("drop")
+    application.ends("Owner")
+
+
+def computer_lost_while_idle():
+    peripheral, application = Peripheral(), Jobs()
+    application.job("Owner")
+    peripheral.tell("lose")
+    application.hear("lost")
+    computer_works(application, peripheral)
+
+
+def drops(places):
+    """A new computer for each of these places, whose link it drops there once."""
+    for step, command, nth in places:
+        fault = {"step": step, "command": command, "nth": nth, "kind": "drop"}
+        yield f"the {step} {nth} of {command}", [fault]
+
+
+def after_a_drop(peripheral, application, place):
+    peripheral.ask("state")
+    equal(peripheral.told.count("dropping the link"), 1, f"the number of drops at {place}")
+    application.stop()
+    peripheral.stop()
+    forget()
+
+
+def computer_download_dropped():
+    expected = dives_of(simulated(dives=3))
+    for place, faults in drops(DOWNLOAD):
+        peripheral, application = Peripheral(dives=3, faults=faults), Jobs()
+        application.tell("job Dives")
+        application.ends("Dives")
+        equal([line for line in application.told if line.startswith("dive ")],
+              ["dive 1", "dive 2", "dive 3"], f"what was read with a drop at {place}")
+        same(application.ask("digest"), expected, f"what was read with a drop at {place}")
+        after_a_drop(peripheral, application, place)
+
+
+def computer_upload_dropped():
+    file, data = image(8 * 1024)
+    for place, faults in drops(UPLOAD):
+        peripheral, application = Peripheral(faults=faults), Jobs()
+        application.tell(f"upload {file}")
+        application.ends("upload")
+        equal(peripheral.ask("firmware"), data.hex(), f"the image with a drop at {place}")
+        after_a_drop(peripheral, application, place)
+
+
+def computer_cccd_refused(code):
+    peripheral, application = Peripheral("--refuse-cccd", code), Jobs()
+    application.job("Owner", "NotConnected LinkFailed")
+    peripheral.hear("link down .*")
+
+
+def computer_cccd_not_permitted():
+    computer_cccd_refused("0x03")
+
+
+def computer_cccd_wants_pairing():
+    computer_cccd_refused("0x05")
+
+
+def computer_cccd_refused_by_application():
+    computer_cccd_refused("0x80")
+
+
+def computer_cccd_silent():
+    peripheral, application = Peripheral("--ignore-cccd"), Jobs()
+    application.job("Owner", "NotConnected LinkFailed")
+    peripheral.hear("link down .*")
+
+
+def computer_mute():
+    Peripheral("--mute")
+    Jobs().job("Owner", "TimedOut ConnectLimit")
+
+
+def computer_off_and_on():
+    peripheral, application = Peripheral(), Jobs()
+    peripheral.tell("off")
+    peripheral.hear("off")
+    application.job("Owner", "NotFound Silent")
+    peripheral.tell("on")
+    peripheral.hear("advertising")
+    computer_works(application, peripheral)
+    peripheral.tell("off")
+    peripheral.hear("off")
+    application.job("Owner", "NotConnected LinkFailed")
+    peripheral.tell("on")
+    peripheral.hear("advertising")
+    computer_works(application, peripheral)
+
+
+def computer_bluetoothd_killed():
+    """While nothing is asked, and while dives are read."""
+    expected = dives_of(simulated(dives=6))
+    peripheral, application = Peripheral(dives=6), Jobs()
+    application.job("Owner")
+    for how in ("KILL", ""):
+        bluetoothd(f"down {how}")
+        application.hear("lost")
+        application.job("Owner", "NoBluetooth ServiceGone")
+        bluetoothd("up")
+        peripheral.hear("link down .*")
+        application.tell("job Dives")
+        application.hear("dive 2")
+        bluetoothd(f"down {how}")
+        bluetoothd("up")
+        application.ends("Dives")
+        same(application.ask("digest"), expected, "what was read")
+        peripheral.hear("link down .*")
+
+
+def computer_bluetoothd_gone():
+    """A download waits for it, but not for ever."""
+    peripheral, application = Peripheral(dives=6), Jobs()
+    application.tell("job Dives")
+    application.hear("dive 2")
+    bluetoothd("down KILL")
+    try:
+        application.ends("Dives", "NoBluetooth ServiceGone")
+    finally:
+        bluetoothd("up")
+    peripheral.hear("link down .*")
+    application.job("Dives")
+
+
+def computer_adapter_off_and_on():
+    peripheral, application = Peripheral(), Jobs()
+    application.job("Owner")
+    power(False)
+    application.hear("lost")
+    application.job("Owner", "NoBluetooth AdapterOff")
+    power(True)
+    peripheral.hear("link down .*")
+    computer_works(application, peripheral)
+
+
+def computer_application_killed():
+    Peripheral()
+    for _ in range(3):
+        application = Jobs()
+        application.job("Owner")
+        application.stop(signal.SIGKILL)
+
+
+def computer_second_program():
+    peripheral, other, application = Peripheral(dives=3), Application(), Jobs()
+    works(other, peripheral)
+    application.job("Dives", "Repeated OtherSubscriber")
+    application.letgo()
+    other.stop()
+    application.job("Dives")
+
+
+# Where a link is dropped, of the requests in their order. The three dives come in 28, 27 and 32
+# notifications, the image in 64 blocks.
+DOWNLOAD = [
+    ("answer", "Identification", 1), ("answer", "Logbook", 1), ("notification", "Logbook", 2),
+    ("notification", "Logbook", 4), ("answer", "Fullsamples", 1),
+    ("notification", "Fullsamples", 14), ("notification", "Fullsamples", 28),
+    ("answer", "Fullsamples", 2), ("notification", "Fullsamples", 60),
+    ("notification", "Fullsamples", 87),
+]
+UPLOAD = [
+    ("answer", "Identification", 1), ("answer", "BootloaderVersion", 1),
+    ("answer", "BeginUpdate", 1), ("answer", "ProgramUpdate", 1), ("answer", "ProgramUpdate", 2),
+    ("answer", "ProgramUpdate", 20), ("answer", "ProgramUpdate", 40),
+    ("answer", "ProgramUpdate", 63), ("answer", "ProgramUpdate", 64), ("answer", "EndUpdate", 1),
+]
+
 CASES = [
     radio_scan, radio_jobs_gatt, radio_jobs_sps, radio_information, radio_hundred_dives,
     radio_firmware, radio_reconnect_at_once, radio_commands_at_once,
@@ -614,6 +929,13 @@ CASES = [
     off_and_unknown, off_while_known, reconnect_at_once,
     bluetoothd_killed, bluetoothd_restarted, no_bluetoothd, adapter_off_and_on,
     application_killed, command_killed, command_interrupted, second_program,
+    radio_computer_gatt, radio_computer_sps, computer_gatt, computer_credits_counted,
+    computer_small_mtu, computer_firmware, computer_reconnect_at_once,
+    computer_dropped_when_connected, computer_dropped_when_subscribed, computer_lost_while_idle,
+    computer_download_dropped, computer_upload_dropped, computer_cccd_not_permitted,
+    computer_cccd_wants_pairing, computer_cccd_refused_by_application, computer_cccd_silent,
+    computer_mute, computer_off_and_on, computer_bluetoothd_killed, computer_bluetoothd_gone,
+    computer_adapter_off_and_on, computer_application_killed, computer_second_program,
 ]
 
 
