@@ -9,10 +9,11 @@
 #include <varda/vardadata.h>
 #include <varda/vardasession.h>
 
-#include "divetext.h"
-#include "gastable.h"
-#include "records.h"
-#include "text.h"
+#include "commands/gastable.h"
+#include "output/divetext.h"
+#include "output/records.h"
+#include "output/safetext.h"
+#include "output/text.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include <varda/vardadata.h>
 #include <varda/vardasession.h>
 
-#include "divetext.h"
-#include "plot.h"
-#include "records.h"
+#include "output/divetext.h"
+#include "output/plot.h"
+#include "output/records.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "fuzz.h"
-#include "terminal.h"
+#include "output/terminal.h"
 
 namespace {
 

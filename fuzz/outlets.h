@@ -6,7 +6,7 @@
 
 #include <cstdio>
 
-#include "json.h"
+#include "output/json.h"
 
 /** Nothing in @p text moves a cursor, starts an escape sequence or turns the writing. */
 void checkTerminal(const QString &text);

@@ -9,9 +9,11 @@
 
 #include <varda/vardadata.h>
 
-#include "failure.h"
-#include "terminal.h"
-#include "text.h"
+#include "output/safetext.h"
+#include "output/tables.h"
+#include "output/terminal.h"
+#include "output/text.h"
+#include "run/failure.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "arguments.h"
-#include "numbergaps.h"
+#include "commands/numbergaps.h"
+#include "line/arguments.h"
 
 #include <QtTest/qtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "divetext.h"
+#include "output/divetext.h"
 
 #include <QtTest/qtest.h>
 

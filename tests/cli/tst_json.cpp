@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "json.h"
+#include "output/json.h"
 
 #include <QtTest/qtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "plot.h"
+#include "output/plot.h"
 
 #include <QtTest/qtest.h>
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "displaywidth.h"
-#include "text.h"
+#include "output/displaywidth.h"
+#include "output/safetext.h"
+#include "output/tables.h"
+#include "output/text.h"
 
 #include <QtTest/qtest.h>
 
@@ -130,15 +132,6 @@ private Q_SLOTS:
         QCOMPARE(::clockText(253402300800), u"253402300800"_s);
         QCOMPARE(::clockText(-1), u"-1"_s);
         QCOMPARE(::clockText(std::numeric_limits<std::int64_t>::min()), u"-9223372036854775808"_s);
-    }
-
-    void gasName()
-    {
-        QCOMPARE(::gasName(21, 0), u"Air"_s);
-        QCOMPARE(::gasName(32, 0), u"EAN32"_s);
-        QCOMPARE(::gasName(100, 0), u"Oxygen"_s);
-        QCOMPARE(::gasName(18, 45), u"18/45"_s);
-        QCOMPARE(::gasName(0, 255), u"0/255"_s);
     }
 
     void durationText()

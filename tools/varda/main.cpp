@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "commandline.h"
-#include "terminal.h"
+#include "line/commandline.h"
+#include "output/terminal.h"
 
 #include <QtCore/qcoreapplication.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "run/finding.h"
 
-#include "failure.h"
-#include "question.h"
+#include "line/question.h"
+#include "run/failure.h"
 #include "run/jobrun.h"
 
 #include <QtCore/qregularexpression.h>

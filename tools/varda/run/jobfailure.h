@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "failure.h"
+#include "run/failure.h"
 
 #include <varda/vardajob.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "run/jobrun.h"
 
-#include "interrupt.h"
+#include "run/interrupt.h"
 #include "run/jobfailure.h"
 
 #include <QtCore/qeventloop.h>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "run/runner.h"
 
+#include "output/safetext.h"
+#include "output/terminal.h"
 #include "run/finding.h"
-#include "terminal.h"
-#include "text.h"
 
 #include <QtCore/qelapsedtimer.h>
 #include <QtCore/qeventloop.h>

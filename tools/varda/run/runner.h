@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "options.h"
+#include "line/options.h"
 #include "run/jobrun.h"
 
 #include <varda/vardacomputer.h>

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include "commands/commands.h"
+#include "commands/gastable.h"
+#include "line/commandline.h"
+#include "output/records.h"
+#include "output/safetext.h"
+#include "output/tables.h"
+#include "output/terminal.h"
+#include "output/text.h"
+#include "run/runner.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Told in words; what the other fields mean is the computer's.
+constexpr std::array kNamedFields = {
+    "waterType"_L1, "surfacePressure"_L1, "gasTable1"_L1,
+    "gasTable2"_L1, "rawBlock"_L1,        "batteryType"_L1,
+};
+
+QString waterText(const BleConfig &config)
+{
+    const QString density = u"%1 kg/l"_s.arg(double(config.getDensity()), 0, 'f', 2);
+    switch (config.waterType) {
+    case 0:
+        return u"sea, "_s + density;
+    case 1:
+        return u"fresh, "_s + density;
+    case 2:
+        return u"between fresh and sea, "_s + density;
+    default:
+        return u"type %1, taken as %2"_s.arg(config.waterType).arg(density);
+    }
+}
+
+QString otherFields(const Fields &fields)
+{
+    Table table;
+    for (const auto &[name, value] : fields) {
+        if (std::find(kNamedFields.begin(), kNamedFields.end(), name) == kNamedFields.end())
+            table.add(name, safeText(value.plain()));
+    }
+    return table.text(outputStyle(), 2);
+}
+
+void printText(const Runner &runner, const VardaConfiguration &configuration)
+{
+    const auto &[config, computer] = configuration;
+    Table table;
+    table.add(u"Name"_s, safeText(runner.device().name()));
+    table.add(u"Model"_s, modelText(runner.identity()));
+    table.add(u"Firmware"_s, safeText(versionText(runner.identity().firmwareVersionStr)));
+    table.add(u"Text"_s, safeText(textOf(computer)));
+    table.add(u"Battery type"_s, computer.getBatteryStr());
+    table.add(u"Water"_s, waterText(config));
+    table.add(u"Surface pressure"_s, u"%1 mbar"_s.arg(config.surfacePressure));
+    print(table.text(outputStyle()));
+    const auto section = [](const QString &title, const QString &text) {
+        print(u'\n' + heading(title, outputStyle()) + u'\n' + text);
+    };
+    section(u"Gas table 1"_s, gasesText(config.gasTable1));
+    section(u"Gas table 2"_s, gasesText(config.gasTable2));
+    section(u"Configuration"_s, otherFields(fieldsOf(config)));
+    section(u"Settings"_s, otherFields(fieldsOf(computer)));
+}
+
+void printJson(const Runner &runner, const VardaConfiguration &configuration)
+{
+    print(Fields{
+        {"device"_L1, fieldsOf(runner.device())},
+        {"computerModel"_L1, modelText(runner.identity())},
+        {"firmwareVersionStr"_L1, versionText(runner.identity().firmwareVersionStr)},
+        {"config"_L1, fieldsOf(configuration.config)},
+        {"computer"_L1, fieldsOf(configuration.computer)},
+    });
+}
+
+void config(const Options &options, bool basic)
+{
+    Runner runner(options);
+    const VardaConfiguration configuration = runner.resultOf(
+        runner.computer().readConfiguration(basic), u"Reading the configuration"_s);
+    if (options.json)
+        printJson(runner, configuration);
+    else
+        printText(runner, configuration);
+}
+
+} // namespace
+
+void addConfig(CommandLine &line)
+{
+    const auto basic = std::make_shared<bool>(false);
+    CLI::App *const command = line.add(
+        "config", "Show the computer's settings and gases",
+        [basic](const Options &options) { config(options, *basic); });
+    command->add_flag("--basic", *basic, "Without what older firmwares do not know");
+}

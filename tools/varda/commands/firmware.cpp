@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: MIT
+#include "commands/commands.h"
+#include "line/commandline.h"
+#include "line/confirmation.h"
+#include "output/records.h"
+#include "output/safetext.h"
+#include "output/tables.h"
+#include "output/terminal.h"
+#include "output/text.h"
+#include "run/files.h"
+#include "run/runner.h"
+
+#include <varda/firmwareimage.h>
+
+#include <QtCore/qelapsedtimer.h>
+#include <QtCore/qfileinfo.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct ImageFile {
+    QString fileName;
+    QByteArray bytes;
+    FirmwareImage image;
+};
+
+ImageFile readImage(const QString &path)
+{
+    const QString fileName = QFileInfo(path).fileName();
+    const QByteArray bytes = readFile(path);
+    const FirmwareImage image = FirmwareImage::fromData(bytes, fileName);
+    if (!image.isValid()) {
+        throw Failure{ExitCode::UsageError, u"\"%1\" is no firmware image"_s.arg(path),
+                      image.errorString()};
+    }
+    return {fileName, bytes, image};
+}
+
+QString versionOf(const FirmwareImage &image)
+{
+    return versionText(image.versionStr);
+}
+
+// info
+
+QString familyKey(const FirmwareImage &image)
+{
+    if (!image.hasHeader())
+        return u"headerless"_s;
+    return image.kind == FirmwareImage::Kind::Bootloader ? u"bootloader"_s : u"application"_s;
+}
+
+QString familyText(const FirmwareImage &image)
+{
+    if (!image.hasHeader())
+        return u"older, without an update header; named by its file name"_s;
+    return u"%1, with an update header"_s.arg(familyKey(image));
+}
+
+Fields fieldsOf(const FirmwareImage &image)
+{
+    return {{"family"_L1, familyKey(image)}, {"name"_L1, image.name},
+            {"version"_L1, image.version},   {"versionStr"_L1, versionOf(image)},
+            {"size"_L1, image.size},         {"crc"_L1, image.checksum}};
+}
+
+void info(const Options &options, const QString &path)
+{
+    const FirmwareImage image = readImage(path).image;
+    if (options.json)
+        return print(fieldsOf(image));
+    Table table;
+    table.add(u"Family"_s, familyText(image));
+    if (!image.hasHeader())
+        table.add(u"Name"_s, safeText(image.name));
+    table.add(u"Version"_s, safeText(versionOf(image)));
+    table.add(u"Size"_s, u"%1 bytes"_s.arg(image.size));
+    table.add(u"CRC"_s, u"0x%1"_s.arg(image.checksum, 4, 16, QChar(u'0')));
+    print(table.text(outputStyle()));
+}
+
+// upload
+
+/** "45 %, 108 kB of 240 kB, 3.2 kB/s, 0:41 left" */
+class UploadStatus
+{
+public:
+    explicit UploadStatus(qsizetype size) : m_size(double(size)) { }
+
+    /** @param bytes  sent so far */
+    QString text(qint64 bytes)
+    {
+        const auto sent = double(bytes);
+        if (!m_time.isValid()) {
+            // A computer may have the beginning from an upload that was interrupted.
+            m_first = sent;
+            m_time.start();
+        }
+        QString text = u"Uploading %1 %, %2 of %3"_s.arg(sent / m_size * 100, 0, 'f', 0)
+                           .arg(bytesText(sent), bytesText(m_size));
+        const double seconds = double(m_time.elapsed()) / 1000;
+        if (sent > m_first && seconds > 0) {
+            const double rate = (sent - m_first) / seconds;
+            text += u", %1/s, %2 left"_s.arg(bytesText(rate), durationText((m_size - sent) / rate));
+        }
+        return text;
+    }
+
+private:
+    double m_size;
+    double m_first = 0;
+    QElapsedTimer m_time;
+};
+
+/** @return how long it took */
+std::chrono::milliseconds send(Runner &runner, const ImageFile &file, bool force)
+{
+    FirmwareJob *const job = runner.computer().uploadFirmware(file.bytes, file.fileName, force);
+    UploadStatus status(file.bytes.size());
+    QObject::connect(job, &VardaJob::progressed, job,
+                     [&status](qint64 done) { showStatus(status.text(done)); });
+    JobRun jobRun(job);
+    runner.prepare(*job);
+    runner.setStatus(u"Uploading the firmware"_s);
+    jobRun.wait();
+    return job->elapsed();
+}
+
+QString elapsedText(double seconds)
+{
+    return seconds < 60 ? tenthsText(seconds) + u" s"_s : durationText(seconds);
+}
+
+void upload(const Options &options, const Confirmation &confirmation, const QString &path,
+            bool force)
+{
+    const ImageFile file = readImage(path);
+    confirmation.require();
+    Runner runner(options, Purpose::Writing);
+    const VardaIdentity before = runner.resultOf(runner.computer().readIdentity(),
+                                                 u"Reading the identification"_s);
+    const QString what = file.image.kind == FirmwareImage::Kind::Bootloader ? u"bootloader"_s
+                                                                            : u"firmware"_s;
+    confirmation.ask(u"Replace the %1 of %2 (%3, firmware %4) by version %5?"_s.arg(
+        what, runner.device().name(), runner.device().address(),
+        versionText(before.firmwareVersionStr), versionOf(file.image)));
+    const std::chrono::duration<double> elapsed = send(runner, file, force);
+    if (options.json) {
+        Fields fields{{"device"_L1, ::fieldsOf(runner.device())}};
+        append(fields, fieldsOf(file.image));
+        fields.emplace_back("uploadElapsed"_L1, elapsed.count());
+        print(fields);
+    } else {
+        print(runner.heading()
+              + u"Uploaded %1 bytes of %2 %3 in %4.\n"_s.arg(file.bytes.size())
+                    .arg(what, safeText(versionOf(file.image)), elapsedText(elapsed.count())));
+    }
+}
+
+} // namespace
+
+void addFirmware(CommandLine &line)
+{
+    CLI::App *const firmware = line.add("firmware", "Look at firmware images and upload them", {});
+    firmware->require_subcommand(1);
+    const auto path = std::make_shared<std::string>();
+    const auto addFile = [&path](CLI::App *command) {
+        command->add_option("FILE", *path, "The image")->type_name("FILE")->required();
+    };
+    addFile(line.addTo(
+        firmware, "info", "Tell what an image is; no computer is needed",
+        [path](const Options &options) { info(options, QString::fromLocal8Bit(path->c_str())); }));
+
+    const auto confirmation = std::make_shared<std::optional<Confirmation>>();
+    const auto force = std::make_shared<bool>(false);
+    CLI::App *const command = line.addTo(firmware, "upload", "Replace the computer's firmware",
+                                         [confirmation, path, force](const Options &options) {
+                                             upload(options, **confirmation,
+                                                    QString::fromLocal8Bit(path->c_str()), *force);
+                                         });
+    addFile(command);
+    confirmation->emplace(command);
+    command->add_flag("--force", *force, "Also when the computer has that version already");
+}

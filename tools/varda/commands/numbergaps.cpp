@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#include "commands/numbergaps.h"
+
+#include <QtCore/qstringlist.h>
+
+#include <map>
+
+using namespace Qt::StringLiterals;
+
+QList<NumberGap> numberGaps(const QList<std::uint16_t> &listed, const QList<std::uint16_t> &known)
+{
+    std::map<std::uint16_t, bool> isNew;
+    for (const std::uint16_t number : known)
+        isNew[number] = false;
+    for (const std::uint16_t number : listed)
+        isNew[number] = true;
+    QList<NumberGap> gaps;
+    if (isNew.empty())
+        return gaps;
+    auto before = isNew.begin();
+    for (auto at = std::next(before); at != isNew.end(); before = at++) {
+        if (at->first - before->first > 1 && (at->second || before->second))
+            gaps.append({std::uint16_t(before->first + 1), std::uint16_t(at->first - 1)});
+    }
+    return gaps;
+}
+
+QString gapsText(const QList<NumberGap> &gaps)
+{
+    constexpr qsizetype kMost = 10;
+    QStringList parts;
+    for (const auto &[first, last] : gaps) {
+        if (parts.size() == kMost)
+            return parts.join(u", "_s) + u" and more"_s;
+        parts.append(first == last ? QString::number(first) : u"%1-%2"_s.arg(first).arg(last));
+    }
+    return parts.join(u", "_s);
+}

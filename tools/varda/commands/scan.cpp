@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "commands/commands.h"
+#include "line/commandline.h"
+#include "output/records.h"
+#include "output/safetext.h"
+#include "output/tables.h"
+#include "output/terminal.h"
+#include "run/finding.h"
+#include "run/jobrun.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kScanTime = 10s;
+
+/** Wide enough for what comes, for each row is printed when it is there. */
+Columns columns()
+{
+    using enum Columns::Side;
+    constexpr int kEnoughName = 10;
+    return Columns(
+        {{.title = u"ADDRESS"_s, .side = Left, .width = 17},
+         {.title = u"SIGNAL"_s, .rank = 1, .width = 7},
+         {.title = u"NAME"_s, .side = Left, .width = kEnoughName, .enough = kEnoughName}});
+}
+
+void printDevice(const BleDeviceInfo &device)
+{
+    Columns row = columns();
+    row.add({device.address(), signalText(device), safeText(device.name())});
+    print(row.rows(outputStyle()));
+    flushOutput();
+}
+
+void scan(const Options &options, bool all)
+{
+    VardaComputer computer;
+    const auto duration = options.timeout.value_or(kScanTime);
+    SearchJob *const search = computer.search(duration, all);
+    JobRun run(search);
+    showStatus(u"Scanning"_s);
+    if (!options.json) {
+        QObject::connect(search, &SearchJob::deviceFound, &run, [&](const BleDeviceInfo &device) {
+            run.attempt([&] {
+                if (search->devices().size() == 1)
+                    print(columns().text(outputStyle()));
+                printDevice(device);
+                showStatus(u"Scanning"_s);
+            });
+        });
+    }
+    run.wait();
+    if (options.json)
+        print(Fields{{"devices"_L1, listOf(search->devices(), [](const BleDeviceInfo &device) {
+                          Fields fields = fieldsOf(device);
+                          fields.emplace_back("computer"_L1,
+                                              VardaComputer::isComputerName(device.name()));
+                          return fields;
+                      })}});
+    if (search->devices().isEmpty()) {
+        throw Failure{ExitCode::NotFound, u"nothing found within %1 s"_s.arg(duration.count()),
+                      u"Is the computer switched on, in its Bluetooth mode and near?"_s};
+    }
+}
+
+} // namespace
+
+void addScan(CommandLine &line)
+{
+    const auto all = std::make_shared<bool>(false);
+    CLI::App *const command = line.add("scan", "List the computers in reach",
+                                       [all](const Options &options) { scan(options, *all); });
+    command->add_flag("--all", *all, "Also other devices that have a name");
+}

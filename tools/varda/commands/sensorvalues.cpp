@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#include "commands/sensorvalues.h"
+
+#include "output/records.h"
+#include "output/tables.h"
+#include "output/terminal.h"
+
+using namespace Qt::StringLiterals;
+
+void printSensors(const BleDeviceInfo &device, const VardaSensors &sensors, bool json,
+                  const QString &heading)
+{
+    if (json) {
+        print({{"device"_L1, fieldsOf(device)},
+               {"psurf"_L1, sensors.psurf},
+               {"pamb"_L1, sensors.pamb},
+               {"dstop"_L1, sensors.dstop},
+               {"density"_L1, sensors.density}});
+        return;
+    }
+    Table table;
+    table.add(u"Surface pressure"_s, u"%1 mbar"_s.arg(sensors.psurf));
+    table.add(u"Ambient pressure"_s, u"%1 mbar"_s.arg(sensors.pamb));
+    // What these two count in is the computer's.
+    table.add(u"dstop"_s, QString::number(sensors.dstop));
+    table.add(u"density"_s, QString::number(sensors.density));
+    print(heading + table.text(outputStyle()));
+}

@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: MIT
+#include "line/commandline.h"
+
+#include "commands/commands.h"
+#include "line/defaults.h"
+#include "line/helptext.h"
+#include "line/usage.h"
+#include "output/terminal.h"
+#include "run/failure.h"
+#include "run/interrupt.h"
+#include "run/simulation.h"
+
+#include <algorithm>
+#include <memory>
+#include <sstream>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kLongestTimeout = 3600;
+constexpr int kMostRetries = 1000;
+constexpr auto kVersion = "varda " VARDA_VERSION;
+
+std::string validDevice(const std::string &text)
+{
+    const bool valid = !QString::fromLocal8Bit(text.c_str()).trimmed().isEmpty();
+    return valid ? std::string() : "an address or a name is missing";
+}
+
+/** As CLI11 wants them, the last one first. To CLI11 the value of "--known=" is the next one. */
+std::vector<std::string> argumentsOf(int argc, const char *const *argv)
+{
+    std::vector<std::string> arguments;
+    for (int i = 1; i < argc; ++i) {
+        std::string text = argv[i];
+        const bool isEmpty = text.size() > 3 && text.starts_with("--") && text.back() == '='
+                             && text.find('=') == text.size() - 1;
+        if (isEmpty)
+            text.pop_back();
+        arguments.push_back(text);
+        if (isEmpty)
+            arguments.emplace_back();
+    }
+    std::reverse(arguments.begin(), arguments.end());
+    return arguments;
+}
+
+/** What the process ends with after @p work, whose failure is printed. */
+int statusOf(const std::function<void()> &work)
+{
+    try {
+        work();
+        return int(ExitCode::Ok);
+    } catch (const Failure &failure) {
+        printError(failure);
+        return int(failure.code);
+    }
+}
+
+} // namespace
+
+CommandLine::CommandLine() : m_app("Talks to diving computers over Bluetooth Low Energy.", "varda")
+{
+    m_app.formatter(std::make_shared<HelpText>());
+    m_app.set_help_flag("-h,--help", "Show this text");
+    m_app.set_version_flag("-V,--version", kVersion, "Show the version");
+    m_app.require_subcommand(1);
+    // So that an option may stand behind the command as well.
+    m_app.fallthrough();
+    addGlobalOptions();
+    addScan(*this);
+    addInfo(*this);
+    addConfig(*this);
+    addDives(*this);
+    addReadings(*this);
+    addLog(*this);
+    addClock(*this);
+    addOwner(*this);
+    addSettings(*this);
+    addLayouts(*this);
+    addControl(*this);
+    addFirmware(*this);
+    addDefaults(*this);
+    addOwnCommands();
+    // The commands would take it over.
+    m_app.footer("Exit status: 0 done; 1 the computer refused or its answer was damaged; 2 wrong "
+                 "usage;\n3 no computer found; 4 not connected or link lost; 5 no answer in time;\n"
+                 "6 no Bluetooth.");
+}
+
+void CommandLine::addGlobalOptions()
+{
+    m_app.add_option("--device", m_device, "The computer to talk to, by its address or name")
+        ->type_name("DEVICE")
+        ->check(CLI::Validator(validDevice, ""));
+    m_app.add_option("--mode", m_mode, "Insist on a kind of serial link, gatt or sps")
+        ->type_name("MODE")
+        ->transform(CLI::IsMember({"gatt", "sps"}, CLI::ignore_case).description(""));
+    m_app.add_option("--timeout", m_timeout, "Time to find it and to connect; 60, scan: 10")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1, kLongestTimeout).description(""));
+    m_app.add_option("--retries", m_retries, "How often in succession to try again (default 3)")
+        ->type_name("N")
+        ->check(CLI::Range(0, kMostRetries).description(""));
+    m_app.add_flag("--no-retry", m_noRetry, "Try nothing again, as --retries 0");
+    m_app.add_option("--simulate", m_scenario, "Talk to a simulated computer: a file or a name")
+        ->type_name("[SCENARIO]")
+        ->expected(0, 1);
+    m_app.add_option("--units", m_units, "Show depths and temperatures so, metric or imperial")
+        ->type_name("UNITS")
+        ->transform(CLI::IsMember({"metric", "imperial"}, CLI::ignore_case).description(""));
+    m_app.add_flag("--json", m_options.json, "Print JSON");
+    m_app.add_flag("--verbose", m_options.verbose, "Show on stderr what is sent and received");
+}
+
+void CommandLine::takeGlobalOptions()
+{
+    m_options.device = QString::fromLocal8Bit(m_device.c_str()).trimmed();
+    if (!m_mode.empty())
+        m_options.mode = m_mode == "sps" ? BleMode::Sps : BleMode::Gatt;
+    m_options.units = unitsIn(QString::fromStdString(m_units));
+    if (m_timeout > 0)
+        m_options.timeout = std::chrono::seconds(m_timeout);
+    if (m_noRetry)
+        m_options.retries = 0;
+    else if (m_app.count("--retries") > 0)
+        m_options.retries = m_retries;
+    if (m_app.count("--simulate") > 0)
+        m_options.simulate = QString::fromLocal8Bit(m_scenario.c_str());
+}
+
+CLI::App *CommandLine::add(const std::string &name, const std::string &description,
+                           const Action &action)
+{
+    return addTo(&m_app, name, description, action);
+}
+
+CLI::App *CommandLine::addTo(CLI::App *parent, const std::string &name,
+                             const std::string &description, const Action &action)
+{
+    CLI::App *const command = parent->add_subcommand(name, description);
+    command->callback([this, command, action] {
+        // That of a command's command came before.
+        if (command->get_subcommands().empty())
+            m_action = action;
+    });
+    return command;
+}
+
+/** Those that need no more than what is known here. */
+void CommandLine::addOwnCommands()
+{
+    m_app.add_subcommand("help", "Show this text, or how a command is used")
+        ->add_option("COMMAND", m_helpOn, "The command, such as dives or layouts get")
+        ->type_name("[COMMAND]");
+    m_app.add_subcommand("version", "Show the version");
+}
+
+/** @throws Failure */
+const CLI::App &CommandLine::commandOf(const std::vector<std::string> &names) const
+{
+    const CLI::App *command = &m_app;
+    for (const std::string &name : names) {
+        const auto found = command->get_subcommands(
+            [&name](const CLI::App *each) { return each->get_name() == name; });
+        if (found.empty())
+            throw noSuchCommand(*command, QString::fromLocal8Bit(name.c_str()));
+        command = found.front();
+    }
+    return *command;
+}
+
+void CommandLine::tellWhatIsWrong(const CLI::ParseError &error) const
+{
+    printError(usageFailure(m_app, error));
+    const CLI::App &command = *typedCommand(m_app);
+    const bool isMissing = dynamic_cast<const CLI::RequiredError *>(&error) != nullptr;
+    if (isMissing && m_app.remaining(true).empty())
+        printHint(QString::fromStdString(commandList(command, {})));
+}
+
+std::optional<int> CommandLine::parse(int argc, const char *const *argv)
+{
+    try {
+        m_app.parse(argumentsOf(argc, argv));
+        takeGlobalOptions();
+        if (m_app.got_subcommand("help"))
+            print(QString::fromStdString(
+                HelpText().make_help(&commandOf(m_helpOn), {}, CLI::AppFormatMode::Normal)));
+        else if (m_app.got_subcommand("version"))
+            print(QString::fromLatin1(kVersion) + u'\n');
+        else
+            return std::nullopt;
+        flushOutput();
+        return int(ExitCode::Ok);
+    } catch (const CLI::Success &success) {
+        std::ostringstream text;
+        m_app.exit(success, text);
+        return statusOf([&text] {
+            print(QString::fromStdString(text.str()));
+            flushOutput();
+        });
+    } catch (const CLI::ParseError &error) {
+        tellWhatIsWrong(error);
+        return int(ExitCode::UsageError);
+    } catch (const Failure &failure) {
+        printError(failure);
+        return int(failure.code);
+    }
+}
+
+int CommandLine::run() const
+{
+    const Interrupt interrupt;
+    const int status = statusOf([this] {
+        Options options = m_options;
+        Defaults().complete(options);
+        std::unique_ptr<Simulation> simulation;
+        if (m_options.simulate)
+            simulation = std::make_unique<Simulation>(*m_options.simulate);
+        m_action(options);
+        clearStatus();
+        flushOutput();
+    });
+    // After a failure, what there was of a result is still to be written.
+    if (status != int(ExitCode::Ok))
+        std::ignore = statusOf(flushOutput);
+    return status;
+}

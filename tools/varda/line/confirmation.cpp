@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#include "line/confirmation.h"
+
+#include "line/question.h"
+#include "run/failure.h"
+
+using namespace Qt::StringLiterals;
+
+Confirmation::Confirmation(CLI::App *command)
+{
+    command->add_flag("--yes", *m_yes, "Do it without asking");
+}
+
+void Confirmation::require() const
+{
+    if (*m_yes || canAsk())
+        return;
+    throw Failure{ExitCode::UsageError, u"this has to be confirmed"_s,
+                  u"Say --yes, or run it on a terminal."_s};
+}
+
+void Confirmation::ask(const QString &question) const
+{
+    if (*m_yes)
+        return;
+    const QByteArray answer = ::ask(question + u" [y/N] "_s).toLower();
+    if (answer != "y" && answer != "yes")
+        throw Failure{ExitCode::JobFailed, u"not confirmed, nothing was done"_s, {}};
+}

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "output/units.h"
+
+#include <varda/blemode.h>
+
+#include <QtCore/qstring.h>
+
+#include <chrono>
+#include <optional>
+
+/** What holds for every command. */
+struct Options {
+    QString device;                  ///< address or name; empty for any computer
+    std::optional<BleMode> mode;     ///< found out if not given
+    std::optional<QString> simulate; ///< a scenario; empty for the usual computer
+    std::optional<Units> units;      ///< of texts
+    bool json = false;
+    bool verbose = false;
+    std::optional<std::chrono::seconds> timeout;
+    std::optional<int> retries; ///< the library's if not given
+};
