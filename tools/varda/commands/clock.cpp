@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
-#include "line/commandline.h"
 #include "output/records.h"
 #include "output/terminal.h"
 #include "output/text.h"
@@ -18,24 +17,35 @@ void printClock(const Runner &runner, std::int64_t time, bool json, const QStrin
         print(heading + clockText(time) + u'\n');
 }
 
-void showClock(const Options &options)
+class SetClock : public Command
 {
-    Runner runner(options);
-    const auto time = runner.resultOf(runner.computer().readClock(), u"Reading the clock"_s);
-    printClock(runner, time, options.json, {});
-}
+public:
+    SetClock() : Command("set", "Set it to the local time of this machine") { }
 
-void setClock(const Options &options)
+    void run(const Options &options) const override
+    {
+        Runner runner(options, Purpose::Writing);
+        const auto time = runner.resultOf(runner.computer().setClock(), u"Setting the clock"_s);
+        printClock(runner, time, options.json, runner.heading());
+    }
+};
+
+class ShowClock : public Command
 {
-    Runner runner(options, Purpose::Writing);
-    const auto time = runner.resultOf(runner.computer().setClock(), u"Setting the clock"_s);
-    printClock(runner, time, options.json, runner.heading());
-}
+public:
+    ShowClock() : Command("time", "Show or set the computer's clock") { add<SetClock>(); }
+
+    void run(const Options &options) const override
+    {
+        Runner runner(options);
+        const auto time = runner.resultOf(runner.computer().readClock(), u"Reading the clock"_s);
+        printClock(runner, time, options.json, {});
+    }
+};
 
 } // namespace
 
-void addClock(CommandLine &line)
+void addClock(Commands &commands)
 {
-    CLI::App *const time = line.add("time", "Show or set the computer's clock", showClock);
-    line.addTo(time, "set", "Set it to the local time of this machine", setClock);
+    commands.push_back(std::make_unique<ShowClock>());
 }

@@ -1,20 +1,24 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-class CommandLine;
+#include "line/command.h"
 
-// One for each file of commands; the order of the calls is that of the help.
+/** Every command, in the order of the help. */
+[[nodiscard]] Commands allCommands();
 
-void addScan(CommandLine &line);
-void addInfo(CommandLine &line);
-void addConfig(CommandLine &line);
-void addDives(CommandLine &line);
-void addReadings(CommandLine &line);
-void addLog(CommandLine &line);
-void addClock(CommandLine &line);
-void addOwner(CommandLine &line);
-void addSettings(CommandLine &line);
-void addLayouts(CommandLine &line);
-void addControl(CommandLine &line);
-void addFirmware(CommandLine &line);
-void addDefaults(CommandLine &line);
+// One for each file of commands
+
+void addScan(Commands &commands);
+void addInfo(Commands &commands);
+void addConfig(Commands &commands);
+void addLogbook(Commands &commands);
+void addDives(Commands &commands);
+void addReadings(Commands &commands);
+void addLog(Commands &commands);
+void addClock(Commands &commands);
+void addOwner(Commands &commands);
+void addSettings(Commands &commands);
+void addLayouts(Commands &commands);
+void addControl(Commands &commands);
+void addFirmware(Commands &commands);
+void addDefaults(Commands &commands);

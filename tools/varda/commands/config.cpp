@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
 #include "commands/gastable.h"
-#include "line/commandline.h"
+#include "line/arguments.h"
 #include "output/records.h"
 #include "output/safetext.h"
 #include "output/tables.h"
@@ -79,24 +79,34 @@ void printJson(const Runner &runner, const VardaConfiguration &configuration)
     });
 }
 
-void config(const Options &options, bool basic)
+class Config : public Command
 {
-    Runner runner(options);
-    const VardaConfiguration configuration = runner.resultOf(
-        runner.computer().readConfiguration(basic), u"Reading the configuration"_s);
-    if (options.json)
-        printJson(runner, configuration);
-    else
-        printText(runner, configuration);
-}
+public:
+    Config() : Command("config", "Show the computer's settings and gases") { }
+
+    void declare(Arguments &arguments) override
+    {
+        arguments.flag("--basic", m_basic, "Without what older firmwares do not know");
+    }
+
+    void run(const Options &options) const override
+    {
+        Runner runner(options);
+        const VardaConfiguration configuration = runner.resultOf(
+            runner.computer().readConfiguration(m_basic), u"Reading the configuration"_s);
+        if (options.json)
+            printJson(runner, configuration);
+        else
+            printText(runner, configuration);
+    }
+
+private:
+    bool m_basic = false;
+};
 
 } // namespace
 
-void addConfig(CommandLine &line)
+void addConfig(Commands &commands)
 {
-    const auto basic = std::make_shared<bool>(false);
-    CLI::App *const command = line.add(
-        "config", "Show the computer's settings and gases",
-        [basic](const Options &options) { config(options, *basic); });
-    command->add_flag("--basic", *basic, "Without what older firmwares do not know");
+    commands.push_back(std::make_unique<Config>());
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
-#include "line/commandline.h"
+#include "line/arguments.h"
 #include "line/confirmation.h"
 #include "output/records.h"
 #include "output/terminal.h"
@@ -12,104 +12,129 @@ namespace {
 
 // delete, erase
 
-struct Deletion {
-    VardaReply<DeleteDivesResult> *(VardaComputer::*job)();
-    QString status;
-    QString question;
-    QString done;
-};
-
-void deleteDives(const Options &options, const Confirmation &confirmation, const Deletion &what)
+void printDeletion(const Runner &runner, const DeleteDivesResult &result, bool json,
+                   const QString &done)
 {
-    confirmation.require();
-    Runner runner(options, Purpose::Writing);
-    confirmation.ask(what.question.arg(runner.computerName()));
-    const auto [resultA, resultB] = runner.resultOf((runner.computer().*what.job)(), what.status);
-    if (options.json) {
+    const auto [resultA, resultB] = result;
+    if (json) {
         print({{"device"_L1, fieldsOf(runner.device())},
                {"deleteResult"_L1, Fields{{"resultA"_L1, resultA}, {"resultB"_L1, resultB}}}});
     } else {
         print(runner.heading()
-              + u"%1 The computer's answer: %2, %3\n"_s.arg(what.done).arg(resultA).arg(resultB));
+              + u"%1 The computer's answer: %2, %3\n"_s.arg(done).arg(resultA).arg(resultB));
     }
 }
 
-void addDeletion(CommandLine &line, const std::string &name, const std::string &description,
-                 const Deletion &what)
+class DeleteLastDive : public Command
 {
-    const auto confirmation = std::make_shared<std::optional<Confirmation>>();
-    CLI::App *const command = line.add(name, description,
-                                       [confirmation, what](const Options &options) {
-                                           deleteDives(options, **confirmation, what);
-                                       });
-    confirmation->emplace(command);
-}
+public:
+    DeleteLastDive() : Command("delete", "Delete the last dive") { }
+
+    void declare(Arguments &arguments) override { m_confirmation.declare(arguments); }
+
+    void run(const Options &options) const override
+    {
+        m_confirmation.require();
+        Runner runner(options, Purpose::Writing);
+        m_confirmation.ask(u"Delete the last dive of %1?"_s.arg(runner.computerName()));
+        const auto result = runner.resultOf(runner.computer().deleteLastDive(),
+                                            u"Deleting the last dive"_s);
+        printDeletion(runner, result, options.json, u"The last dive is deleted."_s);
+    }
+
+private:
+    Confirmation m_confirmation;
+};
+
+class EraseDives : public Command
+{
+public:
+    EraseDives() : Command("erase", "Delete all dives") { }
+
+    void declare(Arguments &arguments) override { m_confirmation.declare(arguments); }
+
+    void run(const Options &options) const override
+    {
+        m_confirmation.require();
+        Runner runner(options, Purpose::Writing);
+        m_confirmation.ask(u"Delete all dives of %1?"_s.arg(runner.computerName()));
+        const auto result = runner.resultOf(runner.computer().eraseDives(), u"Erasing the dives"_s);
+        printDeletion(runner, result, options.json, u"All dives are deleted."_s);
+    }
+
+private:
+    Confirmation m_confirmation;
+};
 
 // superuser
 
-void superUser(const Options &options, const Confirmation &confirmation, bool activate)
+class SetSuperUserMode : public Command
 {
-    if (activate)
-        confirmation.require();
-    Runner runner(options, Purpose::Writing);
-    if (activate)
-        confirmation.ask(u"Enter super-user mode of %1?"_s.arg(runner.computerName()));
-    const bool answered = runner.resultOf(runner.computer().setSuperUserMode(activate),
-                                          u"Switching the super-user mode"_s);
-    if (options.json) {
-        print({{"device"_L1, fieldsOf(runner.device())},
-               {"superUserMode"_L1, activate},
-               {"answered"_L1, answered}});
-    } else {
-        print(runner.heading()
-              + u"Sent%1. Whether it is obeyed the computer does not tell.\n"_s.arg(
-                  answered ? u", and there was an answer"_s : u", without an answer"_s));
-    }
-}
+public:
+    SetSuperUserMode() : Command("superuser", "Enter or leave super-user mode") { }
 
-void addSuperUser(CommandLine &line)
-{
-    const auto state = std::make_shared<std::string>();
-    const auto confirmation = std::make_shared<std::optional<Confirmation>>();
-    CLI::App *const command = line.add("superuser", "Enter or leave super-user mode",
-                                       [state, confirmation](const Options &options) {
-                                           superUser(options, **confirmation, *state == "on");
-                                       });
-    command->add_option("STATE", *state, "on or off")
-        ->type_name("on|off")
-        ->required()
-        ->check(CLI::IsMember({"on", "off"}).description(""));
-    confirmation->emplace(command);
-}
+    void declare(Arguments &arguments) override
+    {
+        arguments.argument("STATE", m_activate, "on or off");
+        m_confirmation.declare(arguments);
+    }
+
+    void run(const Options &options) const override
+    {
+        if (m_activate)
+            m_confirmation.require();
+        Runner runner(options, Purpose::Writing);
+        if (m_activate)
+            m_confirmation.ask(u"Enter super-user mode of %1?"_s.arg(runner.computerName()));
+        const bool answered = runner.resultOf(runner.computer().setSuperUserMode(m_activate),
+                                              u"Switching the super-user mode"_s);
+        if (options.json) {
+            print({{"device"_L1, fieldsOf(runner.device())},
+                   {"superUserMode"_L1, m_activate},
+                   {"answered"_L1, answered}});
+        } else {
+            print(runner.heading()
+                  + u"Sent%1. Whether it is obeyed the computer does not tell.\n"_s.arg(
+                      answered ? u", and there was an answer"_s : u", without an answer"_s));
+        }
+    }
+
+private:
+    bool m_activate = false;
+    Confirmation m_confirmation;
+};
 
 // reset
 
-void reset(const Options &options, const Confirmation &confirmation)
+class Restart : public Command
 {
-    confirmation.require();
-    Runner runner(options, Purpose::Writing);
-    confirmation.ask(u"Restart %1?"_s.arg(runner.computerName()));
-    runner.run(runner.computer().restart(), u"Asking for a restart"_s);
-    if (options.json)
-        print({{"device"_L1, fieldsOf(runner.device())}});
-    else
-        print(runner.heading() + u"The computer restarts.\n"_s);
-}
+public:
+    Restart() : Command("reset", "Restart the computer") { }
+
+    void declare(Arguments &arguments) override { m_confirmation.declare(arguments); }
+
+    void run(const Options &options) const override
+    {
+        m_confirmation.require();
+        Runner runner(options, Purpose::Writing);
+        m_confirmation.ask(u"Restart %1?"_s.arg(runner.computerName()));
+        runner.run(runner.computer().restart(), u"Asking for a restart"_s);
+        if (options.json)
+            print({{"device"_L1, fieldsOf(runner.device())}});
+        else
+            print(runner.heading() + u"The computer restarts.\n"_s);
+    }
+
+private:
+    Confirmation m_confirmation;
+};
 
 } // namespace
 
-void addControl(CommandLine &line)
+void addControl(Commands &commands)
 {
-    addDeletion(line, "delete", "Delete the last dive",
-                {&VardaComputer::deleteLastDive, u"Deleting the last dive"_s,
-                 u"Delete the last dive of %1?"_s, u"The last dive is deleted."_s});
-    addDeletion(line, "erase", "Delete all dives",
-                {&VardaComputer::eraseDives, u"Erasing the dives"_s, u"Delete all dives of %1?"_s,
-                 u"All dives are deleted."_s});
-    addSuperUser(line);
-    const auto confirmation = std::make_shared<std::optional<Confirmation>>();
-    CLI::App *const command = line.add(
-        "reset", "Restart the computer",
-        [confirmation](const Options &options) { reset(options, **confirmation); });
-    confirmation->emplace(command);
+    commands.push_back(std::make_unique<DeleteLastDive>());
+    commands.push_back(std::make_unique<EraseDives>());
+    commands.push_back(std::make_unique<SetSuperUserMode>());
+    commands.push_back(std::make_unique<Restart>());
 }

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "line/defaults.h"
-
 #include "commands/commands.h"
-#include "line/commandline.h"
+#include "line/arguments.h"
 #include "output/safetext.h"
 #include "output/tables.h"
 #include "output/terminal.h"
@@ -30,56 +29,80 @@ void show(const Options &options)
     print(table.text(outputStyle()));
 }
 
-std::string validName(const std::string &text)
+QString checkName(const QString &text)
 {
-    return text == "device" || text == "units" ? std::string()
-                                               : "\"" + text + "\" is neither device nor units";
+    return text == Defaults::kDevice || text == Defaults::kUnits
+               ? QString()
+               : u"\"%1\" is neither device nor units"_s.arg(text);
 }
 
-void set(const Options &options, const QString &name, const QString &value)
+void declareName(Arguments &arguments, QString &name)
 {
-    const QString text = value.trimmed();
-    if (!Defaults::isValid(name, text)) {
-        throw Failure{ExitCode::UsageError,
-                      name == Defaults::kUnits
-                          ? u"\"%1\" is neither metric nor imperial"_s.arg(value)
-                          : u"\"%1\" is no address or name"_s.arg(value),
-                      {}};
+    arguments.argument("NAME", name, "device or units", checkName);
+}
+
+class SetDefault : public Command
+{
+public:
+    SetDefault() : Command("set", "Set the usual computer, or the units") { }
+
+    void declare(Arguments &arguments) override
+    {
+        declareName(arguments, m_name);
+        arguments.argument("VALUE", m_value, "An address or a name; metric or imperial");
     }
-    Defaults().change(name, text);
-    show(options);
-}
 
-void unset(const Options &options, const QString &name)
+    void run(const Options &options) const override
+    {
+        const QString text = m_value.trimmed();
+        if (!Defaults::isValid(m_name, text)) {
+            throw Failure{ExitCode::UsageError,
+                          m_name == Defaults::kUnits
+                              ? u"\"%1\" is neither metric nor imperial"_s.arg(m_value)
+                              : u"\"%1\" is no address or name"_s.arg(m_value),
+                          {}};
+        }
+        Defaults().change(m_name, text);
+        show(options);
+    }
+
+private:
+    QString m_name;
+    QString m_value;
+};
+
+class UnsetDefault : public Command
 {
-    Defaults().change(name, std::nullopt);
-    show(options);
-}
+public:
+    UnsetDefault() : Command("unset", "Forget it again") { }
+
+    void declare(Arguments &arguments) override { declareName(arguments, m_name); }
+
+    void run(const Options &options) const override
+    {
+        Defaults().change(m_name, std::nullopt);
+        show(options);
+    }
+
+private:
+    QString m_name;
+};
+
+class ShowDefaults : public Command
+{
+public:
+    ShowDefaults() : Command("defaults", "Show or set what all commands start from")
+    {
+        add<SetDefault>();
+        add<UnsetDefault>();
+    }
+
+    void run(const Options &options) const override { show(options); }
+};
 
 } // namespace
 
-void addDefaults(CommandLine &line)
+void addDefaults(Commands &commands)
 {
-    const auto name = std::make_shared<std::string>();
-    const auto value = std::make_shared<std::string>();
-    const auto addName = [name](CLI::App *command) {
-        command->add_option("NAME", *name, "device or units")
-            ->type_name("NAME")
-            ->required()
-            ->check(CLI::Validator(validName, ""));
-    };
-    CLI::App *const defaults = line.add("defaults", "Show or set what all commands start from",
-                                        show);
-    CLI::App *const setting = line.addTo(defaults, "set", "Set the usual computer, or the units",
-                                         [name, value](const Options &options) {
-                                             set(options, QString::fromLocal8Bit(name->c_str()),
-                                                 QString::fromLocal8Bit(value->c_str()));
-                                         });
-    addName(setting);
-    setting->add_option("VALUE", *value, "An address or a name; metric or imperial")
-        ->type_name("VALUE")
-        ->required();
-    addName(line.addTo(defaults, "unset", "Forget it again", [name](const Options &options) {
-        unset(options, QString::fromLocal8Bit(name->c_str()));
-    }));
+    commands.push_back(std::make_unique<ShowDefaults>());
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
-#include "line/commandline.h"
+#include "line/arguments.h"
 #include "line/confirmation.h"
 #include "output/records.h"
 #include "output/safetext.h"
@@ -65,20 +65,36 @@ Fields fieldsOf(const FirmwareImage &image)
             {"size"_L1, image.size},         {"crc"_L1, image.checksum}};
 }
 
-void info(const Options &options, const QString &path)
+void declareFile(Arguments &arguments, QString &path)
 {
-    const FirmwareImage image = readImage(path).image;
-    if (options.json)
-        return print(fieldsOf(image));
-    Table table;
-    table.add(u"Family"_s, familyText(image));
-    if (!image.hasHeader())
-        table.add(u"Name"_s, safeText(image.name));
-    table.add(u"Version"_s, safeText(versionOf(image)));
-    table.add(u"Size"_s, u"%1 bytes"_s.arg(image.size));
-    table.add(u"CRC"_s, u"0x%1"_s.arg(image.checksum, 4, 16, QChar(u'0')));
-    print(table.text(outputStyle()));
+    arguments.argument("FILE", path, "The image");
 }
+
+class ImageInfo : public Command
+{
+public:
+    ImageInfo() : Command("info", "Tell what an image is; no computer is needed") { }
+
+    void declare(Arguments &arguments) override { declareFile(arguments, m_path); }
+
+    void run(const Options &options) const override
+    {
+        const FirmwareImage image = readImage(m_path).image;
+        if (options.json)
+            return print(fieldsOf(image));
+        Table table;
+        table.add(u"Family"_s, familyText(image));
+        if (!image.hasHeader())
+            table.add(u"Name"_s, safeText(image.name));
+        table.add(u"Version"_s, safeText(versionOf(image)));
+        table.add(u"Size"_s, u"%1 bytes"_s.arg(image.size));
+        table.add(u"CRC"_s, u"0x%1"_s.arg(image.checksum, 4, 16, QChar(u'0')));
+        print(table.text(outputStyle()));
+    }
+
+private:
+    QString m_path;
+};
 
 // upload
 
@@ -132,54 +148,65 @@ QString elapsedText(double seconds)
     return seconds < 60 ? tenthsText(seconds) + u" s"_s : durationText(seconds);
 }
 
-void upload(const Options &options, const Confirmation &confirmation, const QString &path,
-            bool force)
+class Upload : public Command
 {
-    const ImageFile file = readImage(path);
-    confirmation.require();
-    Runner runner(options, Purpose::Writing);
-    const VardaIdentity before = runner.resultOf(runner.computer().readIdentity(),
-                                                 u"Reading the identification"_s);
-    const QString what = file.image.kind == FirmwareImage::Kind::Bootloader ? u"bootloader"_s
-                                                                            : u"firmware"_s;
-    confirmation.ask(u"Replace the %1 of %2 (%3, firmware %4) by version %5?"_s.arg(
-        what, runner.device().name(), runner.device().address(),
-        versionText(before.firmwareVersionStr), versionOf(file.image)));
-    const std::chrono::duration<double> elapsed = send(runner, file, force);
-    if (options.json) {
-        Fields fields{{"device"_L1, ::fieldsOf(runner.device())}};
-        append(fields, fieldsOf(file.image));
-        fields.emplace_back("uploadElapsed"_L1, elapsed.count());
-        print(fields);
-    } else {
-        print(runner.heading()
-              + u"Uploaded %1 bytes of %2 %3 in %4.\n"_s.arg(file.bytes.size())
-                    .arg(what, safeText(versionOf(file.image)), elapsedText(elapsed.count())));
+public:
+    Upload() : Command("upload", "Replace the computer's firmware") { }
+
+    void declare(Arguments &arguments) override
+    {
+        declareFile(arguments, m_path);
+        m_confirmation.declare(arguments);
+        arguments.flag("--force", m_force, "Also when the computer has that version already");
     }
-}
+
+    void run(const Options &options) const override
+    {
+        const ImageFile file = readImage(m_path);
+        m_confirmation.require();
+        Runner runner(options, Purpose::Writing);
+        const VardaIdentity present = runner.resultOf(runner.computer().readIdentity(),
+                                                      u"Reading the identification"_s);
+        const QString what = file.image.kind == FirmwareImage::Kind::Bootloader ? u"bootloader"_s
+                                                                                : u"firmware"_s;
+        m_confirmation.ask(u"Replace the %1 of %2 (%3, firmware %4) by version %5?"_s.arg(
+            what, runner.device().name(), runner.device().address(),
+            versionText(present.firmwareVersionStr), versionOf(file.image)));
+        const std::chrono::duration<double> elapsed = send(runner, file, m_force);
+        if (options.json) {
+            Fields fields{{"device"_L1, ::fieldsOf(runner.device())}};
+            append(fields, fieldsOf(file.image));
+            fields.emplace_back("uploadElapsed"_L1, elapsed.count());
+            print(fields);
+        } else {
+            print(runner.heading()
+                  + u"Uploaded %1 bytes of %2 %3 in %4.\n"_s.arg(file.bytes.size())
+                        .arg(what, safeText(versionOf(file.image)), elapsedText(elapsed.count())));
+        }
+    }
+
+private:
+    QString m_path;
+    bool m_force = false;
+    Confirmation m_confirmation;
+};
+
+class Firmware : public Command
+{
+public:
+    Firmware() : Command("firmware", "Look at firmware images and upload them")
+    {
+        add<ImageInfo>();
+        add<Upload>();
+    }
+
+    [[nodiscard]] bool needsSubcommand() const override { return true; }
+    void run(const Options & /*options*/) const override { }
+};
 
 } // namespace
 
-void addFirmware(CommandLine &line)
+void addFirmware(Commands &commands)
 {
-    CLI::App *const firmware = line.add("firmware", "Look at firmware images and upload them", {});
-    firmware->require_subcommand(1);
-    const auto path = std::make_shared<std::string>();
-    const auto addFile = [&path](CLI::App *command) {
-        command->add_option("FILE", *path, "The image")->type_name("FILE")->required();
-    };
-    addFile(line.addTo(
-        firmware, "info", "Tell what an image is; no computer is needed",
-        [path](const Options &options) { info(options, QString::fromLocal8Bit(path->c_str())); }));
-
-    const auto confirmation = std::make_shared<std::optional<Confirmation>>();
-    const auto force = std::make_shared<bool>(false);
-    CLI::App *const command = line.addTo(firmware, "upload", "Replace the computer's firmware",
-                                         [confirmation, path, force](const Options &options) {
-                                             upload(options, **confirmation,
-                                                    QString::fromLocal8Bit(path->c_str()), *force);
-                                         });
-    addFile(command);
-    confirmation->emplace(command);
-    command->add_flag("--force", *force, "Also when the computer has that version already");
+    commands.push_back(std::make_unique<Firmware>());
 }

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
-#include "line/commandline.h"
 #include "output/records.h"
 #include "output/safetext.h"
 #include "output/tables.h"
@@ -114,19 +113,25 @@ void printJson(const BleDeviceInfo &device, const About &about)
     print(fields);
 }
 
-void info(const Options &options)
+class Info : public Command
 {
-    Runner runner(options);
-    const About about = readAll(runner);
-    if (options.json)
-        printJson(runner.device(), about);
-    else
-        printText(runner.device(), about);
-}
+public:
+    Info() : Command("info", "Tell what the computer is") { }
+
+    void run(const Options &options) const override
+    {
+        Runner runner(options);
+        const About about = readAll(runner);
+        if (options.json)
+            printJson(runner.device(), about);
+        else
+            printText(runner.device(), about);
+    }
+};
 
 } // namespace
 
-void addInfo(CommandLine &line)
+void addInfo(Commands &commands)
 {
-    line.add("info", "Tell what the computer is", info);
+    commands.push_back(std::make_unique<Info>());
 }

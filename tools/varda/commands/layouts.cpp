@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
 #include "line/arguments.h"
-#include "line/commandline.h"
 #include "line/confirmation.h"
 #include "output/records.h"
 #include "output/safetext.h"
@@ -18,9 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kLastMode = 4;
-constexpr int kLastIndex = 255;
-constexpr int kLastActive = 127; // -1 stands for none
+constexpr IntRange kIndexes{0, 255};
 
 // list
 
@@ -44,21 +41,30 @@ QList<LayoutEntry> readList(Runner &runner)
     return runner.resultOf(runner.computer().readLayouts(), u"Reading the list of layouts"_s);
 }
 
-void list(const Options &options)
+Json jsonOf(const QList<LayoutEntry> &layouts)
+{
+    return listOf(layouts, [](const LayoutEntry &each) {
+        return Fields{{"first"_L1, each.first}, {"second"_L1, each.second}, {"name"_L1, each.name}};
+    });
+}
+
+void showList(const Options &options)
 {
     Runner runner(options);
     const QList<LayoutEntry> layouts = readList(runner);
-    if (options.json) {
-        print({{"device"_L1, fieldsOf(runner.device())},
-               {"layouts"_L1, listOf(layouts, [](const LayoutEntry &each) {
-                    return Fields{{"first"_L1, each.first},
-                                  {"second"_L1, each.second},
-                                  {"name"_L1, each.name}};
-                })}});
-    } else {
+    if (options.json)
+        print({{"device"_L1, fieldsOf(runner.device())}, {"layouts"_L1, jsonOf(layouts)}});
+    else
         print(listText(layouts));
-    }
 }
+
+class ListLayouts : public Command
+{
+public:
+    ListLayouts() : Command("list", "List them") { }
+
+    void run(const Options &options) const override { showList(options); }
+};
 
 // get
 
@@ -84,35 +90,60 @@ QString fileFor(Runner &runner, int index, const QString &output)
     return QDir(output).filePath(u"%1-%2.layout"_s.arg(QString::number(index), safeFileName(name)));
 }
 
-void get(const Options &options, int index, const QString &output)
+class GetLayout : public Command
 {
-    const bool isResult = isStandardOutput(output);
-    if (isResult && options.json) {
-        throw Failure{ExitCode::UsageError, u"--json and the layout would go to the same output"_s,
-                      u"The document has the layout, too: leave out -o."_s};
+public:
+    GetLayout() : Command("get", "Read a layout, into a file or in hexadecimal") { }
+
+    void declare(Arguments &arguments) override
+    {
+        arguments.argument("INDEX", m_index, kIndexes, "Its index");
+        arguments.option("-o,--output", "FILE", m_output,
+                         "The file, or a folder for one of its name; - prints it");
     }
-    Runner runner(options);
-    const QString file = fileFor(runner, index, output);
-    auto *const job = runner.computer().readLayout(quint8(index));
-    const QByteArray blob = runner.resultOf(job, u"Reading layout %1"_s.arg(index), [job] {
-        showStatus(u"Reading the layout, "_s + bytesText(double(job->bytes())));
-    });
-    if (blob.isEmpty()) {
-        throw Failure{ExitCode::JobFailed, u"there is no layout %1"_s.arg(index),
-                      u"\"varda layouts list\" lists what there is."_s};
+
+    void run(const Options &options) const override
+    {
+        const bool isResult = isStandardOutput(m_output);
+        if (isResult && options.json) {
+            throw Failure{ExitCode::UsageError,
+                          u"--json and the layout would go to the same output"_s,
+                          u"The document has the layout, too: leave out -o."_s};
+        }
+        Runner runner(options);
+        const QString file = fileFor(runner, m_index, m_output);
+        const QByteArray blob = read(runner);
+        if (!file.isEmpty())
+            writeFile(file, blob);
+        if (options.json) {
+            print({{"device"_L1, fieldsOf(runner.device())},
+                   {"index"_L1, m_index},
+                   {"size"_L1, blob.size()},
+                   {"layoutBlob"_L1, QString::fromLatin1(blob.toHex())}});
+        } else if (!isResult) {
+            print(file.isEmpty() ? dump(blob)
+                                 : u"%1 bytes written to %2\n"_s.arg(blob.size()).arg(file));
+        }
     }
-    if (!file.isEmpty())
-        writeFile(file, blob);
-    if (options.json) {
-        print({{"device"_L1, fieldsOf(runner.device())},
-               {"index"_L1, index},
-               {"size"_L1, blob.size()},
-               {"layoutBlob"_L1, QString::fromLatin1(blob.toHex())}});
-    } else if (!isResult) {
-        print(file.isEmpty() ? dump(blob)
-                             : u"%1 bytes written to %2\n"_s.arg(blob.size()).arg(file));
+
+private:
+    /** @throws Failure  also if there is no such layout */
+    [[nodiscard]] QByteArray read(Runner &runner) const
+    {
+        auto *const job = runner.computer().readLayout(quint8(m_index));
+        const QByteArray blob = runner.resultOf(job, u"Reading layout %1"_s.arg(m_index), [job] {
+            showStatus(u"Reading the layout, "_s + bytesText(double(job->bytes())));
+        });
+        if (blob.isEmpty()) {
+            throw Failure{ExitCode::JobFailed, u"there is no layout %1"_s.arg(m_index),
+                          u"\"varda layouts list\" lists what there is."_s};
+        }
+        return blob;
     }
-}
+
+    int m_index = 0;
+    QString m_output;
+};
 
 // What changes layouts
 
@@ -126,121 +157,141 @@ void change(Runner &runner, VardaJob *job, const QString &status, bool json, con
         print(runner.heading() + done + u'\n');
 }
 
-void add(const Options &options, const QString &file)
+class AddLayout : public Command
 {
-    const QByteArray blob = readFile(file);
-    Runner runner(options, Purpose::Writing);
-    change(runner, runner.computer().addLayout(blob), u"Writing the layout"_s, options.json,
-           u"The layout of %1 bytes is added."_s.arg(blob.size()));
-}
+public:
+    AddLayout() : Command("add", "Write another one into the computer") { }
 
-void remove(const Options &options, int index)
-{
-    Runner runner(options, Purpose::Writing);
-    change(runner, runner.computer().removeLayout(quint8(index)),
-           u"Removing layout %1"_s.arg(index), options.json, u"Layout %1 is removed."_s.arg(index));
-}
-
-void clear(const Options &options, const Confirmation &confirmation)
-{
-    confirmation.require();
-    Runner runner(options, Purpose::Writing);
-    confirmation.ask(u"Remove all layouts of %1?"_s.arg(runner.computerName()));
-    change(runner, runner.computer().removeAllLayouts(), u"Removing the layouts"_s, options.json,
-           u"All layouts are removed."_s);
-}
-
-void activate(const Options &options, int mode, int index)
-{
-    Runner runner(options, Purpose::Writing);
-    change(runner, runner.computer().activateLayout(quint8(mode), qint8(index)),
-           u"Activating layout %1"_s.arg(index), options.json,
-           index < 0 ? u"No layout is active in dive mode %1."_s.arg(mode)
-                     : u"Layout %1 is active in dive mode %2."_s.arg(index).arg(mode));
-}
-
-// active
-
-void active(const Options &options)
-{
-    Runner runner(options);
-    const auto layouts = runner.resultOf(runner.computer().readActiveLayouts(),
-                                         u"Reading the active layouts"_s);
-    if (options.json) {
-        print({{"device"_L1, fieldsOf(runner.device())}, {"activeLayouts"_L1, listOf(layouts)}});
-        return;
+    void declare(Arguments &arguments) override
+    {
+        arguments.argument("FILE", m_file, "What it consists of");
     }
-    Columns columns({{u"DIVE MODE"_s}, {u"LAYOUT"_s}});
-    for (std::size_t i = 0; i < layouts.size(); ++i) {
-        columns.add({QString::number(i), layouts[i] < 0 ? u"-"_s : QString::number(layouts[i])});
+
+    void run(const Options &options) const override
+    {
+        const QByteArray blob = readFile(m_file);
+        Runner runner(options, Purpose::Writing);
+        change(runner, runner.computer().addLayout(blob), u"Writing the layout"_s, options.json,
+               u"The layout of %1 bytes is added."_s.arg(blob.size()));
     }
-    print(columns.text(outputStyle()));
-}
 
-void addGet(CommandLine &line, CLI::App *layouts)
-{
-    const auto index = std::make_shared<int>();
-    const auto file = std::make_shared<std::string>();
-    CLI::App *const command = line.addTo(
-        layouts, "get", "Read a layout, into a file or in hexadecimal",
-        [index, file](const Options &options) {
-            get(options, *index, QString::fromLocal8Bit(file->c_str()));
-        });
-    command->add_option("INDEX", *index, "Its index")
-        ->type_name("INDEX")
-        ->required()
-        ->check(between(0, kLastIndex));
-    command
-        ->add_option("-o,--output", *file, "The file, or a folder for one of its name; - prints it")
-        ->type_name("FILE");
-}
+private:
+    QString m_file;
+};
 
-void addActivate(CommandLine &line, CLI::App *layouts)
+class RemoveLayout : public Command
 {
-    const auto mode = std::make_shared<int>();
-    const auto index = std::make_shared<int>();
-    CLI::App *const command = line.addTo(
-        layouts, "activate", "Use a layout in a dive mode",
-        [mode, index](const Options &options) { activate(options, *mode, *index); });
-    command->add_option("MODE", *mode, "The dive mode, 0 to 4")
-        ->type_name("MODE")
-        ->required()
-        ->check(between(0, kLastMode));
-    command->add_option("INDEX", *index, "The layout's index, -1 for none")
-        ->type_name("INDEX")
-        ->required()
-        ->check(between(-1, kLastActive));
-}
+public:
+    RemoveLayout() : Command("remove", "Remove one") { }
+
+    void declare(Arguments &arguments) override
+    {
+        arguments.argument("INDEX", m_index, kIndexes, "Its index");
+    }
+
+    void run(const Options &options) const override
+    {
+        Runner runner(options, Purpose::Writing);
+        change(runner, runner.computer().removeLayout(quint8(m_index)),
+               u"Removing layout %1"_s.arg(m_index), options.json,
+               u"Layout %1 is removed."_s.arg(m_index));
+    }
+
+private:
+    int m_index = 0;
+};
+
+class ClearLayouts : public Command
+{
+public:
+    ClearLayouts() : Command("clear", "Remove all") { }
+
+    void declare(Arguments &arguments) override { m_confirmation.declare(arguments); }
+
+    void run(const Options &options) const override
+    {
+        m_confirmation.require();
+        Runner runner(options, Purpose::Writing);
+        m_confirmation.ask(u"Remove all layouts of %1?"_s.arg(runner.computerName()));
+        change(runner, runner.computer().removeAllLayouts(), u"Removing the layouts"_s,
+               options.json, u"All layouts are removed."_s);
+    }
+
+private:
+    Confirmation m_confirmation;
+};
+
+// Which layout is active
+
+class ShowActiveLayouts : public Command
+{
+public:
+    ShowActiveLayouts() : Command("active", "Tell which one each dive mode uses") { }
+
+    void run(const Options &options) const override
+    {
+        Runner runner(options);
+        const auto layouts = runner.resultOf(runner.computer().readActiveLayouts(),
+                                             u"Reading the active layouts"_s);
+        if (options.json) {
+            print(
+                {{"device"_L1, fieldsOf(runner.device())}, {"activeLayouts"_L1, listOf(layouts)}});
+            return;
+        }
+        Columns columns({{u"DIVE MODE"_s}, {u"LAYOUT"_s}});
+        for (std::size_t i = 0; i < layouts.size(); ++i) {
+            columns.add(
+                {QString::number(i), layouts[i] < 0 ? u"-"_s : QString::number(layouts[i])});
+        }
+        print(columns.text(outputStyle()));
+    }
+};
+
+class ActivateLayout : public Command
+{
+public:
+    ActivateLayout() : Command("activate", "Use a layout in a dive mode") { }
+
+    void declare(Arguments &arguments) override
+    {
+        arguments.argument("MODE", m_mode, {0, 4}, "The dive mode, 0 to 4");
+        arguments.argument("INDEX", m_index, {-1, 127}, "The layout's index, -1 for none");
+    }
+
+    void run(const Options &options) const override
+    {
+        Runner runner(options, Purpose::Writing);
+        change(runner, runner.computer().activateLayout(quint8(m_mode), qint8(m_index)),
+               u"Activating layout %1"_s.arg(m_index), options.json,
+               m_index < 0 ? u"No layout is active in dive mode %1."_s.arg(m_mode)
+                           : u"Layout %1 is active in dive mode %2."_s.arg(m_index).arg(m_mode));
+    }
+
+private:
+    int m_mode = 0;
+    int m_index = 0;
+};
+
+class Layouts : public Command
+{
+public:
+    Layouts() : Command("layouts", "List, read and change the screen layouts")
+    {
+        add<ListLayouts>();
+        add<GetLayout>();
+        add<AddLayout>();
+        add<RemoveLayout>();
+        add<ClearLayouts>();
+        add<ShowActiveLayouts>();
+        add<ActivateLayout>();
+    }
+
+    void run(const Options &options) const override { showList(options); }
+};
 
 } // namespace
 
-void addLayouts(CommandLine &line)
+void addLayouts(Commands &commands)
 {
-    CLI::App *const layouts = line.add("layouts", "List, read and change the screen layouts", list);
-    line.addTo(layouts, "list", "List them", list);
-    addGet(line, layouts);
-
-    const auto file = std::make_shared<std::string>();
-    line.addTo(
-            layouts, "add", "Write another one into the computer",
-            [file](const Options &options) { add(options, QString::fromLocal8Bit(file->c_str())); })
-        ->add_option("FILE", *file, "What it consists of")
-        ->type_name("FILE")
-        ->required();
-
-    const auto index = std::make_shared<int>();
-    line.addTo(layouts, "remove", "Remove one",
-               [index](const Options &options) { remove(options, *index); })
-        ->add_option("INDEX", *index, "Its index")
-        ->type_name("INDEX")
-        ->required()
-        ->check(between(0, kLastIndex));
-
-    const auto confirmation = std::make_shared<std::optional<Confirmation>>();
-    confirmation->emplace(
-        line.addTo(layouts, "clear", "Remove all",
-                   [confirmation](const Options &options) { clear(options, **confirmation); }));
-
-    line.addTo(layouts, "active", "Tell which one each dive mode uses", active);
-    addActivate(line, layouts);
+    commands.push_back(std::make_unique<Layouts>());
 }

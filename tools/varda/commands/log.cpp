@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
-#include "line/commandline.h"
+#include "line/arguments.h"
 #include "output/records.h"
 #include "output/safetext.h"
 #include "output/terminal.h"
@@ -21,14 +21,14 @@ Fields fieldsOf(const SyslogBinRecord &record)
 }
 
 /** Runs what reads a log. */
-template <typename Log> Log read(Runner &runner, VardaReply<Log> *job)
+template <typename Result> Result read(Runner &runner, VardaReply<Result> *job)
 {
     return runner.resultOf(job, u"Reading the log"_s, [job] {
         showStatus(u"Reading the log, "_s + bytesText(double(job->bytes())));
     });
 }
 
-void textLog(const Options &options)
+void showTextLog(const Options &options)
 {
     Runner runner(options);
     const QStringList lines = read(runner, runner.computer().readLog());
@@ -40,7 +40,7 @@ void textLog(const Options &options)
         print(safeText(line) + u'\n');
 }
 
-void binaryLog(const Options &options)
+void showBinaryLog(const Options &options)
 {
     Runner runner(options);
     const auto records = read(runner, runner.computer().readBinaryLog());
@@ -55,13 +55,31 @@ void binaryLog(const Options &options)
         print(clockText(record.time) + u' ' + convertSyslogRecord(record, true).trimmed() + u'\n');
 }
 
+class Log : public Command
+{
+public:
+    Log() : Command("log", "Show the system log") { }
+
+    void declare(Arguments &arguments) override
+    {
+        arguments.flag("--binary", m_binary, "The log of records, rendered, instead of the text");
+    }
+
+    void run(const Options &options) const override
+    {
+        if (m_binary)
+            showBinaryLog(options);
+        else
+            showTextLog(options);
+    }
+
+private:
+    bool m_binary = false;
+};
+
 } // namespace
 
-void addLog(CommandLine &line)
+void addLog(Commands &commands)
 {
-    const auto binary = std::make_shared<bool>(false);
-    CLI::App *const command = line.add(
-        "log", "Show the system log",
-        [binary](const Options &options) { (*binary ? binaryLog : textLog)(options); });
-    command->add_flag("--binary", *binary, "The log of records, rendered, instead of the text");
+    commands.push_back(std::make_unique<Log>());
 }

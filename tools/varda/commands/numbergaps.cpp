@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "commands/numbergaps.h"
 
+#include "output/terminal.h"
+
 #include <QtCore/qstringlist.h>
 
 #include <map>
@@ -35,4 +37,28 @@ QString gapsText(const QList<NumberGap> &gaps)
         parts.append(first == last ? QString::number(first) : u"%1-%2"_s.arg(first).arg(last));
     }
     return parts.join(u", "_s);
+}
+
+QList<NumberGap> gapsIn(const QList<TidemarDiveHeader> &headers, const QList<std::uint16_t> &known)
+{
+    QList<std::uint16_t> listed;
+    for (const TidemarDiveHeader &header : headers)
+        listed.append(header.diveNumber);
+    return numberGaps(listed, known);
+}
+
+Json jsonOf(const QList<NumberGap> &gaps)
+{
+    return listOf(gaps, [](const NumberGap &gap) {
+        return Fields{{"first"_L1, gap.first}, {"last"_L1, gap.last}};
+    });
+}
+
+void warnOf(const QList<NumberGap> &gaps)
+{
+    if (gaps.isEmpty())
+        return;
+    const bool isOne = gaps.size() == 1 && gaps.front().first == gaps.front().last;
+    printWarning(u"the logbook has no %1 %2: deleted, or lost on the way"_s.arg(
+        isOne ? u"dive"_s : u"dives"_s, gapsText(gaps)));
 }

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "output/json.h"
+
+#include <varda/tidemardiveheader.h>
+
 #include <QtCore/qlist.h>
 #include <QtCore/qstring.h>
 
@@ -20,3 +24,10 @@ struct NumberGap {
                                           const QList<std::uint16_t> &known);
 /** "10-11, 14", as people write them; of very many only the first. */
 [[nodiscard]] QString gapsText(const QList<NumberGap> &gaps);
+
+/** The numbers that are missing in a logbook. */
+[[nodiscard]] QList<NumberGap> gapsIn(const QList<TidemarDiveHeader> &headers,
+                                      const QList<std::uint16_t> &known);
+[[nodiscard]] Json jsonOf(const QList<NumberGap> &gaps);
+/** The computer does not say how many dives there are; a gap is all that one can see. */
+void warnOf(const QList<NumberGap> &gaps);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
-#include "line/commandline.h"
+#include "line/arguments.h"
 #include "output/records.h"
 #include "output/safetext.h"
 #include "output/terminal.h"
@@ -18,40 +18,52 @@ void printOwner(const Runner &runner, const QString &owner, bool json, const QSt
         print(heading + safeText(owner) + u'\n');
 }
 
-void showOwner(const Options &options)
-{
-    Runner runner(options);
-    const QString owner = runner.resultOf(runner.computer().readOwner(), u"Reading the owner"_s);
-    printOwner(runner, owner, options.json, {});
-}
-
-void setOwner(const Options &options, const QString &owner)
-{
-    Runner runner(options, Purpose::Writing);
-    const QString written = runner.resultOf(runner.computer().writeOwner(owner),
-                                            u"Writing the owner"_s);
-    printOwner(runner, written, options.json, runner.heading());
-}
-
 /** More would not fit in one write on any link. */
-std::string validOwner(const std::string &text)
+QString checkOwner(const QString &text)
 {
-    constexpr std::size_t kLongest = 200;
-    return text.size() <= kLongest ? std::string() : "the text is too long";
+    constexpr qsizetype kLongest = 200;
+    return text.toUtf8().size() <= kLongest ? QString() : u"the text is too long"_s;
 }
+
+class SetOwner : public Command
+{
+public:
+    SetOwner() : Command("set", "Write another owner into the computer") { }
+
+    void declare(Arguments &arguments) override
+    {
+        arguments.argument("TEXT", m_owner, "The owner; computers keep 32 bytes", checkOwner);
+    }
+
+    void run(const Options &options) const override
+    {
+        Runner runner(options, Purpose::Writing);
+        const QString written = runner.resultOf(runner.computer().writeOwner(m_owner),
+                                                u"Writing the owner"_s);
+        printOwner(runner, written, options.json, runner.heading());
+    }
+
+private:
+    QString m_owner;
+};
+
+class ShowOwner : public Command
+{
+public:
+    ShowOwner() : Command("owner", "Show or set the computer's owner") { add<SetOwner>(); }
+
+    void run(const Options &options) const override
+    {
+        Runner runner(options);
+        const QString owner = runner.resultOf(runner.computer().readOwner(),
+                                              u"Reading the owner"_s);
+        printOwner(runner, owner, options.json, {});
+    }
+};
 
 } // namespace
 
-void addOwner(CommandLine &line)
+void addOwner(Commands &commands)
 {
-    CLI::App *const owner = line.add("owner", "Show or set the computer's owner", showOwner);
-    const auto text = std::make_shared<std::string>();
-    CLI::App *const set = line.addTo(owner, "set", "Write another owner into the computer",
-                                     [text](const Options &options) {
-                                         setOwner(options, QString::fromLocal8Bit(text->c_str()));
-                                     });
-    set->add_option("TEXT", *text, "The owner; computers keep 32 bytes")
-        ->type_name("TEXT")
-        ->required()
-        ->check(CLI::Validator(validOwner, ""));
+    commands.push_back(std::make_unique<ShowOwner>());
 }

@@ -2,7 +2,6 @@
 #include "commands/commands.h"
 #include "commands/gastable.h"
 #include "commands/sensorvalues.h"
-#include "line/commandline.h"
 #include "output/records.h"
 #include "output/tables.h"
 #include "output/terminal.h"
@@ -23,48 +22,66 @@ QString tissuesText(const VardaTissues &tissues)
     return columns.text(outputStyle()) + u"\nCNS  %1\n"_s.arg(Json(tissues.cns).plain());
 }
 
-void tissues(const Options &options)
+class Tissues : public Command
 {
-    Runner runner(options);
-    const VardaTissues tissues = runner.resultOf(runner.computer().readTissues(),
-                                                 u"Reading the tissues"_s);
-    if (options.json) {
-        print({{"device"_L1, fieldsOf(runner.device())},
-               {"diverN2"_L1, listOf(tissues.n2)},
-               {"diverHe"_L1, listOf(tissues.he)},
-               {"diverCns"_L1, tissues.cns}});
-    } else {
-        print(tissuesText(tissues));
+public:
+    Tissues() : Command("tissues", "Show the load of the diver's tissues") { }
+
+    void run(const Options &options) const override
+    {
+        Runner runner(options);
+        const VardaTissues tissues = runner.resultOf(runner.computer().readTissues(),
+                                                     u"Reading the tissues"_s);
+        if (options.json) {
+            print({{"device"_L1, fieldsOf(runner.device())},
+                   {"diverN2"_L1, listOf(tissues.n2)},
+                   {"diverHe"_L1, listOf(tissues.he)},
+                   {"diverCns"_L1, tissues.cns}});
+        } else {
+            print(tissuesText(tissues));
+        }
     }
-}
+};
 
 // sensors
 
-void sensors(const Options &options)
+class Sensors : public Command
 {
-    Runner runner(options);
-    const VardaSensors sensors = runner.resultOf(runner.computer().readSensors(),
-                                                 u"Reading the sensors"_s);
-    printSensors(runner.device(), sensors, options.json);
-}
+public:
+    Sensors() : Command("sensors", "Show the pressures") { }
+
+    void run(const Options &options) const override
+    {
+        Runner runner(options);
+        const VardaSensors sensors = runner.resultOf(runner.computer().readSensors(),
+                                                     u"Reading the sensors"_s);
+        printSensors(runner.device(), sensors, options.json);
+    }
+};
 
 // gases
 
-void gases(const Options &options)
+class Gases : public Command
 {
-    Runner runner(options);
-    const VardaGasTables tables = runner.resultOf(runner.computer().readGasTables(),
-                                                  u"Reading the gas tables"_s);
-    if (options.json) {
-        print({{"device"_L1, fieldsOf(runner.device())},
-               {"gasTable1"_L1, gasesOf(tables.table1)},
-               {"gasTable2"_L1, gasesOf(tables.table2)}});
-    } else {
-        const TextStyle style = outputStyle();
-        print(heading(u"Gas table 1"_s, style) + u'\n' + gasesText(tables.table1) + u'\n'
-              + heading(u"Gas table 2"_s, style) + u'\n' + gasesText(tables.table2));
+public:
+    Gases() : Command("gases", "Show the gas tables") { }
+
+    void run(const Options &options) const override
+    {
+        Runner runner(options);
+        const VardaGasTables tables = runner.resultOf(runner.computer().readGasTables(),
+                                                      u"Reading the gas tables"_s);
+        if (options.json) {
+            print({{"device"_L1, fieldsOf(runner.device())},
+                   {"gasTable1"_L1, gasesOf(tables.table1)},
+                   {"gasTable2"_L1, gasesOf(tables.table2)}});
+        } else {
+            const TextStyle style = outputStyle();
+            print(heading(u"Gas table 1"_s, style) + u'\n' + gasesText(tables.table1) + u'\n'
+                  + heading(u"Gas table 2"_s, style) + u'\n' + gasesText(tables.table2));
+        }
     }
-}
+};
 
 // battery
 
@@ -100,26 +117,33 @@ QString batteryText(const QList<BatteryInfoRecord> &records)
     return text;
 }
 
-void battery(const Options &options)
+class Battery : public Command
 {
-    Runner runner(options);
-    const auto records = runner.resultOf(runner.computer().readBatteryHistory(),
-                                         u"Reading the battery history"_s);
-    if (options.json) {
-        print({{"device"_L1, fieldsOf(runner.device())},
-               {"batteryInfo"_L1,
-                listOf(records, [](const BatteryInfoRecord &each) { return fieldsOf(each); })}});
-    } else {
-        print(batteryText(records));
+public:
+    Battery() : Command("battery", "Show the history of the battery") { }
+
+    void run(const Options &options) const override
+    {
+        Runner runner(options);
+        const auto records = runner.resultOf(runner.computer().readBatteryHistory(),
+                                             u"Reading the battery history"_s);
+        if (options.json) {
+            print({{"device"_L1, fieldsOf(runner.device())},
+                   {"batteryInfo"_L1, listOf(records, [](const BatteryInfoRecord &each) {
+                        return fieldsOf(each);
+                    })}});
+        } else {
+            print(batteryText(records));
+        }
     }
-}
+};
 
 } // namespace
 
-void addReadings(CommandLine &line)
+void addReadings(Commands &commands)
 {
-    line.add("gases", "Show the gas tables", gases);
-    line.add("tissues", "Show the load of the diver's tissues", tissues);
-    line.add("sensors", "Show the pressures", sensors);
-    line.add("battery", "Show the history of the battery", battery);
+    commands.push_back(std::make_unique<Gases>());
+    commands.push_back(std::make_unique<Tissues>());
+    commands.push_back(std::make_unique<Sensors>());
+    commands.push_back(std::make_unique<Battery>());
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
-#include "line/commandline.h"
+#include "line/arguments.h"
+#include "line/options.h"
 #include "output/records.h"
 #include "output/safetext.h"
 #include "output/tables.h"
@@ -34,43 +35,55 @@ void printDevice(const BleDeviceInfo &device)
     flushOutput();
 }
 
-void scan(const Options &options, bool all)
+class Scan : public Command
 {
-    VardaComputer computer;
-    const auto duration = options.timeout.value_or(kScanTime);
-    SearchJob *const search = computer.search(duration, all);
-    JobRun run(search);
-    showStatus(u"Scanning"_s);
-    if (!options.json) {
-        QObject::connect(search, &SearchJob::deviceFound, &run, [&](const BleDeviceInfo &device) {
-            run.attempt([&] {
-                if (search->devices().size() == 1)
-                    print(columns().text(outputStyle()));
-                printDevice(device);
-                showStatus(u"Scanning"_s);
-            });
-        });
+public:
+    Scan() : Command("scan", "List the computers in reach") { }
+
+    void declare(Arguments &arguments) override
+    {
+        arguments.flag("--all", m_all, "Also other devices that have a name");
     }
-    run.wait();
-    if (options.json)
-        print(Fields{{"devices"_L1, listOf(search->devices(), [](const BleDeviceInfo &device) {
-                          Fields fields = fieldsOf(device);
-                          fields.emplace_back("computer"_L1,
-                                              VardaComputer::isComputerName(device.name()));
-                          return fields;
-                      })}});
-    if (search->devices().isEmpty()) {
-        throw Failure{ExitCode::NotFound, u"nothing found within %1 s"_s.arg(duration.count()),
-                      u"Is the computer switched on, in its Bluetooth mode and near?"_s};
+
+    void run(const Options &options) const override
+    {
+        VardaComputer computer;
+        const auto duration = options.timeout.value_or(kScanTime);
+        SearchJob *const search = computer.search(duration, m_all);
+        JobRun jobRun(search);
+        showStatus(u"Scanning"_s);
+        if (!options.json) {
+            QObject::connect(search, &SearchJob::deviceFound, &jobRun,
+                             [&](const BleDeviceInfo &device) {
+                                 jobRun.attempt([&] {
+                                     if (search->devices().size() == 1)
+                                         print(columns().text(outputStyle()));
+                                     printDevice(device);
+                                     showStatus(u"Scanning"_s);
+                                 });
+                             });
+        }
+        jobRun.wait();
+        if (options.json)
+            print(Fields{{"devices"_L1, listOf(search->devices(), [](const BleDeviceInfo &device) {
+                              Fields fields = fieldsOf(device);
+                              fields.emplace_back("computer"_L1,
+                                                  VardaComputer::isComputerName(device.name()));
+                              return fields;
+                          })}});
+        if (search->devices().isEmpty()) {
+            throw Failure{ExitCode::NotFound, u"nothing found within %1 s"_s.arg(duration.count()),
+                          u"Is the computer switched on, in its Bluetooth mode and near?"_s};
+        }
     }
-}
+
+private:
+    bool m_all = false;
+};
 
 } // namespace
 
-void addScan(CommandLine &line)
+void addScan(Commands &commands)
 {
-    const auto all = std::make_shared<bool>(false);
-    CLI::App *const command = line.add("scan", "List the computers in reach",
-                                       [all](const Options &options) { scan(options, *all); });
-    command->add_flag("--all", *all, "Also other devices that have a name");
+    commands.push_back(std::make_unique<Scan>());
 }

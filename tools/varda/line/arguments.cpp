@@ -1,72 +1,117 @@
 // SPDX-License-Identifier: MIT
 #include "line/arguments.h"
 
-#include <charconv>
-#include <set>
+#include <CLI/CLI.hpp>
+
+#include <limits>
+#include <string>
+#include <vector>
 
 namespace {
 
-using Numbers = std::set<std::uint16_t>;
-
-bool readNumber(const char *&at, const char *end, std::uint16_t &number)
+QString textOf(const std::string &text)
 {
-    const auto [rest, error] = std::from_chars(at, end, number);
-    at = rest;
-    return error == std::errc();
+    return QString::fromLocal8Bit(text.c_str());
 }
 
-bool readList(const std::string &text, Numbers &numbers)
+QStringList textsOf(const std::vector<std::string> &texts)
 {
-    const char *at = text.data();
-    const char *const end = at + text.size();
-    while (true) {
-        std::uint16_t first = 0;
-        if (!readNumber(at, end, first))
-            return false;
-        std::uint16_t last = first;
-        if (at != end && *at == '-') {
-            ++at;
-            if (!readNumber(at, end, last) || last < first)
-                return false;
-        }
-        for (std::uint32_t number = first; number <= last; ++number)
-            numbers.insert(std::uint16_t(number));
-        if (at == end)
-            return true;
-        if (*at++ != ',')
-            return false;
-    }
+    QStringList list;
+    for (const std::string &text : texts)
+        list.append(textOf(text));
+    return list;
 }
 
-QList<std::uint16_t> listOf(const Numbers &numbers)
+// CLI11 would show the descriptions of validators in the help.
+
+CLI::Validator validator(const Check &check)
 {
-    return {numbers.begin(), numbers.end()};
+    return {[check](const std::string &text) {
+                return check ? check(textOf(text)).toLocal8Bit().toStdString() : std::string();
+            },
+            ""};
+}
+
+CLI::Validator between(const IntRange &range)
+{
+    return CLI::Range(range.lowest, range.highest).description("");
+}
+
+CLI::Option *required(CLI::Option *argument, const char *name)
+{
+    return argument->type_name(name)->required();
 }
 
 } // namespace
 
-std::optional<QList<std::uint16_t>> numbersIn(const std::string &text)
+void Arguments::flag(const char *name, bool &target, const char *description)
 {
-    Numbers numbers;
-    if (!readList(text, numbers))
-        return std::nullopt;
-    return listOf(numbers);
+    m_command.add_flag(name, target, description);
 }
 
-QList<std::uint16_t> numbersIn(const std::vector<std::string> &texts)
+void Arguments::option(const char *name, const char *valueName, QString &target,
+                       const char *description)
 {
-    Numbers numbers;
-    for (const std::string &text : texts)
-        readList(text, numbers);
-    return listOf(numbers);
+    const auto take = [&target](const std::string &text) { target = textOf(text); };
+    m_command.add_option_function<std::string>(name, take, description)->type_name(valueName);
 }
 
-CLI::Validator numberList()
+void Arguments::option(const char *name, const char *valueName, QStringList &target,
+                       const char *description, const Check &check)
 {
-    return {[](const std::string &text) {
-                if (numbersIn(text))
-                    return std::string();
-                return "\"" + text + "\" is no list of dive numbers such as 1,2,5-9";
-            },
-            ""};
+    using Texts = std::vector<std::string>;
+    const auto take = [&target](const Texts &texts) { target = textsOf(texts); };
+    m_command.add_option_function<Texts>(name, take, description)
+        ->type_name(valueName)
+        ->check(validator(check));
+}
+
+void Arguments::argument(const char *name, QString &target, const char *description,
+                         const Check &check)
+{
+    const auto take = [&target](const std::string &text) { target = textOf(text); };
+    required(m_command.add_option_function<std::string>(name, take, description), name)
+        ->check(validator(check));
+}
+
+void Arguments::argument(const char *name, QStringList &target, const char *description,
+                         const Check &check)
+{
+    using Texts = std::vector<std::string>;
+    const auto take = [&target](const Texts &texts) { target = textsOf(texts); };
+    required(m_command.add_option_function<Texts>(name, take, description), name)
+        ->check(validator(check));
+}
+
+void Arguments::argument(const char *name, int &target, const IntRange &range,
+                         const char *description)
+{
+    required(m_command.add_option(name, target, description), name)->check(between(range));
+}
+
+void Arguments::argument(const char *name, std::uint8_t &target, const char *description)
+{
+    // As a number: to CLI11 the type itself is a character.
+    const auto take = [&target](int value) { target = std::uint8_t(value); };
+    required(m_command.add_option_function<int>(name, take, description), name)
+        ->check(between({0, std::numeric_limits<std::uint8_t>::max()}));
+}
+
+void Arguments::argument(const char *name, std::uint32_t &target, const char *description)
+{
+    required(m_command.add_option(name, target, description), name);
+}
+
+void Arguments::argument(const char *name, float &target, const char *description)
+{
+    required(m_command.add_option(name, target, description), name);
+}
+
+void Arguments::argument(const char *name, bool &target, const char *description)
+{
+    const auto take = [&target](const std::string &text) { target = text == "on"; };
+    m_command.add_option_function<std::string>(name, take, description)
+        ->type_name("on|off")
+        ->required()
+        ->check(CLI::IsMember({"on", "off"}).description(""));
 }

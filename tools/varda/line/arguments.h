@@ -1,25 +1,51 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/qlist.h>
-
-#include <CLI/CLI.hpp>
+#include <QtCore/qstringlist.h>
 
 #include <cstdint>
-#include <optional>
-#include <string>
-#include <vector>
+#include <functional>
 
-/** Accepts whole numbers from @p low to @p high. */
-template <typename Number> CLI::Validator between(Number low, Number high)
+namespace CLI {
+class App;
+} // namespace CLI
+
+/** What is wrong with a value; empty if it is right. */
+using Check = std::function<QString(const QString &value)>;
+
+struct IntRange {
+    int lowest;
+    int highest;
+};
+
+/** Declares what a command takes. The targets get the values when the command line is read. */
+class Arguments
 {
-    // Its description would stand in the help.
-    return CLI::Range(low, high).description("");
-}
+public:
+    explicit Arguments(CLI::App &command) : m_command(command) { }
 
-/** Dive numbers as people write them, "1,2,5-9": in order, each once; nothing if it is no such. */
-[[nodiscard]] std::optional<QList<std::uint16_t>> numbersIn(const std::string &text);
-/** Of several such texts, which are valid. */
-[[nodiscard]] QList<std::uint16_t> numbersIn(const std::vector<std::string> &texts);
-/** Accepts what numbersIn() does. */
-[[nodiscard]] CLI::Validator numberList();
+    // "--name"
+
+    void flag(const char *name, bool &target, const char *description);
+    void option(const char *name, const char *valueName, QString &target, const char *description);
+    /** One that may be given several times. */
+    void option(const char *name, const char *valueName, QStringList &target,
+                const char *description, const Check &check);
+
+    // Those without a name of their own; they are required, in the order of the calls
+
+    void argument(const char *name, QString &target, const char *description,
+                  const Check &check = {});
+    /** One or more. */
+    void argument(const char *name, QStringList &target, const char *description,
+                  const Check &check);
+    void argument(const char *name, int &target, const IntRange &range, const char *description);
+    void argument(const char *name, std::uint8_t &target, const char *description);
+    void argument(const char *name, std::uint32_t &target, const char *description);
+    void argument(const char *name, float &target, const char *description);
+    /** "on" or "off". */
+    void argument(const char *name, bool &target, const char *description);
+
+private:
+    CLI::App &m_command;
+};

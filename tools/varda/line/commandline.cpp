@@ -2,6 +2,8 @@
 #include "line/commandline.h"
 
 #include "commands/commands.h"
+#include "line/arguments.h"
+#include "line/command.h"
 #include "line/defaults.h"
 #include "line/helptext.h"
 #include "line/usage.h"
@@ -10,9 +12,14 @@
 #include "run/interrupt.h"
 #include "run/simulation.h"
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <sstream>
+#include <string>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -60,36 +67,58 @@ int statusOf(const std::function<void()> &work)
 
 } // namespace
 
-CommandLine::CommandLine() : m_app("Talks to diving computers over Bluetooth Low Energy.", "varda")
+class CommandLine::Private
 {
-    m_app.formatter(std::make_shared<HelpText>());
+public:
+    Private();
+
+    std::optional<int> parse(int argc, const char *const *argv);
+
+    Options options;                 ///< as far as they are given
+    const Command *chosen = nullptr; ///< the one to run
+
+private:
+    void addGlobalOptions();
+    void takeGlobalOptions();
+    void add(CLI::App &parent, Command &added);
+    void addHelpAndVersion();
+    [[nodiscard]] const CLI::App &commandOf(const std::vector<std::string> &names) const;
+    void printUsageError(const CLI::ParseError &error) const;
+
+    CLI::App m_app;
+    Commands m_commands;
+    // As written
+    std::string m_device;
+    std::string m_mode;
+    std::string m_units;
+    std::string m_scenario;
+    int m_timeout = 0;
+    int m_retries = 0;
+    bool m_noRetry = false;
+    std::vector<std::string> m_helpOn;
+};
+
+CommandLine::Private::Private()
+    : m_app("Talks to diving computers over Bluetooth Low Energy.", "varda"),
+      m_commands(allCommands())
+{
+    m_app.formatter(helpFormatter());
     m_app.set_help_flag("-h,--help", "Show this text");
     m_app.set_version_flag("-V,--version", kVersion, "Show the version");
     m_app.require_subcommand(1);
     // So that an option may stand behind the command as well.
     m_app.fallthrough();
     addGlobalOptions();
-    addScan(*this);
-    addInfo(*this);
-    addConfig(*this);
-    addDives(*this);
-    addReadings(*this);
-    addLog(*this);
-    addClock(*this);
-    addOwner(*this);
-    addSettings(*this);
-    addLayouts(*this);
-    addControl(*this);
-    addFirmware(*this);
-    addDefaults(*this);
-    addOwnCommands();
+    for (const auto &each : m_commands)
+        add(m_app, *each);
+    addHelpAndVersion();
     // The commands would take it over.
     m_app.footer("Exit status: 0 done; 1 the computer refused or its answer was damaged; 2 wrong "
                  "usage;\n3 no computer found; 4 not connected or link lost; 5 no answer in time;\n"
                  "6 no Bluetooth.");
 }
 
-void CommandLine::addGlobalOptions()
+void CommandLine::Private::addGlobalOptions()
 {
     m_app.add_option("--device", m_device, "The computer to talk to, by its address or name")
         ->type_name("DEVICE")
@@ -110,46 +139,43 @@ void CommandLine::addGlobalOptions()
     m_app.add_option("--units", m_units, "Show depths and temperatures so, metric or imperial")
         ->type_name("UNITS")
         ->transform(CLI::IsMember({"metric", "imperial"}, CLI::ignore_case).description(""));
-    m_app.add_flag("--json", m_options.json, "Print JSON");
-    m_app.add_flag("--verbose", m_options.verbose, "Show on stderr what is sent and received");
+    m_app.add_flag("--json", options.json, "Print JSON");
+    m_app.add_flag("--verbose", options.verbose, "Show on stderr what is sent and received");
 }
 
-void CommandLine::takeGlobalOptions()
+void CommandLine::Private::takeGlobalOptions()
 {
-    m_options.device = QString::fromLocal8Bit(m_device.c_str()).trimmed();
+    options.device = QString::fromLocal8Bit(m_device.c_str()).trimmed();
     if (!m_mode.empty())
-        m_options.mode = m_mode == "sps" ? BleMode::Sps : BleMode::Gatt;
-    m_options.units = unitsIn(QString::fromStdString(m_units));
+        options.mode = m_mode == "sps" ? BleMode::Sps : BleMode::Gatt;
+    options.units = unitsIn(QString::fromStdString(m_units));
     if (m_timeout > 0)
-        m_options.timeout = std::chrono::seconds(m_timeout);
+        options.timeout = std::chrono::seconds(m_timeout);
     if (m_noRetry)
-        m_options.retries = 0;
+        options.retries = 0;
     else if (m_app.count("--retries") > 0)
-        m_options.retries = m_retries;
+        options.retries = m_retries;
     if (m_app.count("--simulate") > 0)
-        m_options.simulate = QString::fromLocal8Bit(m_scenario.c_str());
+        options.simulate = QString::fromLocal8Bit(m_scenario.c_str());
 }
 
-CLI::App *CommandLine::add(const std::string &name, const std::string &description,
-                           const Action &action)
+void CommandLine::Private::add(CLI::App &parent, Command &added)
 {
-    return addTo(&m_app, name, description, action);
-}
-
-CLI::App *CommandLine::addTo(CLI::App *parent, const std::string &name,
-                             const std::string &description, const Action &action)
-{
-    CLI::App *const command = parent->add_subcommand(name, description);
-    command->callback([this, command, action] {
+    CLI::App *const app = parent.add_subcommand(added.name(), added.description());
+    app->callback([this, app, &added] {
         // That of a command's command came before.
-        if (command->get_subcommands().empty())
-            m_action = action;
+        if (app->get_subcommands().empty())
+            chosen = &added;
     });
-    return command;
+    Arguments arguments(*app);
+    added.declare(arguments);
+    for (const auto &each : added.subcommands())
+        add(*app, *each);
+    if (added.needsSubcommand())
+        app->require_subcommand(1);
 }
 
-/** Those that need no more than what is known here. */
-void CommandLine::addOwnCommands()
+void CommandLine::Private::addHelpAndVersion()
 {
     m_app.add_subcommand("help", "Show this text, or how a command is used")
         ->add_option("COMMAND", m_helpOn, "The command, such as dives or layouts get")
@@ -158,7 +184,7 @@ void CommandLine::addOwnCommands()
 }
 
 /** @throws Failure */
-const CLI::App &CommandLine::commandOf(const std::vector<std::string> &names) const
+const CLI::App &CommandLine::Private::commandOf(const std::vector<std::string> &names) const
 {
     const CLI::App *command = &m_app;
     for (const std::string &name : names) {
@@ -171,7 +197,7 @@ const CLI::App &CommandLine::commandOf(const std::vector<std::string> &names) co
     return *command;
 }
 
-void CommandLine::tellWhatIsWrong(const CLI::ParseError &error) const
+void CommandLine::Private::printUsageError(const CLI::ParseError &error) const
 {
     printError(usageFailure(m_app, error));
     const CLI::App &command = *typedCommand(m_app);
@@ -180,14 +206,13 @@ void CommandLine::tellWhatIsWrong(const CLI::ParseError &error) const
         printHint(QString::fromStdString(commandList(command, {})));
 }
 
-std::optional<int> CommandLine::parse(int argc, const char *const *argv)
+std::optional<int> CommandLine::Private::parse(int argc, const char *const *argv)
 {
     try {
         m_app.parse(argumentsOf(argc, argv));
         takeGlobalOptions();
         if (m_app.got_subcommand("help"))
-            print(QString::fromStdString(
-                HelpText().make_help(&commandOf(m_helpOn), {}, CLI::AppFormatMode::Normal)));
+            print(QString::fromStdString(helpText(commandOf(m_helpOn))));
         else if (m_app.got_subcommand("version"))
             print(QString::fromLatin1(kVersion) + u'\n');
         else
@@ -202,7 +227,7 @@ std::optional<int> CommandLine::parse(int argc, const char *const *argv)
             flushOutput();
         });
     } catch (const CLI::ParseError &error) {
-        tellWhatIsWrong(error);
+        printUsageError(error);
         return int(ExitCode::UsageError);
     } catch (const Failure &failure) {
         printError(failure);
@@ -210,16 +235,29 @@ std::optional<int> CommandLine::parse(int argc, const char *const *argv)
     }
 }
 
+CommandLine::CommandLine() : d(std::make_unique<Private>()) { }
+CommandLine::~CommandLine() = default;
+
+const Options &CommandLine::options() const
+{
+    return d->options;
+}
+
+std::optional<int> CommandLine::parse(int argc, const char *const *argv)
+{
+    return d->parse(argc, argv);
+}
+
 int CommandLine::run() const
 {
     const Interrupt interrupt;
     const int status = statusOf([this] {
-        Options options = m_options;
+        Options options = d->options;
         Defaults().complete(options);
         std::unique_ptr<Simulation> simulation;
-        if (m_options.simulate)
-            simulation = std::make_unique<Simulation>(*m_options.simulate);
-        m_action(options);
+        if (options.simulate)
+            simulation = std::make_unique<Simulation>(*options.simulate);
+        d->chosen->run(options);
         clearStatus();
         flushOutput();
     });

@@ -1,19 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "line/confirmation.h"
 
+#include "line/arguments.h"
 #include "line/question.h"
 #include "run/failure.h"
 
 using namespace Qt::StringLiterals;
 
-Confirmation::Confirmation(CLI::App *command)
+void Confirmation::declare(Arguments &arguments)
 {
-    command->add_flag("--yes", *m_yes, "Do it without asking");
+    arguments.flag("--yes", m_yes, "Do it without asking");
 }
 
 void Confirmation::require() const
 {
-    if (*m_yes || canAsk())
+    if (m_yes || canAsk())
         return;
     throw Failure{ExitCode::UsageError, u"this has to be confirmed"_s,
                   u"Say --yes, or run it on a terminal."_s};
@@ -21,7 +22,7 @@ void Confirmation::require() const
 
 void Confirmation::ask(const QString &question) const
 {
-    if (*m_yes)
+    if (m_yes)
         return;
     const QByteArray answer = ::ask(question + u" [y/N] "_s).toLower();
     if (answer != "y" && answer != "yes")

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "line/helptext.h"
 
+#include "line/usage.h"
 #include "output/terminal.h"
+
+#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <utility>
@@ -37,27 +40,32 @@ std::string signature(const CLI::Option &option)
     return value.empty() ? text : text + " " + value;
 }
 
+class Formatter : public CLI::FormatterBase
+{
+public:
+    std::string make_help(const CLI::App *app, std::string /*name*/,
+                          CLI::AppFormatMode /*mode*/) const override
+    {
+        return helpText(*app);
+    }
+};
+
 } // namespace
 
-std::string commandList(const CLI::App &app, const TextStyle &style)
+std::string commandList(const CLI::App &command, const TextStyle &style)
 {
     Rows commands;
-    for (const CLI::App *command : app.get_subcommands({}))
-        commands.emplace_back(command->get_name(), command->get_description());
+    for (const CLI::App *each : command.get_subcommands({}))
+        commands.emplace_back(each->get_name(), each->get_description());
     return section("Commands", commands, style);
 }
 
-std::string HelpText::make_help(const CLI::App *app, std::string /*name*/,
-                                CLI::AppFormatMode /*mode*/) const
+std::string helpText(const CLI::App &command)
 {
-    const bool isCommand = app->get_parent() != nullptr;
-    std::string program = app->get_name();
-    for (const CLI::App *parent = app->get_parent(); parent; parent = parent->get_parent())
-        program.insert(0, parent->get_name() + " ");
     Rows arguments;
     Rows options;
-    std::string usage = "Usage: " + program + " [OPTIONS]";
-    for (const CLI::Option *option : app->get_options()) {
+    std::string usage = "Usage: " + commandText(command).toStdString() + " [OPTIONS]";
+    for (const CLI::Option *option : command.get_options()) {
         if (!option->get_positional()) {
             options.emplace_back(signature(*option), option->get_description());
             continue;
@@ -68,16 +76,21 @@ std::string HelpText::make_help(const CLI::App *app, std::string /*name*/,
         arguments.emplace_back(option->get_type_name(), option->get_description());
     }
     const TextStyle style = outputStyle();
-    const std::string commands = commandList(*app, style);
+    const std::string commands = commandList(command, style);
     if (!commands.empty())
-        usage += app->get_require_subcommand_min() > 0 ? " COMMAND" : " [COMMAND]";
+        usage += command.get_require_subcommand_min() > 0 ? " COMMAND" : " [COMMAND]";
 
-    std::string text = app->get_description() + "\n\n" + usage + "\n";
+    std::string text = command.get_description() + "\n\n" + usage + "\n";
     text += commands;
     text += section("Arguments", arguments, style);
     text += section("Options", options, style);
-    const std::string footer = app->get_footer();
-    if (isCommand)
+    const std::string footer = command.get_footer();
+    if (command.get_parent())
         text += "\n\"varda --help\" tells the options that all commands have.\n";
     return footer.empty() ? text : text + "\n" + footer + "\n";
+}
+
+std::shared_ptr<CLI::FormatterBase> helpFormatter()
+{
+    return std::make_shared<Formatter>();
 }

@@ -3,17 +3,18 @@
 
 #include "output/tables.h"
 
-#include <CLI/CLI.hpp>
-
+#include <memory>
 #include <string>
 
+namespace CLI {
+class App;
+class FormatterBase;
+} // namespace CLI
+
 /** The help of a command; CLI11's own looks different from one version to the next. */
-class HelpText : public CLI::FormatterBase
-{
-public:
-    std::string make_help(const CLI::App *app, std::string name,
-                          CLI::AppFormatMode mode) const override;
-};
+[[nodiscard]] std::string helpText(const CLI::App &command);
+/** What makes CLI11 print helpText(). */
+[[nodiscard]] std::shared_ptr<CLI::FormatterBase> helpFormatter();
 
 /** The commands of a command with what they do, below a heading; empty if it has none. */
-[[nodiscard]] std::string commandList(const CLI::App &app, const TextStyle &style);
+[[nodiscard]] std::string commandList(const CLI::App &command, const TextStyle &style);

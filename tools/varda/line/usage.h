@@ -3,12 +3,12 @@
 
 #include "run/failure.h"
 
-#include <CLI/CLI.hpp>
+#include <QtCore/qstring.h>
 
-#include <QtCore/qstringlist.h>
-
-/** Those of @p names that somebody may have meant who typed @p word; the nearest only. */
-[[nodiscard]] QStringList nearest(const QString &word, const QStringList &names);
+namespace CLI {
+class App;
+class ParseError;
+} // namespace CLI
 
 /** The command that was typed, as far as it is one: "varda layouts get". */
 [[nodiscard]] const CLI::App *typedCommand(const CLI::App &app);

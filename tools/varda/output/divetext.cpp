@@ -160,6 +160,12 @@ QString samplesTable(const Dive &dive, Units units)
     return columns.text(outputStyle());
 }
 
+QString noDivesText(bool someAreKnown)
+{
+    return someAreKnown ? u"There is no new dive in the logbook.\n"_s
+                        : u"There is no dive in the logbook.\n"_s;
+}
+
 QString divesHeading(Units units)
 {
     return divesColumns(units).text(outputStyle());

@@ -23,6 +23,9 @@
 /** Columns for the names of gases where there are not more. */
 constexpr int kEnoughGases = 11;
 
+/** What stands for an empty list of dives. */
+[[nodiscard]] QString noDivesText(bool someAreKnown);
+
 /** A table of dives that is printed while they come in. */
 [[nodiscard]] QString divesHeading(Units units);
 [[nodiscard]] QString divesRow(const Dive &dive, Units units);

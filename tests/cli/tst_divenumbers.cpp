@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "commands/numbergaps.h"
-#include "line/arguments.h"
+#include "line/divenumbers.h"
 
 #include <QtTest/qtest.h>
 
@@ -8,50 +8,50 @@ using namespace Qt::StringLiterals;
 
 using Numbers = QList<std::uint16_t>;
 
-class ArgumentsTest : public QObject
+class DiveNumbersTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void numbers_data()
     {
-        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("text");
         QTest::addColumn<Numbers>("numbers");
-        QTest::newRow("one") << QByteArray("7") << Numbers{7};
-        QTest::newRow("list") << QByteArray("3,1,2") << Numbers{1, 2, 3};
-        QTest::newRow("range") << QByteArray("5-9") << Numbers{5, 6, 7, 8, 9};
-        QTest::newRow("all of it") << QByteArray("4,1-2,2-3,4") << Numbers{1, 2, 3, 4};
-        QTest::newRow("range of one") << QByteArray("6-6") << Numbers{6};
-        QTest::newRow("the largest") << QByteArray("65534-65535") << Numbers{65534, 65535};
-        QTest::newRow("zero") << QByteArray("0") << Numbers{0};
+        QTest::newRow("one") << u"7"_s << Numbers{7};
+        QTest::newRow("list") << u"3,1,2"_s << Numbers{1, 2, 3};
+        QTest::newRow("range") << u"5-9"_s << Numbers{5, 6, 7, 8, 9};
+        QTest::newRow("all of it") << u"4,1-2,2-3,4"_s << Numbers{1, 2, 3, 4};
+        QTest::newRow("range of one") << u"6-6"_s << Numbers{6};
+        QTest::newRow("the largest") << u"65534-65535"_s << Numbers{65534, 65535};
+        QTest::newRow("zero") << u"0"_s << Numbers{0};
     }
     void numbers()
     {
-        QFETCH(QByteArray, text);
-        const auto numbers = numbersIn(text.toStdString());
+        QFETCH(QString, text);
+        const auto numbers = numbersIn(text);
         QVERIFY(numbers.has_value());
         QTEST(numbers.value_or(Numbers()), "numbers");
-        QCOMPARE(numberList()(text.toStdString()), std::string());
+        QCOMPARE(checkNumbers(text), QString());
     }
 
     void noNumbers_data()
     {
-        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("text");
         for (const char *text : {"", ",", "1,", ",1", "1,,2", "a", "1a", "-1", "1-", "5-1", "1-2-3",
                                  "65536", "1 2", "+1", "0x10"})
-            QTest::newRow(text) << QByteArray(text);
+            QTest::newRow(text) << QString::fromLatin1(text);
     }
     void noNumbers()
     {
-        QFETCH(QByteArray, text);
-        QVERIFY(!numbersIn(text.toStdString()).has_value());
-        QVERIFY(!numberList()(text.toStdString()).empty());
+        QFETCH(QString, text);
+        QVERIFY(!numbersIn(text).has_value());
+        QVERIFY(!checkNumbers(text).isEmpty());
     }
 
     void severalTexts()
     {
-        QCOMPARE(numbersIn(std::vector<std::string>{"3,4", "1-3"}), (Numbers{1, 2, 3, 4}));
-        QCOMPARE(numbersIn(std::vector<std::string>{}), Numbers());
+        QCOMPARE(numbersIn(QStringList{u"3,4"_s, u"1-3"_s}), (Numbers{1, 2, 3, 4}));
+        QCOMPARE(numbersIn(QStringList()), Numbers());
     }
 
     void gaps_data()
@@ -84,5 +84,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ArgumentsTest)
-#include "tst_arguments.moc"
+QTEST_GUILESS_MAIN(DiveNumbersTest)
+#include "tst_divenumbers.moc"

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+#include "commands/commands.h"
+
+Commands allCommands()
+{
+    Commands commands;
+    for (const auto add :
+         {addScan, addInfo, addConfig, addLogbook, addDives, addReadings, addLog, addClock,
+          addOwner, addSettings, addLayouts, addControl, addFirmware, addDefaults})
+        add(commands);
+    return commands;
+}

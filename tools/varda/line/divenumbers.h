@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/qlist.h>
+#include <QtCore/qstringlist.h>
+
+#include <cstdint>
+#include <optional>
+
+/** Dive numbers as people write them, "1,2,5-9": in order, each once; nothing if it is no such. */
+[[nodiscard]] std::optional<QList<std::uint16_t>> numbersIn(const QString &text);
+/** Of several such texts, which are valid. */
+[[nodiscard]] QList<std::uint16_t> numbersIn(const QStringList &texts);
+/** What is wrong with a text that numbersIn() does not accept; empty if it does. */
+[[nodiscard]] QString checkNumbers(const QString &text);
