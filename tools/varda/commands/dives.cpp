@@ -152,7 +152,7 @@ public:
                 head.emplace_back("gaps"_L1, jsonOf(gaps));
                 return document.begin(head);
             }
-            warnOf(gaps);
+            warnAbout(gaps);
             print(wanted.isEmpty() ? noDivesText(!known.isEmpty()) : divesHeading(units));
         };
         download.onDive = [&](const Dive &dive) {

@@ -60,7 +60,7 @@ public:
         const auto gaps = gapsIn(headers, known);
         if (options.json)
             return print(documentOf(runner, headers, gaps));
-        warnOf(gaps);
+        warnAbout(gaps);
         print(headers.isEmpty() ? noDivesText(!known.isEmpty()) : logbookText(headers));
     }
 

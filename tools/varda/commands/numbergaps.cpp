@@ -54,7 +54,7 @@ Json jsonOf(const QList<NumberGap> &gaps)
     });
 }
 
-void warnOf(const QList<NumberGap> &gaps)
+void warnAbout(const QList<NumberGap> &gaps)
 {
     if (gaps.isEmpty())
         return;

@@ -30,4 +30,4 @@ struct NumberGap {
                                       const QList<std::uint16_t> &known);
 [[nodiscard]] Json jsonOf(const QList<NumberGap> &gaps);
 /** The computer does not say how many dives there are; a gap is all that one can see. */
-void warnOf(const QList<NumberGap> &gaps);
+void warnAbout(const QList<NumberGap> &gaps);

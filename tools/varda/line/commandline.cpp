@@ -54,7 +54,7 @@ std::vector<std::string> argumentsOf(int argc, const char *const *argv)
 }
 
 /** What the process ends with after @p work, whose failure is printed. */
-int statusOf(const std::function<void()> &work)
+int exitStatusOf(const std::function<void()> &work)
 {
     try {
         work();
@@ -222,7 +222,7 @@ std::optional<int> CommandLine::Private::parse(int argc, const char *const *argv
     } catch (const CLI::Success &success) {
         std::ostringstream text;
         m_app.exit(success, text);
-        return statusOf([&text] {
+        return exitStatusOf([&text] {
             print(QString::fromStdString(text.str()));
             flushOutput();
         });
@@ -251,7 +251,7 @@ std::optional<int> CommandLine::parse(int argc, const char *const *argv)
 int CommandLine::run() const
 {
     const Interrupt interrupt;
-    const int status = statusOf([this] {
+    const int status = exitStatusOf([this] {
         Options options = d->options;
         Defaults().complete(options);
         std::unique_ptr<Simulation> simulation;
@@ -263,6 +263,6 @@ int CommandLine::run() const
     });
     // After a failure, what there was of a result is still to be written.
     if (status != int(ExitCode::Ok))
-        std::ignore = statusOf(flushOutput);
+        std::ignore = exitStatusOf(flushOutput);
     return status;
 }

@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto kPatience = 5min;
+constexpr auto kAnswerTime = 5min;
 
 /** A line that is typed; empty at the end of the input, or when nobody types. */
 QByteArray typedLine()
@@ -33,9 +33,9 @@ QByteArray typedLine()
         if (typed)
             loop.quit();
     });
-    QTimer::singleShot(kPatience, &loop, &QEventLoop::quit);
+    QTimer::singleShot(kAnswerTime, &loop, &QEventLoop::quit);
     if (const Interrupt *interrupt = Interrupt::instance())
-        QObject::connect(interrupt, &Interrupt::came, &loop, &QEventLoop::quit);
+        QObject::connect(interrupt, &Interrupt::interrupted, &loop, &QEventLoop::quit);
     if (Interrupt::number() == 0)
         loop.exec();
     if (Interrupt::number() != 0)

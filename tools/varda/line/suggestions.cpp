@@ -30,8 +30,8 @@ qsizetype distance(const QString &one, const QString &other)
     return last.back();
 }
 
-/** By how much they differ; nothing if by too much for a slip. */
-std::optional<qsizetype> slip(const QString &word, const QString &name)
+/** By how much they differ; nothing if by too much for a typing mistake. */
+std::optional<qsizetype> typoDistance(const QString &word, const QString &name)
 {
     constexpr qsizetype kShort = 4;
     if (word.size() > 2 && name.startsWith(word))
@@ -50,7 +50,7 @@ QStringList nearest(const QString &word, const QStringList &names)
     QStringList result;
     qsizetype least = word.size() + 1;
     for (const QString &name : names) {
-        const auto by = slip(word, name);
+        const auto by = typoDistance(word, name);
         if (!by || *by > least || result.contains(name))
             continue;
         if (*by < least)

@@ -13,12 +13,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// What the first columns of the table of samples tell in another way.
-constexpr std::array kToldFields = {"time"_L1, "depth"_L1, "gasIndex"_L1};
+// What the first columns of the table of samples show in another way.
+constexpr std::array kInFirstColumns = {"time"_L1, "depth"_L1, "gasIndex"_L1};
 
 QString temperatureText(const DiveProfile::TemperatureRange &range, Units units)
 {
-    const QString degree = speaksUtf8() ? u"°"_s : QString();
+    const QString degree = usesUtf8() ? u"°"_s : QString();
     const QString unit = degree + (units == Units::Imperial ? u'F' : u'C');
     const QString lowest = QString::number(temperatureIn(units, range.lowest));
     if (range.lowest == range.highest)
@@ -58,9 +58,9 @@ bool isFilled(QLatin1StringView name)
     return !name.startsWith("value"_L1) || name == "valueTenths"_L1 || name == "valueNegated"_L1;
 }
 
-bool isTold(QLatin1StringView name)
+bool isInFirstColumns(QLatin1StringView name)
 {
-    return std::find(kToldFields.begin(), kToldFields.end(), name) != kToldFields.end();
+    return std::find(kInFirstColumns.begin(), kInFirstColumns.end(), name) != kInFirstColumns.end();
 }
 
 /** Wide enough for what comes, for each row is printed when it is there. */
@@ -144,7 +144,7 @@ QString samplesTable(const Dive &dive, Units units)
                                   {units == Units::Imperial ? u"DEPTH/FT"_s : u"DEPTH"_s},
                                   {u"GAS"_s, Columns::Side::Left}};
     for (const auto &[name, value] : fieldsOf(DiveLine())) {
-        if (isFilled(name) && !isTold(name))
+        if (isFilled(name) && !isInFirstColumns(name))
             titles.append({name});
     }
     Columns columns(titles);
@@ -152,7 +152,7 @@ QString samplesTable(const Dive &dive, Units units)
         QStringList cells{durationText(line.time), tenthsText(depthIn(units, line.depth)),
                           gasNameOf(dive, line.gasIndex)};
         for (const auto &[name, value] : fieldsOf(line)) {
-            if (isFilled(name) && !isTold(name))
+            if (isFilled(name) && !isInFirstColumns(name))
                 cells.append(value.plain());
         }
         columns.add(cells);

@@ -47,7 +47,7 @@ bool isHarmful(char32_t character)
 }
 
 /** What stands above, below or within the character before it, or shows nothing at all. */
-bool addsToTheLast(char32_t character)
+bool joinsPrevious(char32_t character)
 {
     switch (QChar::category(character)) {
     case QChar::Mark_NonSpacing:
@@ -66,7 +66,7 @@ template <typename Replace> QString replaced(const QString &text, Replace replac
     result.reserve(text.size());
     int marks = 0;
     for (const char32_t character : text.toUcs4()) {
-        marks = addsToTheLast(character) ? marks + 1 : 0;
+        marks = joinsPrevious(character) ? marks + 1 : 0;
         if (isHarmful(character) || marks > kMostMarks)
             result += replace(character);
         else

@@ -26,15 +26,15 @@ constexpr int kUsualWidth = 80;
 constexpr int kIndent = 4;
 constexpr int kElementIndent = 2 * kIndent;
 
-QString shownStatus;         // as it stands on the terminal
-QElapsedTimer sinceTheStart; // for the diagnostics
-int resultError = 0;         // why not all of the result was written, the system's number
-bool resultErrorTold = false;
+QString shownStatus;      // as it stands on the terminal
+QElapsedTimer sinceStart; // for the diagnostics
+int resultError = 0;      // why not all of the result was written, the system's number
+bool resultErrorReported = false;
 
 /** What of it people see here. */
 QString visible(const QString &text)
 {
-    if (speaksUtf8())
+    if (usesUtf8())
         return text;
     QString ascii;
     ascii.reserve(text.size());
@@ -139,7 +139,7 @@ void onDiagnostic(QtMsgType /*type*/, const QMessageLogContext &context, const Q
 {
     const QString status = shownStatus;
     clearStatus();
-    const auto seconds = double(sinceTheStart.elapsed()) / 1000.0;
+    const auto seconds = double(sinceStart.elapsed()) / 1000.0;
     write(stderr, encoded(u"%1 %2: %3\n"_s.arg(seconds, 7, 'f', 3)
                               .arg(QLatin1StringView(context.category), safeText(message))));
     std::fflush(stderr);
@@ -150,7 +150,7 @@ void onDiagnostic(QtMsgType /*type*/, const QMessageLogContext &context, const Q
 
 TextStyle outputStyle()
 {
-    TextStyle style{.utf8 = speaksUtf8(), .bold = hasColours(STDOUT_FILENO)};
+    TextStyle style{.utf8 = usesUtf8(), .bold = hasColours(STDOUT_FILENO)};
     if (const int width = fromEnvironment("COLUMNS"); width > 0)
         style.width = width;
     else if (const auto size = sizeOf(STDOUT_FILENO); size.ws_col > 0)
@@ -164,9 +164,9 @@ int outputHeight()
     return height > 0 ? height : sizeOf(STDOUT_FILENO).ws_row;
 }
 
-bool speaksUtf8()
+bool usesUtf8()
 {
-    static const bool kSpeaks = [] {
+    static const bool kUses = [] {
         for (const char *name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
             const QByteArray value = qgetenv(name).toLower();
             if (!value.isEmpty())
@@ -174,7 +174,7 @@ bool speaksUtf8()
         }
         return false;
     }();
-    return kSpeaks;
+    return kUses;
 }
 
 void print(const QString &text)
@@ -232,7 +232,7 @@ void flushOutput()
 {
     if (resultError == 0 && std::fflush(stdout) != 0)
         resultError = errno;
-    if (resultError == 0 || std::exchange(resultErrorTold, true))
+    if (resultError == 0 || std::exchange(resultErrorReported, true))
         return;
     if (resultError == EPIPE) // as it ends others, who do not catch the signal
         throw Failure{ExitCode(int(ExitCode::Signal) + SIGPIPE), {}, {}};
@@ -292,7 +292,7 @@ void clearStatus()
 
 void routeDiagnostics(bool verbose)
 {
-    sinceTheStart.start();
+    sinceStart.start();
     qInstallMessageHandler(onDiagnostic);
     QLoggingCategory::setFilterRules(verbose ? u"varda.*=true"_s : u"*=false"_s);
 }

@@ -47,7 +47,7 @@ void flushOutput();
 /** Rows to show it, as LINES says, or else the terminal; 0 if nobody knows. */
 [[nodiscard]] int outputHeight();
 /** Whether people see more than ASCII here. */
-[[nodiscard]] bool speaksUtf8();
+[[nodiscard]] bool usesUtf8();
 
 /** "varda: ..." on stderr; nothing for a failure without a text. */
 void printError(const Failure &failure);

@@ -18,7 +18,7 @@ enum class ExitCode : int {
 /** Thrown where a command cannot go on, caught where the process ends. */
 struct Failure {
     ExitCode code = ExitCode::JobFailed;
-    QString what;   ///< what happened, one line without a full stop; empty: it is not said
+    QString what;   ///< what happened, one line without a full stop; empty: it is not printed
     QString advice; ///< what to do about it, if there is something
     // GCC wants it where a list of initializers leaves the member out
     QStringList choices = {}; ///< below it. NOLINT(readability-redundant-member-init)

@@ -36,7 +36,7 @@ std::optional<struct stat> statusOf(const QString &name)
     return status;
 }
 
-bool isNoRegularFile(const QString &name)
+bool isSpecialFile(const QString &name)
 {
     const auto status = statusOf(name);
     return status && !S_ISREG(status->st_mode);
@@ -115,7 +115,7 @@ void writeFile(const QString &name, const QByteArray &bytes)
 {
     if (isStandardOutput(name))
         printBytes(bytes);
-    else if (isNoRegularFile(name))
+    else if (isSpecialFile(name))
         writeInto(name, bytes);
     else
         replaceFile(name, bytes);

@@ -17,15 +17,14 @@ namespace {
 constexpr auto kOthersTime = 3s;
 
 /** How well a device is what the user named. */
-enum class Likeness { None, Beginning, Same };
+enum class Match { None, Beginning, Same };
 
-Likeness likeness(const BleDeviceInfo &device, const QString &name)
+Match matchOf(const BleDeviceInfo &device, const QString &name)
 {
     if (!name.isEmpty() && device.name().compare(name, Qt::CaseInsensitive) == 0)
-        return Likeness::Same;
+        return Match::Same;
     const bool begins = device.name().startsWith(name, Qt::CaseInsensitive);
-    return begins && VardaComputer::isComputerName(device.name()) ? Likeness::Beginning
-                                                                  : Likeness::None;
+    return begins && VardaComputer::isComputerName(device.name()) ? Match::Beginning : Match::None;
 }
 
 QStringList listOf(const QList<BleDeviceInfo> &devices)
@@ -83,7 +82,7 @@ QList<BleDeviceInfo> devicesNamed(VardaComputer &computer, const QString &name,
     others.setSingleShot(true);
     QObject::connect(&others, &QTimer::timeout, search, &SearchJob::finishNow);
     const auto onDevice = [&](const BleDeviceInfo &device) {
-        if (likeness(device, name) != Likeness::None && !others.isActive())
+        if (matchOf(device, name) != Match::None && !others.isActive())
             others.start(kOthersTime);
     };
     QObject::connect(search, &SearchJob::deviceFound, &others, onDevice);
@@ -91,17 +90,17 @@ QList<BleDeviceInfo> devicesNamed(VardaComputer &computer, const QString &name,
     run.wait();
 
     QList<BleDeviceInfo> same;
-    QList<BleDeviceInfo> alike;
+    QList<BleDeviceInfo> beginning;
     for (const BleDeviceInfo &device : search->devices()) {
-        const Likeness how = likeness(device, name);
-        if (how == Likeness::Same)
+        const Match match = matchOf(device, name);
+        if (match == Match::Same)
             same.append(device);
-        else if (how == Likeness::Beginning)
-            alike.append(device);
+        else if (match == Match::Beginning)
+            beginning.append(device);
     }
-    if (same.isEmpty() && alike.isEmpty())
+    if (same.isEmpty() && beginning.isEmpty())
         throw notFound(name, time);
-    return same.isEmpty() ? alike : same;
+    return same.isEmpty() ? beginning : same;
 }
 
 BleDeviceInfo chosen(const QList<BleDeviceInfo> &devices, const QString &name)

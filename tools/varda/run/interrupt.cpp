@@ -98,5 +98,5 @@ void Interrupt::onReadable()
 {
     char byte = 0;
     if (::read(signalPipe[0], &byte, 1) == 1)
-        Q_EMIT came();
+        Q_EMIT interrupted();
 }

@@ -30,7 +30,7 @@ public:
     [[nodiscard]] static Failure failure();
 
 Q_SIGNALS:
-    void came();
+    void interrupted();
 
 private:
     void onReadable();

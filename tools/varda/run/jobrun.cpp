@@ -19,7 +19,7 @@ JobRun::JobRun(VardaJob *job) : m_job(job)
 {
     job->setAutoDelete(false);
     if (const Interrupt *interrupt = Interrupt::instance()) {
-        connect(interrupt, &Interrupt::came, job, &VardaJob::abort);
+        connect(interrupt, &Interrupt::interrupted, job, &VardaJob::abort);
         if (Interrupt::number() != 0)
             job->abort();
     }

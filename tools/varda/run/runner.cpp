@@ -28,14 +28,14 @@ Runner::Runner(const Options &options, Purpose purpose)
     connect(&m_computer, &VardaComputer::stateChanged, this, &Runner::showState);
     connect(&m_computer, &VardaComputer::deviceChanged, this,
             [this] { showStatus(u"Connected to "_s + device().name()); });
-    auto failed = qScopeGuard([this] { letGo(); });
+    auto failed = qScopeGuard([this] { disconnectAtEnd(); });
     find(purpose);
     failed.dismiss();
 }
 
 Runner::~Runner()
 {
-    letGo();
+    disconnectAtEnd();
     clearStatus();
 }
 
@@ -123,7 +123,7 @@ void Runner::showState()
 }
 
 /** Also after an interruption: who does not want to wait for the computer sends another one. */
-void Runner::letGo()
+void Runner::disconnectAtEnd()
 {
     VardaJob *const job = m_computer.disconnectFromComputer();
     QEventLoop loop;

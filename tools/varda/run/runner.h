@@ -63,7 +63,7 @@ private:
     void find(Purpose purpose);
     void connectToOnly();
     void showState();
-    void letGo();
+    void disconnectAtEnd();
 
     Options m_options;
     std::chrono::milliseconds m_connectLimit;

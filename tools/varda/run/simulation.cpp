@@ -71,9 +71,9 @@ Simulation::Simulation(const QString &scenario)
     m_process.start(simulatorProgram(), arguments);
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead(kStartMs)) {
-            const QString said = QString::fromUtf8(m_process.readAllStandardError()).trimmed();
+            const QString errors = QString::fromUtf8(m_process.readAllStandardError()).trimmed();
             fail(u"the simulation did not start: "_s
-                 + (said.isEmpty() ? m_process.errorString() : said));
+                 + (errors.isEmpty() ? m_process.errorString() : errors));
         }
     }
     const QByteArray line = m_process.readLine().trimmed();
