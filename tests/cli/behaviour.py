@@ -208,7 +208,8 @@ class Behaviour(unittest.TestCase):
         self.assertIn(warning, terminal)
         self.assertNotIn("\x1b", result)
         _, terminal, _ = on_terminal("info", "more", NO_COLOR="")
-        self.assertTrue(terminal.startswith('\x1b[1;31mvarda:\x1b[m "more"'), terminal)
+        self.assertTrue(
+            terminal.startswith('\x1b[1;31mvarda:\x1b[m unexpected argument "more"'), terminal)
         _, terminal, _ = on_terminal("help", size=(24, 80), NO_COLOR="")
         self.assertIn("\x1b[1mCommands\x1b[m:", terminal)
         for unwanted in ({"NO_COLOR": "1"}, {"NO_COLOR": "", "TERM": "dumb"}):
@@ -246,15 +247,15 @@ class Behaviour(unittest.TestCase):
                 "erase", "--simulate=scenarios/dives.json", answers=[(question, typed)])
             self.assertEqual(status, 0, terminal)
             self.assertEqual(result, "Varda (00:AA:01:01:00:01):\n"
-                             "All dives are deleted. The computer's answer: 4, 0\n")
+                             "Deleted all dives. The computer's answer: 4, 0\n")
 
     def test_other_questions(self):
         """What could harm a diver is asked for as well."""
         name = b"Varda (00:AA:01:01:00:01)"
         for arguments, question in (
                 (("pressure", "990"), b"Set the surface pressure of " + name + b" to 990 mbar?"),
-                (("settings", *"12345678"), b"Write these settings into " + name + b"?"),
-                (("superuser", "on"), b"Enter super-user mode of " + name + b"?")):
+                (("settings", *"12345678"), b"Write these settings to " + name + b"?"),
+                (("superuser", "on"), b"Turn on the super-user mode of " + name + b"?")):
             for typed, status in ((b"y\n", 0), (b"n\n", 1)):
                 with self.subTest(arguments[0], typed=typed):
                     got, terminal, result = on_terminal(
@@ -263,7 +264,7 @@ class Behaviour(unittest.TestCase):
                     self.assertEqual(result.startswith(name.decode() + ":\n"), status == 0, result)
 
     def test_chosen(self):
-        """Of several computers in reach one is chosen on a terminal; that one is written into."""
+        """Of several computers in range one is chosen on a terminal; that one is written into."""
         status, terminal, result = on_terminal(
             "owner", "set", "Eve", "--simulate=scenarios/two.json",
             answers=[(b"Which computer? [1-2] ", b"2\n")])
@@ -279,7 +280,7 @@ class Behaviour(unittest.TestCase):
                 answers=[(b"Which computer? [1-2] ", typed)])
             self.assertEqual(status, 1, terminal)
             self.assertEqual(result, "")
-            self.assertIn("varda: no computer was chosen, nothing was done\r\n", terminal)
+            self.assertIn("varda: no computer was chosen, nothing was changed\r\n", terminal)
 
     def test_not_confirmed(self):
         question = b"Restart Varda (00:AA:01:01:00:01)? [y/N] "
@@ -288,7 +289,7 @@ class Behaviour(unittest.TestCase):
                 "reset", "--simulate", answers=[(question, typed)])
             self.assertEqual(status, 1, terminal)
             self.assertEqual(result, "")
-            self.assertIn("varda: not confirmed, nothing was done\r\n", terminal)
+            self.assertIn("varda: not confirmed, nothing was changed\r\n", terminal)
 
     def test_interrupted_question(self):
         question = b"Delete the last dive of Varda (00:AA:01:01:00:01)? [y/N] "
@@ -337,7 +338,7 @@ class Behaviour(unittest.TestCase):
             self.assertEqual(done.stdout, f"Device  VSK-0042\nUnits   imperial\nFile    {file}\n")
             self.assertEqual(file.read_text(), "device = VSK-0042\nunits = imperial\n")
 
-            def told(*arguments):
+            def output_of(*arguments):
                 done = subprocess.run(
                     [SIMULATOR, "--scenario", "scenarios/two.json", "--", VARDA, *arguments],
                     env=environment(XDG_CONFIG_HOME=folder), stdin=subprocess.DEVNULL,
@@ -345,12 +346,12 @@ class Behaviour(unittest.TestCase):
                 self.assertEqual((done.returncode, done.stderr), (0, ""))
                 return done.stdout
 
-            self.assertEqual(told("owner", "set", "Eve"), "VSK-0042 (00:AA:01:01:00:42):\nEve\n")
-            self.assertEqual(told("owner", "set", "Eve", "--device", "Varda"),
+            self.assertEqual(output_of("owner", "set", "Eve"), "VSK-0042 (00:AA:01:01:00:42):\nEve\n")
+            self.assertEqual(output_of("owner", "set", "Eve", "--device", "Varda"),
                              "Varda (00:AA:01:01:00:01):\nEve\n")
-            self.assertIn("Maximum depth  206.7 ft\n", told("dive", "6", "--device", "Varda"))
+            self.assertIn("Maximum depth  206.7 ft\n", output_of("dive", "6", "--device", "Varda"))
             self.assertIn("Maximum depth  63.0 m\n",
-                          told("dive", "6", "--device", "Varda", "--units", "metric"))
+                          output_of("dive", "6", "--device", "Varda", "--units", "metric"))
             # A simulated computer is another one.
             done = run("owner", "--simulate", env=environment(XDG_CONFIG_HOME=folder))
             self.assertEqual((done.returncode, done.stdout), (0, "Ada Lindqvist\n"))
@@ -375,7 +376,8 @@ class Behaviour(unittest.TestCase):
             for arguments in (("owner", "--simulate"), ("defaults", "set", "device", "Varda")):
                 done = run(*arguments, env=env)
                 self.assertEqual((done.returncode, done.stdout), (2, ""))
-                self.assertIn(f'"{file}", line 2: "units = feet" is no default\n', done.stderr)
+                self.assertIn(
+                    f'"{file}", line 2: "units = feet" is not a valid default\n', done.stderr)
             self.assertEqual(file.read_text(), "# mine\nunits = feet\n")
 
     def test_defaults_not_written(self):
@@ -535,7 +537,7 @@ class Behaviour(unittest.TestCase):
                 self.assertEqual(done.stdout, uncut.stdout, link)
 
     def test_repeated_answers(self):
-        """When everything comes twice nothing is taken, and that is said once."""
+        """If everything comes twice, nothing is taken, and that is reported once."""
         fault = {"step": "notification", "command": "Fullsamples", "kind": "duplicate"}
         for link in ({}, {"split": 57, "merge": True}):
             with tempfile.TemporaryDirectory() as folder:
@@ -543,8 +545,8 @@ class Behaviour(unittest.TestCase):
             self.assertEqual(done.returncode, 1, link)
             self.assertEqual(done.stdout.count("\n"), 1, link)
             self.assertEqual(done.stderr.splitlines()[0],
-                             "varda: what Varda (00:AA:01:01:00:01) says comes more than once")
-            self.assertEqual(done.stderr.count("comes more than once"), 1)
+                             "varda: Varda (00:AA:01:01:00:01) sends everything more than once")
+            self.assertEqual(done.stderr.count("sends everything more than once"), 1)
 
     def test_repeated_in_part(self):
         """A frame that came twice is found by asking once more."""

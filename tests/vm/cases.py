@@ -397,7 +397,7 @@ def radio_commands_at_once():
 def scan_of_unknown():
     Peripheral()
     out, _ = varda("scan", "--json", "--timeout", "8")
-    equal([each["address"] for each in json.loads(out)["devices"]], [ADDRESS], "what is in reach")
+    equal([each["address"] for each in json.loads(out)["devices"]], [ADDRESS], "what is in range")
 
 
 def jobs_gatt():
@@ -673,7 +673,7 @@ def second_program():
     peripheral, application = Peripheral(dives=3), Application()
     works(application, peripheral)
     _, error = varda("dives", status=1)
-    check("comes more than once" in error, error)
+    check("sends everything more than once" in error, error)
     peripheral.hear("link down .*")
     application.stop()
     out, _ = varda("dives")

@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Told in words; what the other fields mean is the computer's.
+// Shown in words; only the computer knows what the others mean.
 constexpr std::array kNamedFields = {
     "waterType"_L1, "surfacePressure"_L1, "gasTable1"_L1,
     "gasTable2"_L1, "rawBlock"_L1,        "batteryType"_L1,
@@ -33,7 +33,7 @@ QString waterText(const BleConfig &config)
     case 2:
         return u"between fresh and sea, "_s + density;
     default:
-        return u"type %1, taken as %2"_s.arg(config.waterType).arg(density);
+        return u"type %1, assumed %2"_s.arg(config.waterType).arg(density);
     }
 }
 
@@ -86,7 +86,7 @@ public:
 
     void declare(Arguments &arguments) override
     {
-        arguments.flag("--basic", m_basic, "Without what older firmwares do not know");
+        arguments.flag("--basic", m_basic, "Skip what old firmware does not know");
     }
 
     void run(const Options &options) const override

@@ -39,7 +39,7 @@ public:
         m_confirmation.ask(u"Delete the last dive of %1?"_s.arg(runner.computerName()));
         const auto result = runner.resultOf(runner.computer().deleteLastDive(),
                                             u"Deleting the last dive"_s);
-        printDeletion(runner, result, options.json, u"The last dive is deleted."_s);
+        printDeletion(runner, result, options.json, u"Deleted the last dive."_s);
     }
 
 private:
@@ -58,8 +58,9 @@ public:
         m_confirmation.require();
         Runner runner(options, Purpose::Writing);
         m_confirmation.ask(u"Delete all dives of %1?"_s.arg(runner.computerName()));
-        const auto result = runner.resultOf(runner.computer().eraseDives(), u"Erasing the dives"_s);
-        printDeletion(runner, result, options.json, u"All dives are deleted."_s);
+        const auto result = runner.resultOf(runner.computer().eraseDives(),
+                                            u"Deleting all dives"_s);
+        printDeletion(runner, result, options.json, u"Deleted all dives."_s);
     }
 
 private:
@@ -71,7 +72,7 @@ private:
 class SetSuperUserMode : public Command
 {
 public:
-    SetSuperUserMode() : Command("superuser", "Enter or leave super-user mode") { }
+    SetSuperUserMode() : Command("superuser", "Turn super-user mode on or off") { }
 
     void declare(Arguments &arguments) override
     {
@@ -85,16 +86,16 @@ public:
             m_confirmation.require();
         Runner runner(options, Purpose::Writing);
         if (m_activate)
-            m_confirmation.ask(u"Enter super-user mode of %1?"_s.arg(runner.computerName()));
+            m_confirmation.ask(u"Turn on the super-user mode of %1?"_s.arg(runner.computerName()));
         const bool answered = runner.resultOf(runner.computer().setSuperUserMode(m_activate),
-                                              u"Switching the super-user mode"_s);
+                                              u"Switching super-user mode"_s);
         if (options.json) {
             print({{"device"_L1, fieldsOf(runner.device())},
                    {"superUserMode"_L1, m_activate},
                    {"answered"_L1, answered}});
         } else {
             print(runner.heading()
-                  + u"Sent%1. Whether it is obeyed the computer does not tell.\n"_s.arg(
+                  + u"Sent%1. The computer does not report whether it obeys.\n"_s.arg(
                       answered ? u", and there was an answer"_s : u", without an answer"_s));
         }
     }
@@ -118,11 +119,11 @@ public:
         m_confirmation.require();
         Runner runner(options, Purpose::Writing);
         m_confirmation.ask(u"Restart %1?"_s.arg(runner.computerName()));
-        runner.run(runner.computer().restart(), u"Asking for a restart"_s);
+        runner.run(runner.computer().restart(), u"Restarting"_s);
         if (options.json)
             print({{"device"_L1, fieldsOf(runner.device())}});
         else
-            print(runner.heading() + u"The computer restarts.\n"_s);
+            print(runner.heading() + u"The computer is restarting.\n"_s);
     }
 
 private:

@@ -44,12 +44,12 @@ void declareName(Arguments &arguments, QString &name)
 class SetDefault : public Command
 {
 public:
-    SetDefault() : Command("set", "Set the usual computer, or the units") { }
+    SetDefault() : Command("set", "Set the usual computer or units") { }
 
     void declare(Arguments &arguments) override
     {
         declareName(arguments, m_name);
-        arguments.argument("VALUE", m_value, "An address or a name; metric or imperial");
+        arguments.argument("VALUE", m_value, "An address or a name, or metric or imperial");
     }
 
     void run(const Options &options) const override
@@ -59,7 +59,7 @@ public:
             throw Failure{ExitCode::UsageError,
                           m_name == Defaults::kUnits
                               ? u"\"%1\" is neither metric nor imperial"_s.arg(m_value)
-                              : u"\"%1\" is no address or name"_s.arg(m_value),
+                              : u"\"%1\" is not an address or a name"_s.arg(m_value),
                           {}};
         }
         Defaults().change(m_name, text);
@@ -74,7 +74,7 @@ private:
 class UnsetDefault : public Command
 {
 public:
-    UnsetDefault() : Command("unset", "Forget it again") { }
+    UnsetDefault() : Command("unset", "Remove a default") { }
 
     void declare(Arguments &arguments) override { declareName(arguments, m_name); }
 
@@ -91,7 +91,7 @@ private:
 class ShowDefaults : public Command
 {
 public:
-    ShowDefaults() : Command("defaults", "Show or set what all commands start from")
+    ShowDefaults() : Command("defaults", "Show or set the usual computer and units")
     {
         add<SetDefault>();
         add<UnsetDefault>();

@@ -48,7 +48,7 @@ void requireAll(const Numbers &numbers, const QList<TidemarDiveHeader> &headers)
     for (const std::uint16_t number : numbers) {
         if (std::ranges::find(headers, number, &TidemarDiveHeader::diveNumber) == headers.end()) {
             throw Failure{ExitCode::JobFailed, u"there is no dive %1 in the logbook"_s.arg(number),
-                          u"\"varda logbook\" lists what there is."_s};
+                          u"\"varda logbook\" lists the dives."_s};
         }
     }
 }
@@ -84,9 +84,9 @@ public:
 
     void declare(Arguments &arguments) override
     {
-        arguments.argument("N", m_numbers, "Its number, or several such as 3 or 1,5-9",
+        arguments.argument("N", m_numbers, "Number of the dive, or several, such as 1,5-9",
                            checkNumbers);
-        arguments.flag("--samples", m_samples, "A table of the samples instead of the plot");
+        arguments.flag("--samples", m_samples, "Print a table of the samples instead of the plot");
     }
 
     void run(const Options &options) const override

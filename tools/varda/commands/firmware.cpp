@@ -31,7 +31,7 @@ ImageFile readImage(const QString &path)
     const QByteArray bytes = readFile(path);
     const FirmwareImage image = FirmwareImage::fromData(bytes, fileName);
     if (!image.isValid()) {
-        throw Failure{ExitCode::UsageError, u"\"%1\" is no firmware image"_s.arg(path),
+        throw Failure{ExitCode::UsageError, u"\"%1\" is not a firmware image"_s.arg(path),
                       image.errorString()};
     }
     return {fileName, bytes, image};
@@ -54,7 +54,7 @@ QString familyKey(const FirmwareImage &image)
 QString familyText(const FirmwareImage &image)
 {
     if (!image.hasHeader())
-        return u"older, without an update header; named by its file name"_s;
+        return u"older, without an update header; identified by its file name"_s;
     return u"%1, with an update header"_s.arg(familyKey(image));
 }
 
@@ -67,13 +67,13 @@ Fields fieldsOf(const FirmwareImage &image)
 
 void declareFile(Arguments &arguments, QString &path)
 {
-    arguments.argument("FILE", path, "The image");
+    arguments.argument("FILE", path, "The image file");
 }
 
 class ImageInfo : public Command
 {
 public:
-    ImageInfo() : Command("info", "Tell what an image is; no computer is needed") { }
+    ImageInfo() : Command("info", "Show what an image is; needs no computer") { }
 
     void declare(Arguments &arguments) override { declareFile(arguments, m_path); }
 
@@ -157,7 +157,7 @@ public:
     {
         declareFile(arguments, m_path);
         m_confirmation.declare(arguments);
-        arguments.flag("--force", m_force, "Also when the computer has that version already");
+        arguments.flag("--force", m_force, "Even if the computer has this version already");
     }
 
     void run(const Options &options) const override
@@ -169,7 +169,7 @@ public:
                                                       u"Reading the identification"_s);
         const QString what = file.image.kind == FirmwareImage::Kind::Bootloader ? u"bootloader"_s
                                                                                 : u"firmware"_s;
-        m_confirmation.ask(u"Replace the %1 of %2 (%3, firmware %4) by version %5?"_s.arg(
+        m_confirmation.ask(u"Replace the %1 of %2 (%3, firmware %4) with version %5?"_s.arg(
             what, runner.device().name(), runner.device().address(),
             versionText(present.firmwareVersionStr), versionOf(file.image)));
         const std::chrono::duration<double> elapsed = send(runner, file, m_force);
@@ -194,7 +194,7 @@ private:
 class Firmware : public Command
 {
 public:
-    Firmware() : Command("firmware", "Look at firmware images and upload them")
+    Firmware() : Command("firmware", "Show what a firmware image is, or upload it")
     {
         add<ImageInfo>();
         add<Upload>();

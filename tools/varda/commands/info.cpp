@@ -116,7 +116,7 @@ void printJson(const BleDeviceInfo &device, const About &about)
 class Info : public Command
 {
 public:
-    Info() : Command("info", "Tell what the computer is") { }
+    Info() : Command("info", "Show what the computer is") { }
 
     void run(const Options &options) const override
     {

@@ -26,7 +26,7 @@ constexpr int kEnoughName = 10; // where the terminal is narrow
 QString listText(const QList<LayoutEntry> &layouts)
 {
     if (layouts.isEmpty())
-        return u"There is no layout.\n"_s;
+        return u"There are no layouts.\n"_s;
     Columns columns({{.title = u"INDEX"_s},
                      {.title = u"KIND"_s, .rank = 1},
                      {.title = u"NAME"_s, .side = Columns::Side::Left, .enough = kEnoughName}});
@@ -61,7 +61,7 @@ void showList(const Options &options)
 class ListLayouts : public Command
 {
 public:
-    ListLayouts() : Command("list", "List them") { }
+    ListLayouts() : Command("list", "List the layouts") { }
 
     void run(const Options &options) const override { showList(options); }
 };
@@ -93,13 +93,13 @@ QString fileFor(Runner &runner, int index, const QString &output)
 class GetLayout : public Command
 {
 public:
-    GetLayout() : Command("get", "Read a layout, into a file or in hexadecimal") { }
+    GetLayout() : Command("get", "Read a layout, to a file or as hexadecimal") { }
 
     void declare(Arguments &arguments) override
     {
-        arguments.argument("INDEX", m_index, kIndexes, "Its index");
+        arguments.argument("INDEX", m_index, kIndexes, "Index of the layout");
         arguments.option("-o,--output", "FILE", m_output,
-                         "The file, or a folder for one of its name; - prints it");
+                         "File; in a folder, named after the layout; - for stdout");
     }
 
     void run(const Options &options) const override
@@ -107,8 +107,8 @@ public:
         const bool isResult = isStandardOutput(m_output);
         if (isResult && options.json) {
             throw Failure{ExitCode::UsageError,
-                          u"--json and the layout would go to the same output"_s,
-                          u"The document has the layout, too: leave out -o."_s};
+                          u"--json and -o would both write to standard output"_s,
+                          u"Omit -o: the JSON document contains the layout."_s};
         }
         Runner runner(options);
         const QString file = fileFor(runner, m_index, m_output);
@@ -136,7 +136,7 @@ private:
         });
         if (blob.isEmpty()) {
             throw Failure{ExitCode::JobFailed, u"there is no layout %1"_s.arg(m_index),
-                          u"\"varda layouts list\" lists what there is."_s};
+                          u"\"varda layouts list\" lists the layouts."_s};
         }
         return blob;
     }
@@ -160,11 +160,11 @@ void change(Runner &runner, VardaJob *job, const QString &status, bool json, con
 class AddLayout : public Command
 {
 public:
-    AddLayout() : Command("add", "Write another one into the computer") { }
+    AddLayout() : Command("add", "Add a layout to the computer") { }
 
     void declare(Arguments &arguments) override
     {
-        arguments.argument("FILE", m_file, "What it consists of");
+        arguments.argument("FILE", m_file, "File with the layout's bytes");
     }
 
     void run(const Options &options) const override
@@ -172,7 +172,7 @@ public:
         const QByteArray blob = readFile(m_file);
         Runner runner(options, Purpose::Writing);
         change(runner, runner.computer().addLayout(blob), u"Writing the layout"_s, options.json,
-               u"The layout of %1 bytes is added."_s.arg(blob.size()));
+               u"Added the layout (%1 bytes)."_s.arg(blob.size()));
     }
 
 private:
@@ -182,11 +182,11 @@ private:
 class RemoveLayout : public Command
 {
 public:
-    RemoveLayout() : Command("remove", "Remove one") { }
+    RemoveLayout() : Command("remove", "Remove a layout") { }
 
     void declare(Arguments &arguments) override
     {
-        arguments.argument("INDEX", m_index, kIndexes, "Its index");
+        arguments.argument("INDEX", m_index, kIndexes, "Index of the layout");
     }
 
     void run(const Options &options) const override
@@ -194,7 +194,7 @@ public:
         Runner runner(options, Purpose::Writing);
         change(runner, runner.computer().removeLayout(quint8(m_index)),
                u"Removing layout %1"_s.arg(m_index), options.json,
-               u"Layout %1 is removed."_s.arg(m_index));
+               u"Removed layout %1."_s.arg(m_index));
     }
 
 private:
@@ -204,7 +204,7 @@ private:
 class ClearLayouts : public Command
 {
 public:
-    ClearLayouts() : Command("clear", "Remove all") { }
+    ClearLayouts() : Command("clear", "Remove all layouts") { }
 
     void declare(Arguments &arguments) override { m_confirmation.declare(arguments); }
 
@@ -214,7 +214,7 @@ public:
         Runner runner(options, Purpose::Writing);
         m_confirmation.ask(u"Remove all layouts of %1?"_s.arg(runner.computerName()));
         change(runner, runner.computer().removeAllLayouts(), u"Removing the layouts"_s,
-               options.json, u"All layouts are removed."_s);
+               options.json, u"Removed all layouts."_s);
     }
 
 private:
@@ -226,7 +226,7 @@ private:
 class ShowActiveLayouts : public Command
 {
 public:
-    ShowActiveLayouts() : Command("active", "Tell which one each dive mode uses") { }
+    ShowActiveLayouts() : Command("active", "Show which layout each dive mode uses") { }
 
     void run(const Options &options) const override
     {
@@ -255,7 +255,7 @@ public:
     void declare(Arguments &arguments) override
     {
         arguments.argument("MODE", m_mode, {0, 4}, "The dive mode, 0 to 4");
-        arguments.argument("INDEX", m_index, {-1, 127}, "The layout's index, -1 for none");
+        arguments.argument("INDEX", m_index, {-1, 127}, "Index of the layout, -1 for none");
     }
 
     void run(const Options &options) const override

@@ -62,7 +62,7 @@ public:
 
     void declare(Arguments &arguments) override
     {
-        arguments.flag("--binary", m_binary, "The log of records, rendered, instead of the text");
+        arguments.flag("--binary", m_binary, "Show the log of records instead of the text log");
     }
 
     void run(const Options &options) const override

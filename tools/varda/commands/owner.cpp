@@ -28,11 +28,12 @@ QString checkOwner(const QString &text)
 class SetOwner : public Command
 {
 public:
-    SetOwner() : Command("set", "Write another owner into the computer") { }
+    SetOwner() : Command("set", "Change the computer's owner") { }
 
     void declare(Arguments &arguments) override
     {
-        arguments.argument("TEXT", m_owner, "The owner; computers keep 32 bytes", checkOwner);
+        arguments.argument("TEXT", m_owner, "Name of the owner; computers keep 32 bytes",
+                           checkOwner);
     }
 
     void run(const Options &options) const override

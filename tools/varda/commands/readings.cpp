@@ -25,7 +25,7 @@ QString tissuesText(const VardaTissues &tissues)
 class Tissues : public Command
 {
 public:
-    Tissues() : Command("tissues", "Show the load of the diver's tissues") { }
+    Tissues() : Command("tissues", "Show the diver's tissue loads") { }
 
     void run(const Options &options) const override
     {
@@ -101,7 +101,7 @@ bool belongsTo(const BatteryInfoRecord &record, QLatin1StringView field)
 QString batteryText(const QList<BatteryInfoRecord> &records)
 {
     if (records.isEmpty())
-        return u"The battery has no history.\n"_s;
+        return u"There is no battery history.\n"_s;
     constexpr int kNumberWidth = 4;
     const int width = outputStyle().width;
     QString text;
@@ -120,7 +120,7 @@ QString batteryText(const QList<BatteryInfoRecord> &records)
 class Battery : public Command
 {
 public:
-    Battery() : Command("battery", "Show the history of the battery") { }
+    Battery() : Command("battery", "Show the battery history") { }
 
     void run(const Options &options) const override
     {

@@ -38,11 +38,11 @@ void printDevice(const BleDeviceInfo &device)
 class Scan : public Command
 {
 public:
-    Scan() : Command("scan", "List the computers in reach") { }
+    Scan() : Command("scan", "List the computers in range") { }
 
     void declare(Arguments &arguments) override
     {
-        arguments.flag("--all", m_all, "Also other devices that have a name");
+        arguments.flag("--all", m_all, "Also list other devices that have a name");
     }
 
     void run(const Options &options) const override

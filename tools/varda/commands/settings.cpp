@@ -22,9 +22,9 @@ public:
 
     void declare(Arguments &arguments) override
     {
-        arguments.argument("MBAR", m_mbar, "The pressure in millibar");
+        arguments.argument("MBAR", m_mbar, "Pressure in millibar");
         m_confirmation.declare(arguments);
-        arguments.flag("--force", m_force, "Also outside 500 to 1100 mbar");
+        arguments.flag("--force", m_force, "Allow less than 500 or more than 1100 mbar");
     }
 
     void run(const Options &options) const override
@@ -46,10 +46,10 @@ private:
         if (m_force || (m_mbar >= kLowestPressure && m_mbar <= kHighestPressure))
             return;
         throw Failure{ExitCode::UsageError,
-                      u"%1 mbar is no pressure at a surface, which is %2 to %3"_s.arg(m_mbar)
+                      u"%1 mbar is not a surface pressure, which is %2 to %3"_s.arg(m_mbar)
                           .arg(kLowestPressure)
                           .arg(kHighestPressure),
-                      u"--force sets it all the same."_s};
+                      u"Use --force to set it anyway."_s};
     }
 
     std::uint32_t m_mbar = 0;
@@ -69,7 +69,7 @@ class WriteSettings : public Command
 {
 public:
     WriteSettings()
-        : Command("settings", "Write settings into the computer; they cannot be read back")
+        : Command("settings", "Write settings to the computer; they cannot be read back")
     {
     }
 
@@ -90,7 +90,7 @@ public:
     {
         m_confirmation.require();
         Runner runner(options, Purpose::Writing);
-        m_confirmation.ask(u"Write these settings into %1?"_s.arg(runner.computerName()));
+        m_confirmation.ask(u"Write these settings to %1?"_s.arg(runner.computerName()));
         runner.run(runner.computer().writeSettings(m_settings), u"Writing the settings"_s);
         if (options.json) {
             print({{"device"_L1, ::fieldsOf(runner.device())},

@@ -32,9 +32,33 @@ CLI::Validator validator(const Check &check)
             ""};
 }
 
+/** @p validator, but with words of ours: @p wrong comes after the value. */
+CLI::Validator reworded(const CLI::Validator &validator, const std::string &wrong)
+{
+    return {[=](const std::string &text) {
+                return validator(text).empty() ? std::string() : "\"" + text + "\" " + wrong;
+            },
+            ""};
+}
+
 CLI::Validator between(const IntRange &range)
 {
-    return CLI::Range(range.lowest, range.highest).description("");
+    return reworded(CLI::Range(range.lowest, range.highest),
+                    "is not a number from " + std::to_string(range.lowest) + " to "
+                        + std::to_string(range.highest));
+}
+
+/** Makes the value one of these in small letters. */
+CLI::Validator either(const std::string &one, const std::string &other)
+{
+    return {[=](std::string &text) {
+                const std::string word = textOf(text).toLower().toStdString();
+                if (word != one && word != other)
+                    return "\"" + text + "\" is neither " + one + " nor " + other;
+                text = word;
+                return std::string();
+            },
+            ""};
 }
 
 CLI::Option *required(CLI::Option *argument, const char *name)
@@ -54,6 +78,15 @@ void Arguments::option(const char *name, const char *valueName, QString &target,
 {
     const auto take = [&target](const std::string &text) { target = textOf(text); };
     m_command.add_option_function<std::string>(name, take, description)->type_name(valueName);
+}
+
+void Arguments::choice(const char *name, const char *valueName, QString &target, const char *one,
+                       const char *other, const char *description)
+{
+    const auto take = [&target](const std::string &text) { target = textOf(text); };
+    m_command.add_option_function<std::string>(name, take, description)
+        ->type_name(valueName)
+        ->transform(either(one, other));
 }
 
 void Arguments::option(const char *name, const char *valueName, QStringList &target,
@@ -99,12 +132,14 @@ void Arguments::argument(const char *name, std::uint8_t &target, const char *des
 
 void Arguments::argument(const char *name, std::uint32_t &target, const char *description)
 {
-    required(m_command.add_option(name, target, description), name);
+    required(m_command.add_option(name, target, description), name)
+        ->check(reworded(CLI::TypeValidator<std::uint32_t>(""), "is not a positive number"));
 }
 
 void Arguments::argument(const char *name, float &target, const char *description)
 {
-    required(m_command.add_option(name, target, description), name);
+    required(m_command.add_option(name, target, description), name)
+        ->check(reworded(CLI::TypeValidator<float>(""), "is not a number"));
 }
 
 void Arguments::argument(const char *name, bool &target, const char *description)
@@ -113,5 +148,5 @@ void Arguments::argument(const char *name, bool &target, const char *description
     m_command.add_option_function<std::string>(name, take, description)
         ->type_name("on|off")
         ->required()
-        ->check(CLI::IsMember({"on", "off"}).description(""));
+        ->transform(either("on", "off"));
 }

@@ -28,6 +28,9 @@ public:
 
     void flag(const char *name, bool &target, const char *description);
     void option(const char *name, const char *valueName, QString &target, const char *description);
+    /** One of two words, in small or capital letters. */
+    void choice(const char *name, const char *valueName, QString &target, const char *one,
+                const char *other, const char *description);
     /** One that may be given several times. */
     void option(const char *name, const char *valueName, QStringList &target,
                 const char *description, const Check &check);

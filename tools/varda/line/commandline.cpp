@@ -89,8 +89,8 @@ private:
     Commands m_commands;
     // As written
     std::string m_device;
-    std::string m_mode;
-    std::string m_units;
+    QString m_mode;
+    QString m_units;
     std::string m_scenario;
     int m_timeout = 0;
     int m_retries = 0;
@@ -113,9 +113,9 @@ CommandLine::Private::Private()
         add(m_app, *each);
     addHelpAndVersion();
     // The commands would take it over.
-    m_app.footer("Exit status: 0 done; 1 the computer refused or its answer was damaged; 2 wrong "
-                 "usage;\n3 no computer found; 4 not connected or link lost; 5 no answer in time;\n"
-                 "6 no Bluetooth.");
+    m_app.footer("Exit status: 0 done; 1 the computer refused or its answer was damaged;\n"
+                 "2 wrong usage; 3 no computer found; 4 not connected or link lost;\n"
+                 "5 no answer in time; 6 no Bluetooth.");
 }
 
 void CommandLine::Private::addGlobalOptions()
@@ -123,22 +123,21 @@ void CommandLine::Private::addGlobalOptions()
     m_app.add_option("--device", m_device, "The computer to talk to, by its address or name")
         ->type_name("DEVICE")
         ->check(CLI::Validator(validDevice, ""));
-    m_app.add_option("--mode", m_mode, "Insist on a kind of serial link, gatt or sps")
-        ->type_name("MODE")
-        ->transform(CLI::IsMember({"gatt", "sps"}, CLI::ignore_case).description(""));
-    m_app.add_option("--timeout", m_timeout, "Time to find it and to connect; 60, scan: 10")
+    Arguments arguments(m_app);
+    arguments.choice("--mode", "MODE", m_mode, "gatt", "sps",
+                     "Use this kind of serial link only, gatt or sps");
+    m_app.add_option("--timeout", m_timeout, "Seconds to find and connect (default 60, scan 10)")
         ->type_name("SECONDS")
         ->check(CLI::Range(1, kLongestTimeout).description(""));
-    m_app.add_option("--retries", m_retries, "How often in succession to try again (default 3)")
+    m_app.add_option("--retries", m_retries, "How often to try again in a row (default 3)")
         ->type_name("N")
         ->check(CLI::Range(0, kMostRetries).description(""));
-    m_app.add_flag("--no-retry", m_noRetry, "Try nothing again, as --retries 0");
+    m_app.add_flag("--no-retry", m_noRetry, "Do not try again, same as --retries 0");
     m_app.add_option("--simulate", m_scenario, "Talk to a simulated computer: a file or a name")
         ->type_name("[SCENARIO]")
         ->expected(0, 1);
-    m_app.add_option("--units", m_units, "Show depths and temperatures so, metric or imperial")
-        ->type_name("UNITS")
-        ->transform(CLI::IsMember({"metric", "imperial"}, CLI::ignore_case).description(""));
+    arguments.choice("--units", "UNITS", m_units, "metric", "imperial",
+                     "Units of depths and temperatures, metric or imperial");
     m_app.add_flag("--json", options.json, "Print JSON");
     m_app.add_flag("--verbose", options.verbose, "Show on stderr what is sent and received");
 }
@@ -146,9 +145,9 @@ void CommandLine::Private::addGlobalOptions()
 void CommandLine::Private::takeGlobalOptions()
 {
     options.device = QString::fromLocal8Bit(m_device.c_str()).trimmed();
-    if (!m_mode.empty())
-        options.mode = m_mode == "sps" ? BleMode::Sps : BleMode::Gatt;
-    options.units = unitsIn(QString::fromStdString(m_units));
+    if (!m_mode.isEmpty())
+        options.mode = m_mode == "sps"_L1 ? BleMode::Sps : BleMode::Gatt;
+    options.units = unitsIn(m_units);
     if (m_timeout > 0)
         options.timeout = std::chrono::seconds(m_timeout);
     if (m_noRetry)
@@ -177,7 +176,7 @@ void CommandLine::Private::add(CLI::App &parent, Command &added)
 
 void CommandLine::Private::addHelpAndVersion()
 {
-    m_app.add_subcommand("help", "Show this text, or how a command is used")
+    m_app.add_subcommand("help", "Show this text, or how to use a command")
         ->add_option("COMMAND", m_helpOn, "The command, such as dives or layouts get")
         ->type_name("[COMMAND]");
     m_app.add_subcommand("version", "Show the version");

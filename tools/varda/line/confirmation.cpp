@@ -16,8 +16,8 @@ void Confirmation::require() const
 {
     if (m_yes || canAsk())
         return;
-    throw Failure{ExitCode::UsageError, u"this has to be confirmed"_s,
-                  u"Say --yes, or run it on a terminal."_s};
+    throw Failure{ExitCode::UsageError, u"this needs confirmation"_s,
+                  u"Use --yes, or run it on a terminal."_s};
 }
 
 void Confirmation::ask(const QString &question) const
@@ -26,5 +26,5 @@ void Confirmation::ask(const QString &question) const
         return;
     const QByteArray answer = ::ask(question + u" [y/N] "_s).toLower();
     if (answer != "y" && answer != "yes")
-        throw Failure{ExitCode::JobFailed, u"not confirmed, nothing was done"_s, {}};
+        throw Failure{ExitCode::JobFailed, u"not confirmed, nothing was changed"_s, {}};
 }

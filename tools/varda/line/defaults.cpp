@@ -32,10 +32,10 @@ void checkLines(const QStringList &lines)
         const auto entry = entryIn(lines[i]);
         if (entry && !Defaults::isValid(entry->name, entry->value)) {
             throw Failure{ExitCode::UsageError,
-                          u"\"%1\", line %2: \"%3\" is no default"_s.arg(
+                          u"\"%1\", line %2: \"%3\" is not a valid default"_s.arg(
                               Defaults::fileName(), QString::number(i + 1), lines[i].trimmed()),
-                          u"Mend the line or remove it; \"device = NAME\" and \"units = imperial\" "
-                          "are such."_s};
+                          u"Fix or remove the line. Valid are, for example, \"device = NAME\" "
+                          "and \"units = imperial\"."_s};
         }
     }
 }

@@ -68,5 +68,5 @@ QString checkNumbers(const QString &text)
 {
     if (numbersIn(text))
         return {};
-    return u"\"%1\" is no list of dive numbers such as 1,2,5-9"_s.arg(text);
+    return u"\"%1\" is not a list of dive numbers such as 1,2,5-9"_s.arg(text);
 }

@@ -86,7 +86,7 @@ std::string helpText(const CLI::App &command)
     text += section("Options", options, style);
     const std::string footer = command.get_footer();
     if (command.get_parent())
-        text += "\n\"varda --help\" tells the options that all commands have.\n";
+        text += "\n\"varda --help\" shows the options of all commands.\n";
     return footer.empty() ? text : text + "\n" + footer + "\n";
 }
 

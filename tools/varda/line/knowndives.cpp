@@ -19,7 +19,7 @@ QString checkKnown(const QString &text)
     const QFileInfo file(text);
     if (text.isEmpty() || text == "-"_L1 || numbersIn(text) || (file.exists() && !file.isDir()))
         return {};
-    return u"\"%1\" is no list of dive numbers such as 1,2,5-9, and no file"_s.arg(text);
+    return u"\"%1\" is neither a list of dive numbers such as 1,2,5-9 nor a file"_s.arg(text);
 }
 
 /** @throws Failure */
@@ -30,9 +30,10 @@ QString listIn(const QString &file)
     static const QRegularExpression kBetween(u"[ ,]+"_s);
     const QString list = text.split(kBetween, Qt::SkipEmptyParts).join(u',');
     if (!list.isEmpty() && !numbersIn(list)) {
-        throw Failure{ExitCode::UsageError,
-                      u"--known: \"%1\" has no list of dive numbers such as 1,2,5-9"_s.arg(file),
-                      {}};
+        throw Failure{
+            ExitCode::UsageError,
+            u"--known: \"%1\" does not contain a list of dive numbers such as 1,2,5-9"_s.arg(file),
+            {}};
     }
     return list;
 }
@@ -42,7 +43,7 @@ QString listIn(const QString &file)
 void KnownDives::declare(Arguments &arguments)
 {
     arguments.option("--known", "NUMBERS", m_texts,
-                     "Leave out these dives, such as 1,2,5-9; or a file, or -", checkKnown);
+                     "Skip these dives: numbers such as 1,2,5-9, a file, or -", checkKnown);
 }
 
 QList<std::uint16_t> KnownDives::numbers() const

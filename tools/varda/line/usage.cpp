@@ -104,8 +104,7 @@ Failure usageFailure(const CLI::App &app, const CLI::ParseError &error)
                 advice(command, {})};
     }
     if (!rest.empty()) {
-        return {ExitCode::UsageError,
-                u"\"%1\" is one argument too many"_s.arg(textOf(rest.front())),
+        return {ExitCode::UsageError, u"unexpected argument \"%1\""_s.arg(textOf(rest.front())),
                 advice(command, {})};
     }
     return {ExitCode::UsageError, textOf(error.what()), advice(command, {})};

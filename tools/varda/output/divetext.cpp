@@ -162,8 +162,8 @@ QString samplesTable(const Dive &dive, Units units)
 
 QString noDivesText(bool someAreKnown)
 {
-    return someAreKnown ? u"There is no new dive in the logbook.\n"_s
-                        : u"There is no dive in the logbook.\n"_s;
+    return someAreKnown ? u"There are no new dives in the logbook.\n"_s
+                        : u"There are no dives in the logbook.\n"_s;
 }
 
 QString divesHeading(Units units)

@@ -8,7 +8,7 @@ enum class ExitCode : int {
     Ok = 0,
     JobFailed = 1,   ///< the computer refused, or its answer was damaged
     UsageError = 2,  ///< also a file or a scenario that cannot be used
-    NotFound = 3,    ///< no computer in reach
+    NotFound = 3,    ///< no computer in range
     LinkFailed = 4,  ///< could not connect, or the link was lost
     TimedOut = 5,    ///< found, but it did not answer in time
     NoBluetooth = 6, ///< no adapter, no service, switched off, or not allowed

@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/** Others may be in reach whose advertisements come later. */
+/** Others may be in range whose advertisements come later. */
 constexpr auto kOthersTime = 3s;
 
 /** How well a device is what the user named. */
@@ -45,7 +45,7 @@ Failure notFound(const QString &name, std::chrono::seconds searched)
     return {
         ExitCode::NotFound, u"%1 found within %2 s"_s.arg(who, QString::number(searched.count())),
         u"Is it switched on, in its Bluetooth mode and near? \"varda scan --all\" lists what is "
-        "in reach."_s};
+        "in range."_s};
 }
 
 } // namespace
@@ -108,16 +108,15 @@ BleDeviceInfo chosen(const QList<BleDeviceInfo> &devices, const QString &name)
     if (devices.size() == 1)
         return devices.first();
     if (!canAsk()) {
-        const QString what = name.isEmpty()
-                                 ? u"more than one computer is in reach"_s
-                                 : u"more than one computer is meant by \"%1\""_s.arg(name);
-        throw Failure{ExitCode::UsageError, what, u"Choose one by its address, with --device:"_s,
+        const QString what = name.isEmpty() ? u"more than one computer is in range"_s
+                                            : u"\"%1\" matches more than one computer"_s.arg(name);
+        throw Failure{ExitCode::UsageError, what, u"Choose one by its address with --device:"_s,
                       listOf(devices)};
     }
     bool isNumber = false;
     const int number =
         ask(u"Which computer? [1-%1] "_s.arg(devices.size()), listOf(devices)).toInt(&isNumber);
     if (!isNumber || number < 1 || number > devices.size())
-        throw Failure{ExitCode::JobFailed, u"no computer was chosen, nothing was done"_s, {}};
+        throw Failure{ExitCode::JobFailed, u"no computer was chosen, nothing was changed"_s, {}};
     return devices[number - 1];
 }

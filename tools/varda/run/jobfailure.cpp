@@ -40,13 +40,13 @@ Failure failureOf(const VardaJob &job)
         failure.code = ExitCode::JobFailed;
         break;
     case Reason::Silent:
-        failure.advice += u" \"varda scan --all\" lists what is in reach."_s;
+        failure.advice += u" \"varda scan --all\" lists what is in range."_s;
         break;
     case Reason::SameVersion:
-        failure.advice = u"--force uploads it all the same."_s;
+        failure.advice = u"Use --force to upload it anyway."_s;
         break;
     case Reason::OtherLinkMode:
-        failure.advice = u"Leave out --mode."_s;
+        failure.advice = u"Try without --mode."_s;
         break;
     default:
         break;
