@@ -97,7 +97,7 @@ public:
     /** What is wrong so far; a frame that is still under way is not. */
     [[nodiscard]] Finding finding() const;
     /** Bytes have come that make it damaged, whatever comes behind them. */
-    [[nodiscard]] bool isHopeless() const { return m_taken.hasLeftOver(); }
+    [[nodiscard]] bool isHopeless() const { return m_taken.hasLeftOver() || m_isRepeated; }
     /** Whether nothing more belongs to this answer, damaged or not. */
     [[nodiscard]] bool isOver() const;
     /** Whether one frame is the last, other than in a job of several steps. */
