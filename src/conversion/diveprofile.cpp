@@ -52,7 +52,9 @@ QString DiveProfile::gasName(int oxygen, int helium)
         return QStringLiteral("%1/%2").arg(oxygen).arg(helium);
     if (oxygen == 21)
         return QStringLiteral("Air");
-    return oxygen == 100 ? QStringLiteral("Oxygen") : QStringLiteral("EAN%1").arg(oxygen);
+    if (oxygen == 100)
+        return QStringLiteral("Oxygen");
+    return QStringLiteral("EAN%1").arg(oxygen);
 }
 
 QString DiveProfile::gasName(const DiveGas &gas)

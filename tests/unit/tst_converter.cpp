@@ -352,6 +352,12 @@ void TestConverter::gases()
         QVERIFY(gas.limit == -1.0F);
     }
     QTEST(gases, "gases");
+
+    // Without its samples too.
+    QStringList ofHeader;
+    for (const DiveGas &gas : TidemarDiveConverter::gases(header))
+        ofHeader << textOf(gas);
+    QTEST(ofHeader, "gases");
 }
 
 void TestConverter::roles_data()
