@@ -10,12 +10,13 @@ import sys
 from collections import Counter
 
 # In percent of lines and of branches. The transport waits for what a platform does, and parts of
-# it for what this platform does not.
+# it for what this platform does not. Which moments the jobs meet differs from run to run.
 LEAST = {
-    "src/protocol": (98, 93),
+    "src/protocol": (100, 95),
     "src/decoding": (100, 95),
-    "src/conversion": (98, 93),
-    "src/session": (98, 93),
+    "src/conversion": (100, 95),
+    "src/session": (100, 95),
+    "src/jobs": (96, 83),
 }
 
 

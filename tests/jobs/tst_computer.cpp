@@ -59,12 +59,21 @@ void TestComputer::download()
             [&](const Dive &dive, const TidemarDiveHeader &header, const QList<DiveSample> &) {
                 numbers << header.diveNumber;
                 QVERIFY(!dive.lines.isEmpty());
+                QVERIFY(job->diveBytes() > 0);
             });
+    QList<int> listed;
+    connect(job, &VardaJob::finished, this, [&] {
+        for (const TidemarDiveHeader &header : job->headers())
+            listed << header.diveNumber;
+    });
+    QCOMPARE(job->unit(), VardaJob::Unit::Dives);
     JobSpy spy(job);
     ENDS_WELL(spy);
     qInfo() << numbers << spy.done << spy.total;
     QVERIFY(!numbers.isEmpty());
     QVERIFY(!numbers.contains(1));
+    for (const int number : std::as_const(numbers))
+        QVERIFY(listed.contains(number));
     JobSpy gone(m_computer->disconnectFromComputer());
     ENDS_WELL(gone);
     QCOMPARE(m_computer->state(), VardaComputer::Unconnected);

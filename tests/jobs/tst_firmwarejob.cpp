@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QtTest/qsignalspy.h>
 
+#include <chrono>
 #include <memory>
 
 #include <varda/vardacomputer.h>
@@ -54,6 +55,7 @@ private:
     std::unique_ptr<VardaComputer> m_computer;
     qint64 m_highest = 0;
     qint64 m_resumedAt = 0;
+    std::chrono::milliseconds m_elapsed{0};
 };
 
 FirmwareJob *TestFirmwareJob::upload(const QByteArray &image, bool force)
@@ -67,7 +69,10 @@ FirmwareJob *TestFirmwareJob::upload(const QByteArray &image, bool force)
                 QCOMPARE(total, size);
                 m_highest = done;
             });
-    connect(job, &VardaJob::finished, this, [this, job] { m_resumedAt = job->resumedAt(); });
+    connect(job, &VardaJob::finished, this, [this, job] {
+        m_resumedAt = job->resumedAt();
+        m_elapsed = job->elapsed();
+    });
     return job;
 }
 
@@ -91,6 +96,7 @@ void TestFirmwareJob::healthy()
     QCOMPARE(spy.value.toLongLong(), kSize);
     QCOMPARE(m_highest, kSize);
     QCOMPARE(m_resumedAt, 0);
+    QVERIFY(m_elapsed.count() > 0);
     QCOMPARE(Simulator::firmware(), bytes);
     ENDS_WELL(next);
     QVERIFY(lost.isEmpty());

@@ -51,6 +51,8 @@ class TestKnownDives : public LinkTest
 private Q_SLOTS:
     void threeHundred_data();
     void threeHundred();
+    void refusedLogbook();
+    void longOwner();
 };
 
 void TestKnownDives::threeHundred_data()
@@ -93,6 +95,35 @@ void TestKnownDives::threeHundred()
     QVERIFY(Simulator::frames().join(u' ').contains(u"2d01 "_s));
     QCOMPARE(Simulator::count(u"connected"_s), links);
     QCOMPARE(computer.mtu(), std::max(0, told));
+}
+
+/** What was too long for the system is asked for with fewer numbers. */
+void TestKnownDives::refusedLogbook()
+{
+    LOAD(Simulator::loadKnown(R"("dives":{"count":303,"samples":10},"mtu":23)"));
+    toldMtu = -1;
+    VardaComputer computer;
+    JobSpy spy(computer.readLogbook(numbersFrom(2, 300)));
+    ENDS_WELL(spy);
+    QList<int> numbers;
+    for (const auto &header : spy.value.value<QList<TidemarDiveHeader>>())
+        numbers << header.diveNumber;
+    QCOMPARE(numbers, (QList<int>{1, 302, 303}));
+    QCOMPARE(namedNumbers(), QList<int>{5});
+}
+
+/** Where the MTU is known, what does not fit into one write is not sent. */
+void TestKnownDives::longOwner()
+{
+    LOAD(Simulator::loadKnown(R"("owner":"Ada","mtu":23)"));
+    toldMtu = 23;
+    VardaComputer computer;
+    JobSpy spy(computer.writeOwner(u"Ada of Lovelace"_s));
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, VardaJob::Rejected);
+    QCOMPARE(spy.reason, VardaJob::Reason::TooLong);
+    JobSpy fits(computer.writeOwner(u"Ada of Love"_s));
+    ENDS_WELL(fits);
 }
 
 QTEST_MAIN(TestKnownDives)
