@@ -9,6 +9,7 @@
 #include <varda/dive.h>
 #include <varda/divesample.h>
 #include <varda/tidemardiveheader.h>
+#include <varda/vardaidentity.h>
 #include <varda/vardajob.h>
 
 /** Reads dives one after the other, each once and whole; value() is how many. */
@@ -22,6 +23,17 @@ public:
      */
     void setWanted(std::function<bool(const TidemarDiveHeader &)> wanted);
     /**
+     * Replaces the known numbers; call it before the headers are requested, for example when the
+     * computer is known (see computerRead()).
+     */
+    void setKnown(const QList<std::uint16_t> &known);
+    /**
+     * Checks whether the known numbers still mean the same dives, given the headers that came. If
+     * @p trusted returns false, all headers are requested, once. By default they are trusted. Call
+     * it before the job runs.
+     */
+    void setTrusted(std::function<bool(const QList<TidemarDiveHeader> &)> trusted);
+    /**
      * Dives that were damaged each time, or that the computer did not send when asked again. The
      * others are read, and error() is still NoError.
      */
@@ -32,11 +44,16 @@ public:
     [[nodiscard]] qint64 diveBytes() const;
 
 public Q_SLOTS:
-    /** Waits before the next dive, for example until storing has caught up; the link stays up. */
+    /**
+     * Waits before the headers and before the next dive, for example until storing has caught up;
+     * the link stays up.
+     */
     void pause();
     void resume();
 
 Q_SIGNALS:
+    /** What the computer is; comes once, before the headers are requested. */
+    void computerRead(const VardaIdentity &identity);
     /** The headers of the dives that will be read, the oldest first. */
     void headersRead(const QList<TidemarDiveHeader> &wanted);
     /** A whole dive; comes once for each. It was made from this header and these samples. */

@@ -64,6 +64,7 @@ public:
         LinkLost,     ///< the link was lost and could not be restored
         NoBluetooth,  ///< see reason()
         Cancelled,
+        NotStored, ///< what was read could not be kept; the text and the remedy give the reason
     };
     Q_ENUM(Error)
 
@@ -115,6 +116,7 @@ public:
         OtherComputer,   ///< InUse: another VardaComputer has it
         OtherSubscriber, ///< Repeated
         ConnectLimit,    ///< TimedOut: found, but not connected in time
+        StoreFailed,     ///< NotStored
     };
     Q_ENUM(Reason)
 
@@ -180,14 +182,17 @@ Q_SIGNALS:
 
 protected:
     /** For a job that is made of other jobs, such as a synchronisation; it is not queued itself. */
-    VardaJob();
+    explicit VardaJob(Unit unit = Unit::None);
     explicit VardaJob(VardaJobPrivate *priv); ///< takes ownership
     void setState(State state);
     void setProgress(qint64 done, qint64 total);
     /** Ends the job from the event loop; only the first call counts. */
     void finish(const QVariant &value);
-    /** Ends the job with @p text, or the reason's text if it is empty; the first call counts. */
-    void fail(Error error, Reason reason, const QString &text = {});
+    /**
+     * Ends the job with @p text and @p remedy, or the reason's own if they are empty; the first
+     * call counts.
+     */
+    void fail(Error error, Reason reason, const QString &text = {}, const QString &remedy = {});
     /** cancel() or abort() was called: end the other jobs, then call fail(Cancelled, …). */
     virtual void stop(bool atOnce);
 

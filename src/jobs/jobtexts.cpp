@@ -116,6 +116,8 @@ constexpr std::array kLines = {
     Line{Reason::ComputerDeleted,
          QT_TRANSLATE_NOOP("VardaJob", "%1: cancelled, because nobody needs it any more"), ""},
 
+    Line{Reason::StoreFailed, QT_TRANSLATE_NOOP("VardaJob", "%1: could not be stored"), ""},
+
     Line{Reason::Silent, QT_TRANSLATE_NOOP("VardaJob", "no computer found within %3 s"),
          QT_TRANSLATE_NOOP("VardaJob", "Is it switched on, in its Bluetooth mode and near?")},
     Line{Reason::ConnectLimit,

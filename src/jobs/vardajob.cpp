@@ -98,7 +98,10 @@ void VardaJobPrivate::report()
         alive->deleteLater();
 }
 
-VardaJob::VardaJob() : VardaJob(new VardaJobPrivate) { }
+VardaJob::VardaJob(Unit unit) : VardaJob(new VardaJobPrivate)
+{
+    d->unit = unit;
+}
 
 VardaJob::VardaJob(VardaJobPrivate *priv) : d(priv)
 {
@@ -133,7 +136,7 @@ QString VardaJob::errorText() const
 
 QString VardaJob::remedy() const
 {
-    return remedyOf(reason());
+    return d->m_state == Finished && !d->m_remedy.isEmpty() ? d->m_remedy : remedyOf(reason());
 }
 
 bool VardaJob::outcomeUnknown() const
@@ -226,7 +229,9 @@ void VardaJob::finish(const QVariant &value)
     d->end({}, value);
 }
 
-void VardaJob::fail(Error error, Reason reason, const QString &text)
+void VardaJob::fail(Error error, Reason reason, const QString &text, const QString &remedy)
 {
+    if (!d->isEnding())
+        d->m_remedy = remedy;
     d->endWith({error, reason}, text, {});
 }

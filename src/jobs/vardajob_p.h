@@ -64,6 +64,7 @@ private:
     bool m_isEnding = false;
     JobEnd m_end;
     QString m_text;
+    QString m_remedy;
     QVariant m_result;
     QElapsedTimer m_sinceProgress;
 };

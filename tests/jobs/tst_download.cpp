@@ -44,6 +44,8 @@ private Q_SLOTS:
     void linkLostWhilePaused();
     void wanted();
     void wantedNothing();
+    void knownOnceTheComputerIs();
+    void trusted();
     void smallMtu();
     void gasTablesOverASmallMtu();
     void logWithAPause_data();
@@ -266,6 +268,47 @@ void TestDownload::wantedNothing()
     QVERIFY(m_numbers.isEmpty());
     QCOMPARE(spy.done, 0);
     QCOMPARE(spy.total, 0);
+}
+
+void TestDownload::knownOnceTheComputerIs()
+{
+    LOAD(Simulator::loadKnown(R"("dives":{"count":5,"samples":20})"));
+    auto *const job = download();
+    QStringList read;
+    connect(job, &DownloadJob::computerRead, this, [&](const VardaIdentity &identity) {
+        read << identity.serialNumber;
+        job->pause();
+    });
+    JobSpy spy(job);
+    QTRY_COMPARE(job->state(), VardaJob::Paused);
+    QCOMPARE(requests(u"13"_s), QStringList());
+    job->setKnown({1, 2, 3});
+    job->resume();
+    ENDS_WELL(spy);
+    QCOMPARE(read, QStringList{u"00420017-3138510D-37373934"_s});
+    QCOMPARE(m_numbers, (QList<int>{4, 5}));
+    QVERIFY(requests(u"13"_s).constFirst().mid(18).startsWith("010002000300"_L1));
+}
+
+void TestDownload::trusted()
+{
+    LOAD(Simulator::loadKnown(R"("dives":{"count":5,"samples":20})"));
+    auto *const job = download({1, 2, 3});
+    QList<int> came;
+    job->setTrusted([&](const QList<TidemarDiveHeader> &headers) {
+        came << int(headers.size());
+        return false;
+    });
+    JobSpy spy(job);
+    ENDS_WELL(spy);
+    QCOMPARE(came, (QList<int>{2})); // not asked about all of them
+    QCOMPARE(m_numbers, (QList<int>{1, 2, 3, 4, 5}));
+    QCOMPARE(requests(u"13"_s).size(), 2);
+    auto *const again = download({1, 2, 3});
+    again->setTrusted([](const QList<TidemarDiveHeader> &) { return true; });
+    JobSpy known(again);
+    ENDS_WELL(known);
+    QCOMPARE(m_numbers, (QList<int>{4, 5}));
 }
 
 void TestDownload::smallMtu()

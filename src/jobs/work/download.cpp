@@ -51,13 +51,24 @@ void DownloadWork::goOnAfterComputer()
     } else {
         m_stage = Stage::Logbook;
         m_request = Requests::logbook(m_known);
+        if (job)
+            Q_EMIT job->computerRead(VardaJobPrivate::of(*job).engine->identity());
     }
+}
+
+bool DownloadWork::isHeld() const
+{
+    return held && (m_stage == Stage::Logbook || (m_stage == Stage::Dives && !m_left.isEmpty()));
 }
 
 void DownloadWork::onHeaders(const VardaSession &session)
 {
-    m_stage = Stage::Dives;
     headers = oldestFirst(session.diveHeaders());
+    if (const auto check = std::exchange(trusted, {}); check && !check(headers)) {
+        m_known.replace({});
+        return;
+    }
+    m_stage = Stage::Dives;
     for (const TidemarDiveHeader &header : std::as_const(headers)) {
         if (wanted ? wanted(header) : !m_known.contains(header.diveNumber))
             m_left.append(header);
@@ -148,6 +159,16 @@ DownloadJob::DownloadJob(VardaJobPrivate *job) : VardaJob(job)
 void DownloadJob::setWanted(std::function<bool(const TidemarDiveHeader &)> wanted)
 {
     workOf(VardaJobPrivate::of(*this))->wanted = std::move(wanted);
+}
+
+void DownloadJob::setKnown(const QList<std::uint16_t> &known)
+{
+    workOf(VardaJobPrivate::of(*this))->setKnown(known);
+}
+
+void DownloadJob::setTrusted(std::function<bool(const QList<TidemarDiveHeader> &)> trusted)
+{
+    workOf(VardaJobPrivate::of(*this))->trusted = std::move(trusted);
 }
 
 QList<std::uint16_t> DownloadJob::damaged() const

@@ -20,11 +20,14 @@ public:
     void done(VardaSession &session, Exchange &exchange) override;
     bool failed(const JobEnd &end) override;
     void interrupted(const JobEnd &end, const Exchange &exchange) override;
-    bool isHeld() const override { return held && m_stage == Stage::Dives && !m_left.isEmpty(); }
+    bool isHeld() const override;
     QVariant result() override { return m_read; }
 
+    void setKnown(const QList<std::uint16_t> &known) { m_known.replace(known); }
+
     QPointer<DownloadJob> job;
-    std::function<bool(const TidemarDiveHeader &)> wanted; ///< none: what is not known
+    std::function<bool(const TidemarDiveHeader &)> wanted;         ///< none: what is not known
+    std::function<bool(const QList<TidemarDiveHeader> &)> trusted; ///< none: always
     QList<std::uint16_t> damaged;
     QList<TidemarDiveHeader> headers;
     bool held = false;

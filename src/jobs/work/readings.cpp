@@ -202,8 +202,9 @@ Request Requests::logbook(const KnownDives &known)
     return request;
 }
 
-KnownDives::KnownDives(QList<std::uint16_t> numbers) : m_sorted(std::move(numbers))
+void KnownDives::replace(QList<std::uint16_t> numbers)
 {
+    m_sorted = std::move(numbers);
     std::sort(m_sorted.begin(), m_sorted.end());
     m_sorted.erase(std::unique(m_sorted.begin(), m_sorted.end()), m_sorted.end());
 }

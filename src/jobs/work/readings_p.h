@@ -42,7 +42,8 @@ private:
 class KnownDives
 {
 public:
-    explicit KnownDives(QList<std::uint16_t> numbers);
+    explicit KnownDives(const QList<std::uint16_t> &numbers) { replace(numbers); }
+    void replace(QList<std::uint16_t> numbers);
 
     [[nodiscard]] bool contains(std::uint16_t number) const;
     /** The newest that one write carries over a link of that MTU; 0 or less: not known. */

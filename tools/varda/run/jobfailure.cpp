@@ -13,6 +13,7 @@ ExitCode exitCodeOf(VardaJob::Error error)
     case VardaJob::Refused:
     case VardaJob::Damaged:
     case VardaJob::Repeated:
+    case VardaJob::NotStored:
         return ExitCode::JobFailed;
     case VardaJob::Ambiguous:
         return ExitCode::UsageError;
