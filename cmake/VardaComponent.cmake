@@ -1,13 +1,14 @@
 # SPDX-License-Identifier: MIT
 # Libraries beside the core, each a component of its own: find_package(Varda COMPONENTS Profile).
 
-# varda_add_component(NAME SOURCE... QT MODULE...): the library Varda::NAME, from the sources of
-# this folder and its public headers in include/varda.
+# varda_add_component(NAME SOURCE... QT MODULE... [PRIVATE_QT MODULE...]): the library Varda::NAME,
+# from the sources of this folder and its public headers in include/varda. An application needs
+# what is private only to link a static one.
 function(varda_add_component name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" QT)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "QT;PRIVATE_QT")
     string(TOLOWER ${name} lower)
     string(TOUPPER ${name} upper)
-    find_package(Qt6 6.4 REQUIRED COMPONENTS ${arg_QT})
+    find_package(Qt6 6.4 REQUIRED COMPONENTS ${arg_QT} ${arg_PRIVATE_QT})
     file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/include/varda/*.h")
 
     set(target varda-${lower})
@@ -32,7 +33,8 @@ function(varda_add_component name)
         VARDA_${upper}_LIBRARY VARDA_VERSION="${PROJECT_VERSION}"
         QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS)
     list(TRANSFORM arg_QT PREPEND Qt6::)
-    target_link_libraries(${target} PUBLIC Varda::Varda ${arg_QT})
+    list(TRANSFORM arg_PRIVATE_QT PREPEND Qt6::)
+    target_link_libraries(${target} PUBLIC Varda::Varda ${arg_QT} PRIVATE ${arg_PRIVATE_QT})
     # The core's Bluetooth is no library that this one uses itself.
     if(VARDA_LINKS_as_needed)
         target_link_options(${target} PRIVATE LINKER:--as-needed)

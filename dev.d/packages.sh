@@ -10,6 +10,7 @@ ninja-build       Ninja
 pkg-config        pkg-config
 qt6-base-dev      Qt 6.4 or newer: Core, DBus, Test (development files)
 qt6-connectivity-dev  Qt Bluetooth (development files)
+libqt6sql6-sqlite Qt's SQLite driver, for the logbook
 libcli11-dev      CLI11 2 (header-only argument parser)
 dbus              dbus-daemon
 python3           Python 3
@@ -82,6 +83,7 @@ need_elsewhere() {
             qt6-base-dev) qt_has Core ;;
             qt6-connectivity-dev) qt_has Bluetooth ;;
             libxml2-utils) found xmllint ;;
+            libqt6sql6-sqlite) qt_has Sql ;;
             libcli11-dev) pkg-config --exists CLI11 2>/dev/null ;;
             dbus) found dbus-daemon ;;
             util-linux) found unshare && found flock ;;

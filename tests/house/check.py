@@ -34,8 +34,10 @@ PUBLIC = {
         "vardajob.h", "vardareply.h",
     },
 }
+# Libraries beside the core, with public headers of their own.
+BESIDE = ("formats", "logbook", "profile")
 # Outside the library: what includes <varda/...> only, and what not even that.
-GUESTS = ("formats", "profile", "qml", "tools", "apps")
+GUESTS = (*BESIDE, "qml", "tools", "apps")
 # Of these, what uses the records and what can be calculated from them, but no computer.
 RECORDS_ONLY = ("formats", "profile")
 CALCULATED = {"diveprofile.h"}
@@ -69,7 +71,7 @@ def room_of(path):
 
 def target_of(path, quote, name):
     """The file of this repository that an include means, None for the system's."""
-    places = [ROOT / folder for folder in ("include", "src", "formats/include", "profile/include")]
+    places = [ROOT / "include", ROOT / "src", *(ROOT / each / "include" for each in BESIDE)]
     if quote == '"':
         places.insert(0, path.parent)
     for place in places:

@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: MIT
+#include "dives_p.h"
+
+#include <varda/diveprofile.h>
+
+#include "columns_p.h"
+#include "computers_p.h"
+#include "database_p.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto kEntry = R"(id, computer, number, "begin", duration, greatestDepth, meanDepth,
+    lines, place, notes, hidden, stored)"_L1;
+
+QString places(qsizetype count)
+{
+    return QStringList(count, u"?"_s).join(u',');
+}
+
+/** The rows of @p table that belong to a dive; @p keys are the columns before the record's. */
+template <typename Record>
+void addRows(Database &database, QLatin1StringView table, const QStringList &keys,
+             const QVariantList &values, const QList<Record> &records)
+{
+    if (records.isEmpty())
+        return;
+    const QStringList columns = keys + QStringList(u"position"_s) + Columns::names<Record>();
+    QSqlQuery query = database.prepare(R"(INSERT INTO "%1" (%2) VALUES (%3))"_L1.arg(
+        table, columns.join(u','), places(columns.size())));
+    for (qsizetype i = 0; i < records.size(); ++i) {
+        QVariantList row = values;
+        row.append(i);
+        Columns::append(row, records.at(i));
+        database.run(query, row);
+    }
+}
+
+/** The lists of a dive that share a table are numbered in the order of their declaration. */
+template <typename Record>
+void addLists(Database &database, QLatin1StringView table, qint64 id,
+              const QList<const QList<Record> *> &lists)
+{
+    for (qsizetype i = 0; i < lists.size(); ++i)
+        addRows(database, table, {u"dive"_s, u"list"_s}, {id, i}, *lists.at(i));
+}
+
+template <typename Record>
+void addRecord(Database &database, QLatin1StringView table, qint64 id, const Record &record)
+{
+    const QStringList columns = QStringList(u"dive"_s) + Columns::names<Record>();
+    QVariantList values{id};
+    Columns::append(values, record);
+    database.run(R"(INSERT INTO "%1" (%2) VALUES (%3))"_L1.arg(table, columns.join(u','),
+                                                               places(columns.size())),
+                 values);
+}
+
+template <typename Record>
+QList<Record> readRows(Database &database, QLatin1StringView table, const QString &where,
+                       const QVariantList &values)
+{
+    QList<Record> records;
+    QSqlQuery query = database.run(R"(SELECT %1 FROM "%2" WHERE %3 ORDER BY position)"_L1.arg(
+                                       Columns::names<Record>().join(u','), table, where),
+                                   values);
+    while (database.next(query))
+        records.append(Columns::read<Record>(query, 0));
+    return records;
+}
+
+template <typename Record>
+QList<Record> readList(Database &database, QLatin1StringView table, qint64 id, int list)
+{
+    return readRows<Record>(database, table, u"dive = ? AND list = ?"_s, {id, list});
+}
+
+template <typename Record> Record readRecord(Database &database, QLatin1StringView table, qint64 id)
+{
+    QSqlQuery query = database.run(
+        R"(SELECT %1 FROM "%2" WHERE dive = ?)"_L1.arg(Columns::names<Record>().join(u','), table),
+        {id});
+    return database.next(query) ? Columns::read<Record>(query, 0) : Record();
+}
+
+LogbookEntry readEntry(const QSqlQuery &query)
+{
+    LogbookEntry entry;
+    int at = 0;
+    entry.id = query.value(at++).toLongLong();
+    entry.computer = query.value(at++).toLongLong();
+    entry.number = std::uint16_t(query.value(at++).toUInt());
+    entry.begin = std::uint64_t(query.value(at++).toLongLong());
+    entry.duration = query.value(at++).toDouble();
+    entry.greatestDepth = query.value(at++).toDouble();
+    entry.meanDepth = query.value(at++).toDouble();
+    entry.lines = query.value(at++).toInt();
+    entry.place = query.value(at++).toString();
+    entry.notes = query.value(at++).toString();
+    entry.hidden = query.value(at++).toBool();
+    entry.stored = timeFromText(query.value(at).toString());
+    return entry;
+}
+
+} // namespace
+
+LogbookStore::Added Dives::add(Database &database, qint64 computer, const LogbookDive &dive)
+{
+    const QVariantList identity{computer, qint64(dive.dive.diveNumber), qint64(dive.dive.stamp)};
+    const QVariant known = database.value(
+        uR"(SELECT id FROM dive WHERE computer = ? AND number = ? AND "begin" = ?)"_s, identity);
+    if (known.isValid())
+        return {known.toLongLong(), false};
+    const DiveProfile profile = DiveProfile::fromDive(dive.dive);
+    const QVariantList more{0,
+                            nowAsText(),
+                            profile.duration,
+                            profile.maximumDepth,
+                            profile.meanDepth,
+                            dive.dive.lines.size(),
+                            Columns::toColumn(dive.place),
+                            Columns::toColumn(dive.notes),
+                            dive.hidden};
+    const qint64 id =
+        database
+            .run(R"(INSERT INTO dive (computer, number, "begin", generation, stored, duration,
+                                   greatestDepth, meanDepth, lines, place, notes, hidden)
+                                   VALUES (%1))"_L1.arg(places(identity.size() + more.size())),
+                 identity + more)
+            .lastInsertId()
+            .toLongLong();
+    addRecord(database, "record"_L1, id, dive.dive);
+    addRecord(database, "header"_L1, id, dive.header);
+    addRows(database, "sample"_L1, {u"dive"_s}, {id}, dive.samples);
+    const Dive &all = dive.dive;
+    addLists<DiveLine>(database, "line"_L1, id,
+                       {&all.lines, &all.lines2, &all.lines3, &all.lines4});
+    addLists<DiveGas>(database, "gas"_L1, id, {&all.gases});
+    addLists<DiveMark>(database, "mark"_L1, id, {&all.marks, &all.marks2});
+    return {id, true};
+}
+
+QList<LogbookEntry> Dives::list(Database &database, const LogbookQuery &query)
+{
+    QStringList conditions{u"1"_s};
+    QVariantList values;
+    const auto add = [&](const QString &condition, const QVariant &value) {
+        conditions.append(condition);
+        values.append(value);
+    };
+    if (query.computer != 0)
+        add(u"computer = ?"_s, query.computer);
+    if (query.number)
+        add(u"number = ?"_s, qint64(*query.number));
+    if (query.since)
+        add(uR"("begin" >= ?)"_s, qint64(*query.since));
+    if (query.until)
+        add(uR"("begin" <= ?)"_s, qint64(*query.until));
+    if (!query.withHidden)
+        conditions.append(u"NOT hidden"_s);
+    QSqlQuery rows = database.run(R"(SELECT %1 FROM dive WHERE %2 ORDER BY "begin", id)"_L1.arg(
+                                      kEntry, conditions.join(" AND "_L1)),
+                                  values);
+    QList<LogbookEntry> entries;
+    while (database.next(rows))
+        entries.append(readEntry(rows));
+    return entries;
+}
+
+LogbookDive Dives::read(Database &database, qint64 id)
+{
+    QSqlQuery query = database.run("SELECT %1 FROM dive WHERE id = ?"_L1.arg(kEntry), {id});
+    if (!database.next(query))
+        throw logbookError(LogbookError::NoSuchDive);
+    LogbookDive dive;
+    static_cast<LogbookEntry &>(dive) = readEntry(query);
+    query.finish();
+    dive.dive = readRecord<Dive>(database, "record"_L1, id);
+    dive.header = readRecord<TidemarDiveHeader>(database, "header"_L1, id);
+    dive.samples = readRows<DiveSample>(database, "sample"_L1, u"dive = ?"_s, {id});
+    QList<DiveLine> *const lines[] = {&dive.dive.lines, &dive.dive.lines2, &dive.dive.lines3,
+                                      &dive.dive.lines4};
+    for (int i = 0; i < int(std::size(lines)); ++i)
+        *lines[i] = readList<DiveLine>(database, "line"_L1, id, i);
+    dive.dive.gases = readList<DiveGas>(database, "gas"_L1, id, 0);
+    dive.dive.marks = readList<DiveMark>(database, "mark"_L1, id, 0);
+    dive.dive.marks2 = readList<DiveMark>(database, "mark"_L1, id, 1);
+    return dive;
+}
+
+void Dives::set(Database &database, qint64 id, QLatin1StringView column, const QVariant &value)
+{
+    const QSqlQuery query = database.run("UPDATE dive SET %1 = ? WHERE id = ?"_L1.arg(column),
+                                         {value, id});
+    if (query.numRowsAffected() != 1)
+        throw logbookError(LogbookError::NoSuchDive);
+}

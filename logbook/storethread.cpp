@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "storethread_p.h"
+
+StoreThread::StoreThread() : m_worker(new QObject), m_desk(new QObject)
+{
+    m_thread.setObjectName(QStringLiteral("varda-logbook"));
+    m_worker->moveToThread(&m_thread);
+    QObject::connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
+    m_thread.start();
+}
+
+StoreThread::~StoreThread()
+{
+    m_closing = true;
+    QMetaObject::invokeMethod(
+        m_worker,
+        [this] {
+            m_database.reset();
+            m_thread.quit();
+        },
+        Qt::QueuedConnection);
+    m_thread.wait();
+    // After what has been posted to it.
+    m_desk->deleteLater();
+}
+
+void StoreThread::run(std::function<void()> work, std::function<void(const LogbookError &)> failed,
+                      const QObject *context, std::function<void()> ended)
+{
+    // Asked on its own thread only.
+    const QPointer<const QObject> alive(context);
+    auto deliver = [alive, ended = std::move(ended)] {
+        if (alive)
+            ended();
+    };
+    QMetaObject::invokeMethod(
+        m_worker,
+        [this, work = std::move(work), failed = std::move(failed), deliver = std::move(deliver)] {
+            try {
+                if (m_closing)
+                    throw logbookError(LogbookError::Closed);
+                work();
+            } catch (const LogbookError &error) {
+                failed(error);
+            }
+            QMetaObject::invokeMethod(m_desk, deliver, Qt::QueuedConnection);
+        },
+        Qt::QueuedConnection);
+}
+
+void StoreThread::post(std::function<void(Database &)> work, const QObject *context,
+                       const std::function<void(const LogbookError &)> &done)
+{
+    post<bool>(
+        [work = std::move(work)](Database &database) {
+            work(database);
+            return true;
+        },
+        context,
+        [done](const LogbookResult<bool> &result) {
+            if (done)
+                done(result.error);
+        });
+}
+
+void StoreThread::open(const QString &file, std::chrono::milliseconds busyLimit,
+                       const QObject *context,
+                       const std::function<void(const LogbookError &)> &done)
+{
+    auto result = std::make_shared<LogbookError>();
+    run(
+        [this, file, busyLimit] {
+            m_database.reset();
+            m_database = std::make_unique<Database>(file, busyLimit);
+        },
+        [result](const LogbookError &error) { *result = error; }, context,
+        [result, done] {
+            if (done)
+                done(*result);
+        });
+}
+
+void StoreThread::close(const QObject *context,
+                        const std::function<void(const LogbookError &)> &done)
+{
+    auto result = std::make_shared<LogbookError>();
+    run([this] { m_database.reset(); }, [result](const LogbookError &error) { *result = error; },
+        context,
+        [result, done] {
+            if (done)
+                done(*result);
+        });
+}
+
+Database &StoreThread::opened()
+{
+    if (!m_database)
+        throw logbookError(LogbookError::NotOpen);
+    return *m_database;
+}
