@@ -8,13 +8,14 @@ g++               a C++20 compiler (GCC 12 or Clang 14, or newer)
 cmake             CMake 3.25 or newer
 ninja-build       Ninja
 pkg-config        pkg-config
-qt6-base-dev      Qt 6.4 or newer: Core, DBus, Test (development files)
+qt6-base-dev      Qt 6.4 or newer: Core, DBus, Gui, Test (development files)
 qt6-connectivity-dev  Qt Bluetooth (development files)
 libqt6sql6-sqlite Qt's SQLite driver, for the logbook
 libcli11-dev      CLI11 2 (header-only argument parser)
 dbus              dbus-daemon
 python3           Python 3
 libxml2-utils     xmllint
+fonts-dejavu-core the font DejaVu Sans
 ccache            ccache (optional, makes the second build fast)
 "
 # One version on every machine: another formats otherwise and warns otherwise.
@@ -80,10 +81,11 @@ need_elsewhere() {
             '' | ccache) continue ;;
             g++) found c++ || found g++ || found clang++ ;;
             ninja-build) found ninja ;;
-            qt6-base-dev) qt_has Core ;;
+            qt6-base-dev) qt_has Core && qt_has Gui ;;
             qt6-connectivity-dev) qt_has Bluetooth ;;
             libxml2-utils) found xmllint ;;
             libqt6sql6-sqlite) qt_has Sql ;;
+            fonts-dejavu-core) fc-list 2>/dev/null | grep -q 'DejaVu Sans' ;;
             libcli11-dev) pkg-config --exists CLI11 2>/dev/null ;;
             dbus) found dbus-daemon ;;
             util-linux) found unshare && found flock ;;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Each library beside the core: its headers, its symbols and what it needs.
 #include <varda/csvformat.h>
+#include <varda/divepicture.h>
 #include <varda/jsonformat.h>
 #include <varda/logbookstore.h>
 #include <varda/syncjob.h>
@@ -34,5 +35,7 @@ int main(int argc, char **argv)
     if (!JsonFormat::write(&buffer, {Dive()}).error.isEmpty())
         return 1;
     buffer.seek(0);
-    return JsonFormat::read(&buffer).dives.size() == 1 ? 0 : 1;
+    if (JsonFormat::read(&buffer).dives.size() != 1)
+        return 1;
+    return DivePicture::profile(Dive()).toSvg().startsWith("<svg ") ? 0 : 1;
 }

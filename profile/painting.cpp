@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include "painting_p.h"
+
+#include <QtGui/qfont.h>
+#include <QtGui/qfontmetrics.h>
+
+namespace {
+
+class Brush
+{
+public:
+    Brush(QPainter &painter, const QString &family) : m_painter(painter)
+    {
+        if (!family.isEmpty())
+            m_font.setFamily(family);
+    }
+
+    void operator()(const Path &path) const
+    {
+        QPen pen(Qt::NoPen);
+        if (path.line.isValid()) {
+            pen = QPen(path.line, path.width, Qt::SolidLine,
+                       path.dashed ? Qt::FlatCap : Qt::RoundCap, Qt::RoundJoin);
+            // Qt counts in widths of the line.
+            if (path.dashed)
+                pen.setDashPattern({3 / path.width, 3 / path.width});
+        }
+        m_painter.setPen(pen);
+        m_painter.setBrush(path.fill.isValid() ? QBrush(path.fill) : QBrush(Qt::NoBrush));
+        const auto count = int(path.points.size());
+        if (path.fill.isValid())
+            m_painter.drawPolygon(path.points.constData(), count);
+        else
+            m_painter.drawPolyline(path.points.constData(), count);
+    }
+
+    void operator()(const Box &box) const
+    {
+        m_painter.setPen(Qt::NoPen);
+        m_painter.setBrush(box.fill);
+        m_painter.drawRoundedRect(box.place, box.radius, box.radius);
+    }
+
+    void operator()(const Dot &dot) const
+    {
+        m_painter.setPen(QPen(dot.line, 1.5));
+        m_painter.setBrush(dot.fill);
+        m_painter.drawEllipse(dot.centre, dot.radius, dot.radius);
+    }
+
+    void operator()(const Text &text) const
+    {
+        QFont font(m_font);
+        font.setPixelSize(text.size);
+        font.setBold(text.bold);
+        const double width = QFontMetricsF(font, m_painter.device()).horizontalAdvance(text.text);
+        QPointF at = text.at;
+        if (text.anchor == Text::Anchor::Middle)
+            at.rx() -= width / 2;
+        else if (text.anchor == Text::Anchor::End)
+            at.rx() -= width;
+        m_painter.setFont(font);
+        m_painter.setPen(text.colour);
+        m_painter.drawText(at, text.text);
+    }
+
+private:
+    QPainter &m_painter;
+    QFont m_font;
+};
+
+} // namespace
+
+void paintDrawing(QPainter &painter, const Drawing &drawing)
+{
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    const Brush brush(painter, drawing.fontFamily);
+    for (const auto &item : drawing.items)
+        std::visit(brush, item);
+}

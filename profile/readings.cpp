@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "readings_p.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double kDeepest = 1000;
+constexpr double kLongest = 1e6; // eleven days, in seconds
+constexpr double kColdest = -128;
+constexpr double kHottest = 127;
+
+bool isUsable(const DiveLine &line, double timeBefore)
+{
+    return std::abs(line.depth) <= kDeepest && line.time >= timeBefore && line.time <= kLongest;
+}
+
+bool isTemperature(const DiveLine &line)
+{
+    return line.aux1Value >= kColdest && line.aux1Value <= kHottest;
+}
+
+} // namespace
+
+Readings Readings::of(const Dive &dive)
+{
+    Dive usable;
+    usable.gases = dive.gases;
+    Readings readings;
+    double time = 0;
+    bool hasTemperature = false;
+    for (DiveLine line : dive.lines) {
+        if (!isUsable(line, time))
+            continue;
+        time = line.time;
+        // Gauges drift a little at the surface.
+        line.depth = std::max(line.depth, 0.0);
+        readings.depths.append({line.time, line.depth});
+        if (isTemperature(line)) {
+            readings.temperatures.append({line.time, line.aux1Value});
+            hasTemperature = hasTemperature || line.aux1Value != 0;
+        }
+        usable.lines.append(line);
+    }
+    if (!hasTemperature)
+        readings.temperatures.clear();
+    readings.profile = DiveProfile::fromDive(usable);
+    readings.profile.temperature.reset();
+    if (hasTemperature) {
+        const auto [lowest, highest] = std::minmax_element(
+            readings.temperatures.begin(), readings.temperatures.end(),
+            [](QPointF one, QPointF other) { return one.y() < other.y(); });
+        readings.profile.temperature = DiveProfile::TemperatureRange{lowest->y(), highest->y()};
+    }
+    return readings;
+}
+
+QList<QPointF> thinned(const QList<QPointF> &points)
+{
+    QList<QPointF> result;
+    qsizetype at = 0;
+    while (at < points.size()) {
+        const double column = std::floor(points[at].x());
+        qsizetype least = at;
+        qsizetype greatest = at;
+        for (; at < points.size() && std::floor(points[at].x()) <= column; ++at) {
+            if (points[at].y() < points[least].y())
+                least = at;
+            if (points[at].y() > points[greatest].y())
+                greatest = at;
+        }
+        result.append(points[std::min(least, greatest)]);
+        if (least != greatest)
+            result.append(points[std::max(least, greatest)]);
+    }
+    return result;
+}

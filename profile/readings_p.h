@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtCore/qlist.h>
+#include <QtCore/qpoint.h>
+
+#include <optional>
+
+#include <varda/dive.h>
+#include <varda/diveprofile.h>
+
+/** What of a dive can be drawn. */
+struct Readings {
+    QList<QPointF> depths;       ///< seconds and metres
+    QList<QPointF> temperatures; ///< seconds and degrees Celsius
+    DiveProfile profile;         ///< of the samples above
+
+    [[nodiscard]] static Readings of(const Dive &dive);
+};
+
+/**
+ * Of the points that share a column of pixels only the highest and the lowest, in their order; all
+ * points, if there are no more than two to a column.
+ *
+ * @param points  by rising x
+ */
+[[nodiscard]] QList<QPointF> thinned(const QList<QPointF> &points);
