@@ -24,8 +24,8 @@ Exchange::Exchange(ComputerLink *link)
         timer->setTimerType(Qt::PreciseTimer);
     }
     connect(m_quiet, &QTimer::timeout, this, [this] {
-        if (m_whenQuiet)
-            finish(*m_whenQuiet);
+        if (m_whenQuiet) // the rest may have shown what it was
+            finish(m_check ? damage().value_or(*m_whenQuiet) : *m_whenQuiet);
         else if (m_running) // nothing has acknowledged it
             finish({});
     });
