@@ -74,6 +74,8 @@ QImage DivePicture::toImage(double scale) const
     QImage image((size() * bounded).toSize(), QImage::Format_RGB32);
     if (image.isNull())
         return image;
+    // The picture covers the outer pixels in part only, if its scaled size is not whole.
+    image.fill(d->drawing.background);
     QPainter painter(&image);
     paint(&painter, image.rect());
     return image;

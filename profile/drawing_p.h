@@ -49,5 +49,6 @@ struct Drawing {
     QString title;
     QString description;
     QString fontFamily;
+    QColor background;
     std::vector<std::variant<Path, Box, Dot, Text>> items;
 };

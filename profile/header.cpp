@@ -48,8 +48,9 @@ Drawing emptyDrawing(const Dive &dive, const Readings &readings, const PictureOp
     drawing.title = titleOf(dive) + u", "_s + beginText(dive);
     drawing.description = descriptionOf(dive, readings, options.units);
     drawing.fontFamily = shown(options.fontFamily);
+    drawing.background = Style::of(options.theme).background;
     drawing.items.emplace_back(
-        Box{.place = QRectF(QPointF(0, 0), size), .fill = Style::of(options.theme).background});
+        Box{.place = QRectF(QPointF(0, 0), size), .fill = drawing.background});
     return drawing;
 }
 

@@ -17,6 +17,7 @@ private Q_SLOTS:
     void pixels_data();
     void pixels();
     void scaled();
+    void wholeBackground();
     void fitsIntoItsTarget();
     void pdf();
     void hostile();
@@ -108,6 +109,21 @@ void TestDivePicture::scaled()
     QCOMPARE(picture.toImage(-1).size(), QSize(96, 54));
     QCOMPARE(picture.toImage(1e300).size(), QSize(9600, 5400));
     QVERIFY(picture.toPng().startsWith("\x89PNG"));
+}
+
+/** Half of a sheet's 595 points is no whole number: the outer columns are only half covered. */
+void TestDivePicture::wholeBackground()
+{
+    for (const auto theme : {PictureOptions::Theme::Light, PictureOptions::Theme::Dark}) {
+        const DivePicture sheet = DivePicture::sheet(shallowDive(), optionsOf(theme));
+        const QImage image = sheet.toImage(0.5);
+        const QRgb background = sheet.toImage().pixel(4, 4);
+        QCOMPARE(image.size(), QSize(298, 421));
+        for (int y = 0; y < image.height(); ++y) {
+            QCOMPARE(image.pixel(0, y), background);
+            QCOMPARE(image.pixel(297, y), background);
+        }
+    }
 }
 
 void TestDivePicture::fitsIntoItsTarget()
