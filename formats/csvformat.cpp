@@ -119,7 +119,7 @@ QByteArray summaryRow(const Dive &dive)
                profile.temperature ? numberOrEmpty(profile.temperature->highest) : QString(),
                QString::number(dive.sampleInterval),
                dive.kindByte == 0 ? u"open"_s : u"closed"_s,
-               gases.join(u"; "_s)};
+               harmless(gases.join(u"; "_s))};
     return row(fields);
 }
 
@@ -136,7 +136,7 @@ QByteArray sampleRows(const Dive &dive)
         if (line.gasIndex >= 0 && line.gasIndex < dive.gases.size()) {
             const DiveGas &gas = dive.gases[line.gasIndex];
             fields += {
-                QString::number(line.gasIndex + 1), DiveProfile::gasName(gas),
+                QString::number(line.gasIndex + 1), harmless(DiveProfile::gasName(gas)),
                 numberOrEmpty(double(gas.oxygen)).isEmpty() ? QString() : decimals(gas.oxygen),
                 numberOrEmpty(double(gas.helium)).isEmpty() ? QString() : decimals(gas.helium),
                 numberOrEmpty(double(gas.nitrogen)).isEmpty() ? QString() : decimals(gas.nitrogen)};

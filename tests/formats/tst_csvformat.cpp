@@ -16,6 +16,7 @@ private Q_SLOTS:
     void hostile();
     void formulas_data();
     void formulas();
+    void mixesAsFormulas();
     void diskFull();
     void savedBySpreadsheet();
     void refuses_data();
@@ -185,6 +186,22 @@ void TestCsvFormat::formulas()
     const QByteArray text = written(CsvFormat::writeSummary, {dive});
     QVERIFY2(text.contains(field), text.constData());
     QCOMPARE(readBack(text).dives.value(0).ownerName, owner);
+}
+
+/** A computer can claim a mix whose name begins like a formula. */
+void TestCsvFormat::mixesAsFormulas()
+{
+    Dive dive = smallDive();
+    dive.gases.resize(1);
+    dive.gases[0].oxygen = -0.05F;
+    dive.gases[0].helium = 0.3F;
+    for (DiveLine &line : dive.lines)
+        line.gasIndex = 0;
+    const QByteArray summary = written(CsvFormat::writeSummary, {dive});
+    QVERIFY2(summary.contains(",'-5/30\r\n"), summary.constData());
+    const QByteArray samples = written(CsvFormat::writeSamples, {dive});
+    QVERIFY2(samples.contains(",1,'-5/30,-0.05,0.3,"), samples.constData());
+    QVERIFY2(!samples.contains(",-5/30"), samples.constData());
 }
 
 void TestCsvFormat::diskFull()
