@@ -281,10 +281,10 @@ LogbookError Database::errorOf(const QSqlError &error) const
     return logbookError(kind, m_file, said.isEmpty() ? error.driverText() : said);
 }
 
-Transaction::Transaction(Database &database) : m_database(database)
+Transaction::Transaction(Database &database, Kind kind) : m_database(database)
 {
     // At once: a lock that is asked for only at the first write could not be waited for.
-    database.run(u"BEGIN IMMEDIATE"_s);
+    database.run(kind == Read ? u"BEGIN DEFERRED"_s : u"BEGIN IMMEDIATE"_s);
 }
 
 Transaction::~Transaction()

@@ -47,11 +47,16 @@ private:
     QSqlDatabase m_database;
 };
 
-/** All or nothing: what is not committed is undone. */
+/**
+ * All or nothing: what is not committed is undone. One that only reads sees the file as it is at
+ * its first statement, and stops nobody from writing.
+ */
 class Transaction
 {
 public:
-    explicit Transaction(Database &database);
+    enum Kind { Write, Read };
+
+    explicit Transaction(Database &database, Kind kind = Write);
     ~Transaction();
     Q_DISABLE_COPY_MOVE(Transaction)
 

@@ -81,7 +81,9 @@ template <typename Record> Record readRecord(Database &database, QLatin1StringVi
     QSqlQuery query = database.run(
         R"(SELECT %1 FROM "%2" WHERE dive = ?)"_L1.arg(Columns::names<Record>().join(u','), table),
         {id});
-    return database.next(query) ? Columns::read<Record>(query, 0) : Record();
+    if (!database.next(query))
+        throw logbookError(LogbookError::Damaged, database.file());
+    return Columns::read<Record>(query, 0);
 }
 
 LogbookEntry readEntry(const QSqlQuery &query)
@@ -183,6 +185,8 @@ LogbookDive Dives::read(Database &database, qint64 id)
                                       &dive.dive.lines4};
     for (int i = 0; i < int(std::size(lines)); ++i)
         *lines[i] = readList<DiveLine>(database, "line"_L1, id, i);
+    if (dive.dive.lines.size() != dive.lines)
+        throw logbookError(LogbookError::Damaged, database.file());
     dive.dive.gases = readList<DiveGas>(database, "gas"_L1, id, 0);
     dive.dive.marks = readList<DiveMark>(database, "mark"_L1, id, 0);
     dive.dive.marks2 = readList<DiveMark>(database, "mark"_L1, id, 1);

@@ -73,8 +73,12 @@ void LogbookStore::dives(const LogbookQuery &query, const QObject *context,
 
 void LogbookStore::dive(qint64 id, const QObject *context, const Callback<LogbookDive> &callback)
 {
-    d->thread.post<LogbookDive>([id](Database &database) { return Dives::read(database, id); },
-                                context, callback);
+    d->thread.post<LogbookDive>(
+        [id](Database &database) {
+            const Transaction transaction(database, Transaction::Read);
+            return Dives::read(database, id);
+        },
+        context, callback);
 }
 
 void LogbookStore::addDive(const LogbookComputer &computer, const LogbookDive &dive,

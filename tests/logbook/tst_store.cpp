@@ -98,6 +98,9 @@ private Q_SLOTS:
     void firstSchema();
     void schemaIsTheFirst();
     void damaged();
+    void incomplete_data();
+    void incomplete();
+    void readAtOneMoment();
     void noSuchFolder();
     void notOpen();
     void otherFile();
@@ -491,6 +494,62 @@ void TestStore::damaged()
     QCOMPARE(store.dive(first + 1).error.kind, LogbookError::Damaged);
     // The others are still there.
     WORKS(store.dive(first).error);
+}
+
+void TestStore::incomplete_data()
+{
+    QTest::addColumn<QString>("sql");
+    QTest::newRow("record") << u"DELETE FROM record"_s;
+    QTest::newRow("header") << u"DELETE FROM header"_s;
+    QTest::newRow("a line") << u"DELETE FROM line WHERE position = 1"_s;
+}
+
+/** A dive of which a part is missing is no dive with less in it. */
+void TestStore::incomplete()
+{
+    QFETCH(const QString, sql);
+    Store store;
+    WORKS(store.open(file()));
+    LogbookDive made = dive(1, 100);
+    made.dive.lines.resize(3);
+    const qint64 id = store.add(computer(u"A"_s), made).value.id;
+    WORKS(store.dive(id).error);
+    Sqlite(file()).run(sql);
+    const LogbookError error = store.dive(id).error;
+    QCOMPARE(error.kind, LogbookError::Damaged);
+    QCOMPARE(error.text, file() + u": the file is damaged"_s);
+}
+
+/** What another program writes between two tables of a dive is not mixed with it. */
+void TestStore::readAtOneMoment()
+{
+    Store store;
+    WORKS(store.open(file()));
+    LogbookDive made = dive(1, 100);
+    made.dive.lines.resize(200);
+    const qint64 id = store.add(computer(u"A"_s), made).value.id;
+    Sqlite other(file());
+    other.run(u"PRAGMA synchronous = OFF"_s);
+    constexpr int kTimes = 300;
+    int ends = 0;
+    QStringList errors;
+    for (int i = 0; i < kTimes; ++i) {
+        store.store.dive(id, this, [&](const LogbookResult<LogbookDive> &read) {
+            ++ends;
+            if (read.error || read.value.lines != read.value.dive.lines.size())
+                errors << u"%1 of %2: %3"_s.arg(read.value.dive.lines.size())
+                              .arg(read.value.lines)
+                              .arg(read.error.text);
+        });
+    }
+    while (ends < kTimes) {
+        other.run(u"BEGIN IMMEDIATE"_s);
+        other.run(u"UPDATE line SET list = 3 - list WHERE position = 199"_s);
+        other.run(u"UPDATE dive SET lines = 399 - lines"_s);
+        other.run(u"COMMIT"_s);
+        QCoreApplication::processEvents();
+    }
+    QCOMPARE(errors, QStringList());
 }
 
 void TestStore::noSuchFolder()
