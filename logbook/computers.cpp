@@ -3,6 +3,7 @@
 
 #include "columns_p.h"
 #include "database_p.h"
+#include "dives_p.h"
 
 using namespace Qt::StringLiterals;
 
@@ -36,6 +37,10 @@ void join(Database &database, qint64 old, qint64 id)
         database.run(u"UPDATE dive SET hidden = max(hidden, (SELECT hidden FROM dive "
                      u"WHERE id = ?)) WHERE id = ?"_s,
                      {from, to});
+        const qint64 kept = to.toLongLong();
+        const qint64 other = from.toLongLong();
+        if (Dives::isDownloaded(database, other) && !Dives::isDownloaded(database, kept))
+            Dives::replace(database, kept, Dives::read(database, other));
         database.run(u"DELETE FROM dive WHERE id = ?"_s, {from});
     }
     database.run(u"UPDATE dive SET computer = ?, generation = 0 WHERE computer = ?"_s, {id, old});

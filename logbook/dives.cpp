@@ -105,15 +105,41 @@ LogbookEntry readEntry(const QSqlQuery &query)
     return entry;
 }
 
+QVariantList identityOf(qint64 computer, const Dive &dive)
+{
+    return {computer, qint64(dive.diveNumber), qint64(dive.stamp)};
+}
+
+/** 0 if there is none. */
+qint64 find(Database &database, const QVariantList &identity)
+{
+    return database
+        .value(uR"(SELECT id FROM dive WHERE computer = ? AND number = ? AND "begin" = ?)"_s,
+               identity)
+        .toLongLong();
+}
+
+/** What is in tables of its own. */
+void addParts(Database &database, qint64 id, const LogbookDive &dive)
+{
+    addRecord(database, "record"_L1, id, dive.dive);
+    addRecord(database, "header"_L1, id, dive.header);
+    addRows(database, "sample"_L1, {u"dive"_s}, {id}, dive.samples);
+    const Dive &all = dive.dive;
+    addLists<DiveLine>(database, "line"_L1, id,
+                       {&all.lines, &all.lines2, &all.lines3, &all.lines4});
+    addLists<DiveGas>(database, "gas"_L1, id, {&all.gases});
+    addLists<DiveMark>(database, "mark"_L1, id, {&all.marks, &all.marks2});
+}
+
 } // namespace
 
 LogbookStore::Added Dives::add(Database &database, qint64 computer, const LogbookDive &dive)
 {
-    const QVariantList identity{computer, qint64(dive.dive.diveNumber), qint64(dive.dive.stamp)};
-    const QVariant known = database.value(
-        uR"(SELECT id FROM dive WHERE computer = ? AND number = ? AND "begin" = ?)"_s, identity);
-    if (known.isValid())
-        return {known.toLongLong(), false};
+    const QVariantList identity = identityOf(computer, dive.dive);
+    const qint64 known = find(database, identity);
+    if (known != 0)
+        return {known, false};
     const DiveProfile profile = DiveProfile::fromDive(dive.dive);
     const QVariantList more{0,
                             nowAsText(),
@@ -132,15 +158,37 @@ LogbookStore::Added Dives::add(Database &database, qint64 computer, const Logboo
                  identity + more)
             .lastInsertId()
             .toLongLong();
-    addRecord(database, "record"_L1, id, dive.dive);
-    addRecord(database, "header"_L1, id, dive.header);
-    addRows(database, "sample"_L1, {u"dive"_s}, {id}, dive.samples);
-    const Dive &all = dive.dive;
-    addLists<DiveLine>(database, "line"_L1, id,
-                       {&all.lines, &all.lines2, &all.lines3, &all.lines4});
-    addLists<DiveGas>(database, "gas"_L1, id, {&all.gases});
-    addLists<DiveMark>(database, "mark"_L1, id, {&all.marks, &all.marks2});
+    addParts(database, id, dive);
     return {id, true};
+}
+
+LogbookStore::Added Dives::addDownloaded(Database &database, qint64 computer,
+                                         const LogbookDive &dive)
+{
+    const LogbookStore::Added added = add(database, computer, dive);
+    if (added.isNew || isDownloaded(database, added.id))
+        return added;
+    replace(database, added.id, dive);
+    return {added.id, true};
+}
+
+bool Dives::isDownloaded(Database &database, qint64 id)
+{
+    return database.value("SELECT 1 FROM dive WHERE id = ? AND "_L1 + kIsDownloaded, {id})
+        .isValid();
+}
+
+void Dives::replace(Database &database, qint64 id, const LogbookDive &dive)
+{
+    for (const QLatin1StringView table :
+         {"record"_L1, "header"_L1, "sample"_L1, "line"_L1, "gas"_L1, "mark"_L1})
+        database.run(R"(DELETE FROM "%1" WHERE dive = ?)"_L1.arg(table), {id});
+    const DiveProfile profile = DiveProfile::fromDive(dive.dive);
+    database.run(
+        u"UPDATE dive SET duration = ?, greatestDepth = ?, meanDepth = ?, lines = ? "
+        u"WHERE id = ?"_s,
+        {profile.duration, profile.maximumDepth, profile.meanDepth, dive.dive.lines.size(), id});
+    addParts(database, id, dive);
 }
 
 QList<LogbookEntry> Dives::list(Database &database, const LogbookQuery &query)

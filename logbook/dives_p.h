@@ -12,8 +12,21 @@ class Database;
 /** Dives in the store. What changes them wants a transaction. */
 namespace Dives {
 
+/**
+ * Holds for a dive that was read from its computer: its header names it. One from a file has no
+ * header.
+ */
+constexpr QLatin1StringView kIsDownloaded(R"(EXISTS (SELECT 1 FROM header
+    WHERE header.dive = dive.id
+    AND header.diveNumber = dive.number AND header.stamp = dive."begin"))");
+
 /** Adds it to this computer, unless it is there already, and then it is left as it is. */
 LogbookStore::Added add(Database &database, qint64 computer, const LogbookDive &dive);
+/** The same, but takes the place of one that is from a file; this counts as new. */
+LogbookStore::Added addDownloaded(Database &database, qint64 computer, const LogbookDive &dive);
+[[nodiscard]] bool isDownloaded(Database &database, qint64 id);
+/** Keeps the id and what the diver has added. */
+void replace(Database &database, qint64 id, const LogbookDive &dive);
 [[nodiscard]] QList<LogbookEntry> list(Database &database, const LogbookQuery &query);
 /** The whole dive, or Damaged. It wants a transaction, for its parts are in several tables. */
 [[nodiscard]] LogbookDive read(Database &database, qint64 id);

@@ -27,12 +27,15 @@ Synchronisation::Start Synchronisation::start(Database &database, const VardaIde
     Transaction transaction(database);
     Start start;
     start.computer = Computers::identify(database, identity, address, name);
-    start.stored = keys(database, uR"(SELECT number, "begin" FROM dive WHERE computer = ?)"_s,
+    start.stored = keys(database,
+                        R"(SELECT number, "begin" FROM dive WHERE computer = ? AND )"_L1
+                            + Dives::kIsDownloaded,
                         start.computer);
-    start.current = keys(database, uR"(SELECT number, "begin" FROM dive JOIN computer
+    start.current = keys(database,
+                         R"(SELECT number, "begin" FROM dive JOIN computer
                             ON computer.id = dive.computer WHERE computer = ?
                             AND dive.generation = computer.generation AND dive.generation > 0
-                            ORDER BY number, dive.id)"_s,
+                            AND %1 ORDER BY number, dive.id)"_L1.arg(Dives::kIsDownloaded),
                          start.computer);
     transaction.commit();
     return start;
@@ -56,7 +59,7 @@ LogbookStore::Added Synchronisation::add(Database &database, qint64 computer,
                                          const LogbookDive &dive)
 {
     Transaction transaction(database);
-    const LogbookStore::Added added = Dives::add(database, computer, dive);
+    const LogbookStore::Added added = Dives::addDownloaded(database, computer, dive);
     database.run(u"UPDATE dive SET generation = (SELECT generation FROM computer "
                  u"WHERE id = dive.computer) WHERE id = ?"_s,
                  {added.id});

@@ -24,7 +24,7 @@ using DiveKey = std::pair<std::uint16_t, std::uint64_t>; ///< number and begin
 
 struct Start {
     qint64 computer = 0;
-    QList<DiveKey> stored;  ///< all dives of this computer
+    QList<DiveKey> stored;  ///< all dives that were read from this computer
     QList<DiveKey> current; ///< those of the generation, in the order of their numbers
 };
 

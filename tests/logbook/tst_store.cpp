@@ -88,6 +88,7 @@ private Q_SLOTS:
     void numberUnknownBetween();
     void numberUnreadableLater();
     void joinedWithNotes();
+    void joinedWithImported();
     void whatTheDiverAdds();
     void query();
     void empty();
@@ -314,6 +315,27 @@ void TestStore::joinedWithNotes()
     QCOMPARE(dives.at(0).notes, u"cold\ndeep"_s);
     QVERIFY(dives.at(0).hidden);
     QCOMPARE(dives.at(1).place, u"Sea"_s);
+}
+
+/** What a computer without a serial number gave is better than a copy from a file. */
+void TestStore::joinedWithImported()
+{
+    Store store;
+    WORKS(store.open(file()));
+    const qint64 id = store.add(computer(u"A"_s, u"00:01"_s), dive(1, 100, u"Lake"_s)).value.id;
+    LogbookDive whole = dive(1, 100);
+    whole.header.diveNumber = 1;
+    whole.header.stamp = 100;
+    whole.samples.resize(4);
+    whole.dive.lines.resize(4);
+    WORKS(store.add(computer({}, u"00:02"_s), whole).error);
+    WORKS(store.add(computer(u"A"_s, u"00:02"_s), dive(2, 200)).error);
+    const LogbookDive read = store.dive(id).value;
+    QCOMPARE(read.place, u"Lake"_s);
+    QCOMPARE(read.samples.size(), 4);
+    QCOMPARE(read.lines, 4);
+    QCOMPARE(store.names(), (QStringList{u"1@100"_s, u"2@200"_s}));
+    WORKS(store.check());
 }
 
 void TestStore::whatTheDiverAdds()

@@ -69,6 +69,8 @@ private Q_SLOTS:
     void init();
     void firstTime();
     void secondTime();
+    void imported();
+    void importedCancelled();
     void startedAgain_data();
     void startedAgain();
     void startedAgainKnownNumbers();
@@ -186,6 +188,8 @@ void TestSync::secondTime()
         stored.dive.serialNumber = u"00420017-3138510D-37373934"_s;
         stored.dive.diveNumber = std::uint16_t(number);
         stored.dive.stamp = 1000U * unsigned(number);
+        stored.header.diveNumber = stored.dive.diveNumber;
+        stored.header.stamp = stored.dive.stamp;
         WORKS(store.add({}, stored).error);
     }
     LOAD(Simulator::loadKnown(dives(some)));
@@ -206,6 +210,66 @@ void TestSync::secondTime()
     QCOMPARE(told.size(), 59);
     QCOMPARE(told.constLast(), 204);
     QCOMPARE(store.names().size(), 205);
+}
+
+/** A copy from a file, without samples, does not stand for the dive. */
+void TestSync::imported()
+{
+    Store store;
+    WORKS(store.open(file()));
+    LogbookDive copy;
+    copy.dive.serialNumber = u"00420017-3138510D-37373934"_s;
+    copy.dive.diveNumber = 2;
+    copy.dive.stamp = 200;
+    copy.dive.ownerName = u"from a file"_s;
+    copy.dive.lines.resize(1);
+    copy.place = u"Lake"_s;
+    copy.notes = u"cold"_s;
+    copy.hidden = true;
+    const qint64 id = store.add({}, copy).value.id;
+    LOAD(Simulator::loadKnown(dives({{1, 100}, {2, 200}, {3, 300}})));
+    SYNCHRONISE(store, 3, 0);
+    const LogbookDive read = store.dive(id).value;
+    QCOMPARE(int(read.number), 2);
+    QCOMPARE(read.header.diveNumber, 2);
+    QCOMPARE(read.samples.size(), 10);
+    QCOMPARE(read.dive.lines.size(), 10);
+    QCOMPARE(read.lines, 10);
+    QVERIFY(read.duration > 0);
+    QVERIFY(read.dive.ownerName != u"from a file"_s);
+    QCOMPARE(read.place, u"Lake"_s);
+    QCOMPARE(read.notes, u"cold"_s);
+    QVERIFY(read.hidden);
+    QCOMPARE(store.names({.withHidden = true}), (QStringList{u"1@100"_s, u"2@200"_s, u"3@300"_s}));
+    WORKS(store.check());
+    // Neither another synchronisation nor another import changes it.
+    LOAD(Simulator::loadKnown(dives({{1, 100}, {2, 200}, {3, 300}})));
+    SYNCHRONISE(store, 0, 3);
+    QCOMPARE(codes().count(kSamples), 0);
+    QVERIFY(!store.add({}, copy).value.isNew);
+    QCOMPARE(store.dive(id).value.samples.size(), 10);
+}
+
+/** The computer has shown a copy's dive, but the dive has not arrived. */
+void TestSync::importedCancelled()
+{
+    Store store;
+    WORKS(store.open(file()));
+    LogbookDive copy;
+    copy.dive.serialNumber = u"00420017-3138510D-37373934"_s;
+    copy.dive.diveNumber = 2;
+    copy.dive.stamp = 200;
+    const qint64 id = store.add({}, copy).value.id;
+    const QList<std::pair<int, int>> some{{1, 100}, {2, 200}, {3, 300}};
+    LOAD(Simulator::loadKnown(
+        dives(some, R"("faults":[{"step":"answer","command":"Fullsamples","nth":2,"times":4,)"
+                    R"("kind":"wrongCrc"}],)")));
+    SYNCHRONISE(store, 2, 0);
+    QVERIFY(store.dive(id).value.samples.isEmpty());
+    LOAD(Simulator::loadKnown(dives(some)));
+    SYNCHRONISE(store, 1, 2);
+    QCOMPARE(numbersIn(kSamples), QList<QList<int>>{{2}});
+    QCOMPARE(store.dive(id).value.samples.size(), 10);
 }
 
 void TestSync::startedAgain_data()

@@ -78,6 +78,10 @@ public:
      * Adds a dive that comes from elsewhere, such as a file. Its computer is @p computer, or the
      * one of Dive::serialNumber if @p computer has neither serial number nor address. A dive that
      * is there already is left as it is. LogbookEntry::number and begin are taken from the Dive.
+     *
+     * If LogbookDive::header is not that of the dive, with its number and begin, this is a copy:
+     * the next synchronisation reads the dive from its computer, if that still has it. Then the
+     * copy gets all that the computer says, and keeps its id, place and notes, and stays hidden.
      */
     void addDive(const LogbookComputer &computer, const LogbookDive &dive, const QObject *context,
                  const Callback<Added> &callback);

@@ -36,7 +36,7 @@ public:
     [[nodiscard]] qint64 computerId() const;
     /** Dives that this job has stored. */
     [[nodiscard]] int added() const;
-    /** Dives of this computer that were stored before, with hidden ones. */
+    /** Dives that were read from this computer before, with hidden ones. */
     [[nodiscard]] int known() const;
     /** Dives that could not be read; the next synchronisation asks for them again. */
     [[nodiscard]] QList<std::uint16_t> damaged() const;
@@ -67,7 +67,8 @@ private:
  * do; the store and the computer may be deleted before it. Both must be used on the same thread.
  *
  * What the computer has beyond the store is decided by each header: a dive is read if its number is
- * new, or if it is stored with another begin only. The computer is told the numbers that it had at
+ * new, or if it is stored with another begin only, or if only a copy from a file is stored, which it
+ * replaces (LogbookStore::addDive()). The computer is told the numbers that it had at
  * the last synchronisation, except the newest: if that one does not come back with the same begin,
  * the numbers have started again, and all headers are requested.
  */
