@@ -119,6 +119,18 @@ qint64 find(Database &database, const QVariantList &identity)
         .toLongLong();
 }
 
+/** A dive with this number whose begin is no time in this century; 0 if there is none. */
+qint64 findUnknownBegin(Database &database, qint64 computer, std::uint16_t number)
+{
+    constexpr qint64 kEarliest = 946'684'800; // 2000-01-01
+    constexpr qint64 kLatest = 4'102'444'800; // 2100-01-01
+    return database
+        .value(uR"(SELECT id FROM dive WHERE computer = ? AND number = ?
+            AND ("begin" < ? OR "begin" >= ?) ORDER BY id)"_s,
+               {computer, qint64(number), kEarliest, kLatest})
+        .toLongLong();
+}
+
 /** What is in tables of its own. */
 void addParts(Database &database, qint64 id, const LogbookDive &dive)
 {
@@ -160,6 +172,16 @@ LogbookStore::Added Dives::add(Database &database, qint64 computer, const Logboo
             .toLongLong();
     addParts(database, id, dive);
     return {id, true};
+}
+
+LogbookStore::Added Dives::addImported(Database &database, qint64 computer, const LogbookDive &dive)
+{
+    if (dive.dive.stamp == 0) {
+        const qint64 known = findUnknownBegin(database, computer, dive.dive.diveNumber);
+        if (known != 0)
+            return {known, false};
+    }
+    return add(database, computer, dive);
 }
 
 LogbookStore::Added Dives::addDownloaded(Database &database, qint64 computer,
@@ -235,6 +257,12 @@ LogbookDive Dives::read(Database &database, qint64 id)
         *lines[i] = readList<DiveLine>(database, "line"_L1, id, i);
     if (dive.dive.lines.size() != dive.lines)
         throw logbookError(LogbookError::Damaged, database.file());
+    // Over a small MTU it had not arrived.
+    if (dive.dive.serialNumber.isEmpty())
+        dive.dive.serialNumber = database
+                                     .value(u"SELECT serialNumber FROM computer WHERE id = ?"_s,
+                                            {dive.computer})
+                                     .toString();
     dive.dive.gases = readList<DiveGas>(database, "gas"_L1, id, 0);
     dive.dive.marks = readList<DiveMark>(database, "mark"_L1, id, 0);
     dive.dive.marks2 = readList<DiveMark>(database, "mark"_L1, id, 1);

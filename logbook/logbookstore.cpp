@@ -92,7 +92,7 @@ void LogbookStore::addDive(const LogbookComputer &computer, const LogbookDive &d
             Transaction transaction(database);
             const qint64 id = Computers::identify(database, identity, computer.address,
                                                   computer.name);
-            const Added added = Dives::add(database, id, dive);
+            const Added added = Dives::addImported(database, id, dive);
             transaction.commit();
             return added;
         },

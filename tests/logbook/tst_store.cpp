@@ -87,6 +87,9 @@ private Q_SLOTS:
     void numberUnknownFirst();
     void numberUnknownBetween();
     void numberUnreadableLater();
+    void serialNumberOfTheComputer();
+    void unknownBegin_data();
+    void unknownBegin();
     void joinedWithNotes();
     void joinedWithImported();
     void whatTheDiverAdds();
@@ -296,6 +299,47 @@ void TestStore::numberUnreadableLater()
     QVERIFY(!store.add(computer({}, u"00:01"_s), dive(1, 100)).value.isNew);
     QCOMPARE(store.computers().size(), 1);
     QCOMPARE(store.computers().at(0).identity.serialNumber, u"A"_s);
+}
+
+/** Over a small MTU no serial number arrives; an export of the dive has it all the same. */
+void TestStore::serialNumberOfTheComputer()
+{
+    Store store;
+    WORKS(store.open(file()));
+    const qint64 id = store.add(computer({}, u"00:01"_s), dive(1, 100)).value.id;
+    QCOMPARE(store.dive(id).value.dive.serialNumber, QString());
+    WORKS(store.add(computer(u"A"_s, u"00:01"_s), dive(2, 200)).error);
+    const LogbookDive read = store.dive(id).value;
+    QCOMPARE(read.dive.serialNumber, u"A"_s);
+    const auto again = store.add({}, read);
+    QVERIFY(!again.value.isNew);
+    QCOMPARE(again.value.id, id);
+}
+
+void TestStore::unknownBegin_data()
+{
+    QTest::addColumn<quint64>("begin");
+    QTest::addColumn<bool>("isNew");
+    QTest::newRow("1970") << quint64(77) << false;
+    QTest::newRow("1999") << quint64(946'684'799) << false;
+    QTest::newRow("2000") << quint64(946'684'800) << true;
+    QTest::newRow("2099") << quint64(4'102'444'799) << true;
+    QTest::newRow("2100") << quint64(4'102'444'800) << false;
+    QTest::newRow("largest") << std::numeric_limits<quint64>::max() << false;
+}
+
+/** Some formats carry no begin that is no time in this century; it comes back as 0. */
+void TestStore::unknownBegin()
+{
+    QFETCH(const quint64, begin);
+    QFETCH(const bool, isNew);
+    Store store;
+    WORKS(store.open(file()));
+    WORKS(store.add(computer(u"A"_s), dive(1, begin)).error);
+    QCOMPARE(store.add(computer(u"A"_s), dive(1, 0)).value.isNew, isNew);
+    QVERIFY(!store.add(computer(u"A"_s), dive(1, 0)).value.isNew);
+    QVERIFY(store.add(computer(u"A"_s), dive(2, 0)).value.isNew);
+    QVERIFY(store.add(computer(u"B"_s), dive(1, 0)).value.isNew);
 }
 
 void TestStore::joinedWithNotes()

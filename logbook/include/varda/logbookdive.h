@@ -10,7 +10,7 @@
 
 /** A stored dive with all that the computer said about it. */
 struct LogbookDive : LogbookEntry {
-    Dive dive;
+    Dive dive; ///< with the computer's serial number if it had none of its own
     TidemarDiveHeader header;
     QList<DiveSample> samples; ///< what Dive::lines was made of
 };

@@ -78,6 +78,8 @@ public:
      * Adds a dive that comes from elsewhere, such as a file. Its computer is @p computer, or the
      * one of Dive::serialNumber if @p computer has neither serial number nor address. A dive that
      * is there already is left as it is. LogbookEntry::number and begin are taken from the Dive.
+     * If the begin is 0, as from a file that has none, the dive is there already if its computer
+     * has one with its number whose begin is no time in this century.
      *
      * If LogbookDive::header is not that of the dive, with its number and begin, this is a copy:
      * the next synchronisation reads the dive from its computer, if that still has it. Then the
