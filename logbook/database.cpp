@@ -68,7 +68,7 @@ constexpr Line kLines[] = {
      QT_TRANSLATE_NOOP("LogbookStore", "Choose another file.")},
     {LogbookError::NewerSchema,
      QT_TRANSLATE_NOOP("LogbookStore", "%1: made by a newer version of this program"),
-     QT_TRANSLATE_NOOP("LogbookStore", "Update this program. The file was not touched.")},
+     QT_TRANSLATE_NOOP("LogbookStore", "Update this program. Nothing in the file was changed.")},
     {LogbookError::Busy, QT_TRANSLATE_NOOP("LogbookStore", "%1: another program is using it"),
      QT_TRANSLATE_NOOP("LogbookStore", "Close that program, or wait for it, and try again.")},
     {LogbookError::NoDriver, QT_TRANSLATE_NOOP("LogbookStore", "Qt's SQLite driver is missing"),

@@ -143,14 +143,17 @@ std::uint32_t newestSchema()
 
 void migrate(Database &database)
 {
-    const auto version = [&database] { return database.value(u"PRAGMA user_version"_s).toUInt(); };
+    const auto version = [&database] {
+        const std::uint32_t found = database.value(u"PRAGMA user_version"_s).toUInt();
+        if (found > newestSchema())
+            throw logbookError(LogbookError::NewerSchema, database.file());
+        return found;
+    };
     if (version() == newestSchema())
         return;
     Transaction transaction(database);
     // Another process may have done it in the meantime.
     const std::uint32_t found = version();
-    if (found > newestSchema())
-        throw logbookError(LogbookError::NewerSchema);
     for (std::uint32_t step = found; step < newestSchema(); ++step) {
         for (const QString &statement : kSteps[step]())
             database.run(statement);

@@ -97,6 +97,7 @@ private Q_SLOTS:
     void empty();
     void newFolder();
     void newerSchema();
+    void newerSchemaOfARunningProgram();
     void notALogbook_data();
     void notALogbook();
     void firstSchema();
@@ -447,10 +448,26 @@ void TestStore::newerSchema()
     const LogbookError error = store.open(file());
     QCOMPARE(error.kind, LogbookError::NewerSchema);
     QCOMPARE(error.text, file() + u": made by a newer version of this program"_s);
-    QCOMPARE(error.remedy, u"Update this program. The file was not touched."_s);
+    QCOMPARE(error.remedy, u"Update this program. Nothing in the file was changed."_s);
     QCOMPARE(store.add(computer(u"A"_s), dive(2, 200)).error.kind, LogbookError::NotOpen);
     QVERIFY(contentOf(file()) == newer);
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList{u"logbook.sqlite"_s});
+}
+
+/** The newer version is in the file beside it, as the newer program still has it open. */
+void TestStore::newerSchemaOfARunningProgram()
+{
+    {
+        Store store;
+        WORKS(store.open(file()));
+    }
+    Sqlite newer(file());
+    newer.run(u"PRAGMA user_version = 99"_s);
+    Store store;
+    const LogbookError error = store.open(file());
+    QCOMPARE(error.kind, LogbookError::NewerSchema);
+    QCOMPARE(error.text, file() + u": made by a newer version of this program"_s);
+    QCOMPARE(newer.run(u"PRAGMA user_version"_s), QStringList{u"99"_s});
 }
 
 void TestStore::notALogbook_data()

@@ -24,7 +24,7 @@ public:
         Damaged,      ///< the file was damaged from outside
         NotADatabase, ///< a file of another kind
         NotALogbook,  ///< a database of another program
-        NewerSchema,  ///< a newer version of this library made it; it was not touched
+        NewerSchema,  ///< a newer version of this library made it; nothing in it was changed
         Busy,         ///< another process kept the file to itself for too long
         NoDriver,     ///< Qt's SQLite driver is not installed
         NoSuchDive,   ///< there is no dive with this id
