@@ -29,13 +29,15 @@ void StoreThread::run(std::function<void()> work, std::function<void(const Logbo
 {
     // Asked on its own thread only.
     const QPointer<const QObject> alive(context);
-    auto deliver = [alive, ended = std::move(ended)] {
-        if (alive)
+    const bool always = !context;
+    auto deliver = [alive, always, ended = std::move(ended)] {
+        if (always || alive)
             ended();
     };
     QMetaObject::invokeMethod(
         m_worker,
-        [this, work = std::move(work), failed = std::move(failed), deliver = std::move(deliver)] {
+        [this, work = std::move(work), failed = std::move(failed),
+         deliver = std::move(deliver)]() mutable {
             try {
                 if (m_closing)
                     throw logbookError(LogbookError::Closed);
@@ -43,7 +45,8 @@ void StoreThread::run(std::function<void()> work, std::function<void(const Logbo
             } catch (const LogbookError &error) {
                 failed(error);
             }
-            QMetaObject::invokeMethod(m_desk, deliver, Qt::QueuedConnection);
+            // Moved: what the caller's function holds must not be deleted on this thread.
+            QMetaObject::invokeMethod(m_desk, std::move(deliver), Qt::QueuedConnection);
         },
         Qt::QueuedConnection);
 }

@@ -2,12 +2,15 @@
 #include <QtCore/qelapsedtimer.h>
 #include <QtCore/qfile.h>
 #include <QtCore/qprocess.h>
+#include <QtCore/qthread.h>
 #include <QtCore/qtimer.h>
 
 #include <unistd.h>
 
+#include <atomic>
 #include <limits>
 #include <memory>
+#include <utility>
 
 #include "filled.h"
 #include "storetest.h"
@@ -60,6 +63,29 @@ void write(const QString &file, const QByteArray &content)
     if (!opened.open(QIODevice::WriteOnly) || opened.write(content) != content.size())
         qFatal("cannot write %s", qPrintable(file));
 }
+
+/** Counts its copies that were deleted on another thread than this one. */
+class Watched
+{
+public:
+    explicit Watched(std::atomic_int *count) : m_count(count) { }
+    Watched(const Watched &other) = default;
+    Watched(Watched &&other) noexcept
+        : m_count(std::exchange(other.m_count, nullptr)), m_home(other.m_home)
+    {
+    }
+    Watched &operator=(const Watched &) = delete;
+    Watched &operator=(Watched &&) = delete;
+    ~Watched()
+    {
+        if (m_count && QThread::currentThread() != m_home)
+            ++*m_count;
+    }
+
+private:
+    std::atomic_int *m_count;
+    QThread *m_home = QThread::currentThread();
+};
 
 /** As in a file's header: four bytes, the highest first. */
 QByteArray withNumberAt(QByteArray content, int place, std::uint32_t number)
@@ -115,6 +141,8 @@ private Q_SLOTS:
     void safeSettings();
     void deletedStore();
     void deletedContext();
+    void callbackStaysHere();
+    void withoutContext();
     void writableNoMore();
     void writableNoMoreInside();
     void fullDisk();
@@ -794,6 +822,35 @@ void TestStore::inNamespace(const char *size, const QString &name)
                                     QCoreApplication::applicationFilePath(), name});
     QVERIFY(process.waitForFinished(120'000));
     QVERIFY2(process.exitCode() == 0, process.readAll());
+}
+
+/** What a callback holds may belong to this thread alone. */
+void TestStore::callbackStaysHere()
+{
+    Store store;
+    WORKS(store.open(file()));
+    std::atomic_int elsewhere = 0;
+    int ends = 0;
+    const Watched watched(&elsewhere);
+    store.store.computers(this, [watched, &ends](const auto &) { ++ends; });
+    store.store.addDive(computer(u"A"_s), dive(1, 100), this,
+                        [watched, &ends](const auto &) { ++ends; });
+    store.store.setPlace(1, u"Lake"_s, this, [watched, &ends](const auto &) { ++ends; });
+    store.store.check(this, [watched, &ends](const auto &) { ++ends; });
+    store.store.close(this, [watched, &ends](const auto &) { ++ends; });
+    store.store.open(file(), this, [watched, &ends](const auto &) { ++ends; });
+    QTRY_COMPARE(ends, 6);
+    QCOMPARE(elsewhere.load(), 0);
+}
+
+void TestStore::withoutContext()
+{
+    Store store;
+    WORKS(store.open(file()));
+    int ends = 0;
+    store.store.computers(nullptr, [&](const auto &) { ++ends; });
+    store.store.check(nullptr, [&](const auto &) { ++ends; });
+    QTRY_COMPARE(ends, 2);
 }
 
 void TestStore::writableNoMore()

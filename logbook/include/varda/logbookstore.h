@@ -25,7 +25,7 @@ class LogbookStorePrivate;
  *
  * Every call returns at once; a thread of the store's own does the work, one call after the other.
  * The callback comes exactly once, from the event loop of the thread that made the store, unless
- * @p context is deleted before. What a call has stored when it ends without an error stays stored,
+ * @p context is deleted before; it may be null. What a call has stored when it ends without an error stays stored,
  * whatever happens to the program, the system or the power afterwards.
  *
  * A dive is the same as another if its computer, its number and its begin are. A computer is known
