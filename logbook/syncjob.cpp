@@ -86,6 +86,11 @@ private:
     /** Ends the job when neither the download nor the store has anything left to do. */
     void endIfDone();
 
+    /**
+     * What waits behind a call that has failed fails with it, instead of waiting for the file too.
+     * Used on the store's thread only.
+     */
+    std::shared_ptr<LogbookError> m_firstFailure = std::make_shared<LogbookError>();
     int m_asked = 0;   ///< of the store, and not answered
     int m_waiting = 0; ///< dives for the disk
     qint64 m_total = -1;
@@ -143,7 +148,17 @@ void SyncJobPrivate::ask(std::function<T(Database &)> work,
     }
     ++m_asked;
     LogbookStorePrivate::of(*store).thread.post<T>(
-        std::move(work), &q,
+        [work = std::move(work), first = m_firstFailure](Database &database) {
+            if (*first)
+                throw LogbookError(*first);
+            try {
+                return work(database);
+            } catch (const LogbookError &error) {
+                *first = error;
+                throw;
+            }
+        },
+        &q,
         [this, callback = std::move(callback)](const LogbookResult<T> &result) {
             --m_asked;
             const QPointer<SyncJob> alive(&q);

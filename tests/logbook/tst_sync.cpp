@@ -82,6 +82,7 @@ private Q_SLOTS:
     void hidden();
     void atMostFourWait();
     void storeFails();
+    void storeFailsOnce();
     void fullDisk();
     void fullDiskInside();
     void lostLink();
@@ -471,6 +472,25 @@ void TestSync::storeFails()
     LOAD(Simulator::loadKnown(R"("dives":{"count":5,"samples":10})"));
     SYNCHRONISE(store, 5 - stored, stored);
     QCOMPARE(store.names().size(), 5);
+}
+
+/** Dives that wait behind a write that fails do not wait for the disk again. */
+void TestSync::storeFailsOnce()
+{
+    LOAD(Simulator::loadKnown(R"("dives":{"count":5,"samples":10})"));
+    Store store;
+    store.store.setBusyLimit(3s);
+    WORKS(store.open(file()));
+    Sqlite other(file());
+    VardaComputer computer;
+    auto *const job = syncLogbook(computer, store.store);
+    connect(job, &SyncJob::headersRead, this, [&] { other.run(u"BEGIN IMMEDIATE"_s); });
+    JobSpy spy(job);
+    QTRY_COMPARE_WITH_TIMEOUT(job->storeError().kind, LogbookError::Busy, 60'000);
+    other.run(u"COMMIT"_s);
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, VardaJob::NotStored);
+    QCOMPARE(store.names(), QStringList());
 }
 
 void TestSync::fullDisk()
