@@ -119,23 +119,50 @@ Database::Database(const QString &file, std::chrono::milliseconds busyLimit)
     const QFileInfo info(m_file);
     const QFileInfo folder(info.absolutePath());
     m_readOnly = info.exists() && !(info.isWritable() && folder.isWritable());
-    // What nobody can write needs no locks, for which there may be no room either.
-    connectTo(m_readOnly && QFileInfo(m_file + "-wal"_L1).size() == 0);
+    connectTo(false);
     try {
+        if (!canRead()) {
+            disconnect();
+            connectTo(true);
+        }
         setUp();
     } catch (...) {
-        m_database.close();
-        m_database = {};
-        QSqlDatabase::removeDatabase(m_connection);
+        disconnect();
         throw;
     }
 }
 
 Database::~Database()
 {
+    disconnect();
+}
+
+void Database::disconnect()
+{
     m_database.close();
     m_database = {};
     QSqlDatabase::removeDatabase(m_connection);
+}
+
+/**
+ * False if the file could be read only without locks: there is no place for them beside it, and all
+ * of it is in the file itself.
+ */
+bool Database::canRead()
+{
+    try {
+        run(u"SELECT 1 FROM sqlite_master"_s);
+        return true;
+    } catch (const LogbookError &error) {
+        const bool noPlace = error.kind == LogbookError::CannotOpen
+                             || error.kind == LogbookError::ReadOnly
+                             || error.kind == LogbookError::DiskFull;
+        const bool isWhole = QFileInfo(m_file + "-wal"_L1).size() == 0
+                             && QFileInfo(m_file + "-journal"_L1).size() == 0;
+        if (!m_readOnly || !noPlace || !isWhole)
+            throw;
+        return false;
+    }
 }
 
 /** What need not be ours is not even opened: SQLite itself may write to it. */
@@ -183,8 +210,7 @@ void Database::connectTo(bool asImmutable)
         return;
     const bool hasDriver = m_database.isValid();
     const QSqlError error = m_database.lastError();
-    m_database = {};
-    QSqlDatabase::removeDatabase(m_connection);
+    disconnect();
     throw hasDriver ? errorOf(error) : logbookError(LogbookError::NoDriver, m_file);
 }
 

@@ -36,6 +36,8 @@ public:
 private:
     void checkFile() const;
     void connectTo(bool asImmutable);
+    void disconnect();
+    [[nodiscard]] bool canRead();
     void setUp();
     void keepTrying(const QString &sql);
     [[nodiscard]] LogbookError errorOf(const QSqlError &error) const;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QtCore/qelapsedtimer.h>
 #include <QtCore/qfile.h>
+#include <QtCore/qfileinfo.h>
 #include <QtCore/qprocess.h>
 #include <QtCore/qthread.h>
 #include <QtCore/qtimer.h>
@@ -145,6 +146,8 @@ private Q_SLOTS:
     void withoutContext();
     void writableNoMore();
     void writableNoMoreInside();
+    void writableElsewhere();
+    void writableElsewhereInside();
     void fullDisk();
     void fullDiskInside();
 
@@ -879,6 +882,34 @@ void TestStore::writableNoMoreInside()
     QCOMPARE(store.names(), QStringList{u"1@100"_s});
     WORKS(store.check());
     QCOMPARE(store.open(u"/mnt/new.sqlite"_s).kind, LogbookError::ReadOnly);
+}
+
+void TestStore::writableElsewhere()
+{
+    inNamespace("4m", u"writableElsewhereInside"_s);
+}
+
+/** Another user writes to a file that we may only read. */
+void TestStore::writableElsewhereInside()
+{
+    if (!qEnvironmentVariableIsSet("VARDA_TEST_MOUNT"))
+        return; // nothing to do but in the namespace
+    QVERIFY(QDir().mkpath(u"/mnt/theirs"_s) && QDir().mkpath(u"/mnt/ours"_s));
+    QCOMPARE(QProcess::execute(u"mount"_s, {u"--bind"_s, u"/mnt/theirs"_s, u"/mnt/ours"_s}), 0);
+    QCOMPARE(QProcess::execute(u"mount"_s, {u"-o"_s, u"remount,bind,ro"_s, u"/mnt/ours"_s}), 0);
+    {
+        Store theirs;
+        WORKS(theirs.open(u"/mnt/theirs/logbook.sqlite"_s));
+    }
+    Store theirs;
+    WORKS(theirs.open(u"/mnt/theirs/logbook.sqlite"_s));
+    QCOMPARE(QFileInfo(u"/mnt/theirs/logbook.sqlite-wal"_s).size(), 0);
+    Store ours;
+    WORKS(ours.open(u"/mnt/ours/logbook.sqlite"_s));
+    QCOMPARE(ours.names(), QStringList());
+    WORKS(theirs.add(computer(u"A"_s), dive(1, 100)).error);
+    QCOMPARE(ours.names(), QStringList{u"1@100"_s});
+    QCOMPARE(ours.add(computer(u"A"_s), dive(2, 200)).error.kind, LogbookError::ReadOnly);
 }
 
 void TestStore::fullDisk()
