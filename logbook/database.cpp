@@ -125,6 +125,7 @@ Database::Database(const QString &file, std::chrono::milliseconds busyLimit)
             disconnect();
             connectTo(true);
         }
+        checkContent();
         setUp();
     } catch (...) {
         disconnect();
@@ -157,8 +158,7 @@ bool Database::canRead()
         const bool noPlace = error.kind == LogbookError::CannotOpen
                              || error.kind == LogbookError::ReadOnly
                              || error.kind == LogbookError::DiskFull;
-        const bool isWhole = QFileInfo(m_file + "-wal"_L1).size() == 0
-                             && QFileInfo(m_file + "-journal"_L1).size() == 0;
+        const bool isWhole = QFileInfo(m_file + "-wal"_L1).size() == 0 && !hasJournal();
         if (!m_readOnly || !noPlace || !isWhole)
             throw;
         return false;
@@ -184,6 +184,9 @@ void Database::checkFile() const
     // One that was being made when its program was killed
     if (file.size() == 0)
         return;
+    // What stands in it is not what it was before; SQLite puts it back, then checkContent() looks.
+    if (hasJournal())
+        return;
     const QByteArray header = file.read(kHeaderSize);
     if (header.size() < kHeaderSize || !header.startsWith(kMagic))
         throw logbookError(LogbookError::NotADatabase, m_file, {});
@@ -191,6 +194,19 @@ void Database::checkFile() const
         throw logbookError(LogbookError::NotALogbook, m_file, {});
     if (bigEndianAt(header, kUserVersionAt) > newestSchema())
         throw logbookError(LogbookError::NewerSchema, m_file, {});
+}
+
+bool Database::hasJournal() const
+{
+    return QFileInfo(m_file + "-journal"_L1).size() > 0;
+}
+
+void Database::checkContent()
+{
+    // In this order: a file that another process is making has no pages until it is a logbook.
+    const bool isEmpty = value(u"PRAGMA page_count"_s).toLongLong() == 0;
+    if (!isEmpty && value(u"PRAGMA application_id"_s).toUInt() != kApplicationId)
+        throw logbookError(LogbookError::NotALogbook, m_file, {});
 }
 
 void Database::connectTo(bool asImmutable)

@@ -35,6 +35,8 @@ public:
 
 private:
     void checkFile() const;
+    void checkContent();
+    [[nodiscard]] bool hasJournal() const;
     void connectTo(bool asImmutable);
     void disconnect();
     [[nodiscard]] bool canRead();

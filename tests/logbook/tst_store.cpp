@@ -127,6 +127,8 @@ private Q_SLOTS:
     void newerSchemaOfARunningProgram();
     void notALogbook_data();
     void notALogbook();
+    void killedWhileWriting();
+    void otherProgramKilledWhileWriting();
     void firstSchema();
     void schemaIsTheFirst();
     void damaged();
@@ -529,6 +531,44 @@ void TestStore::notALogbook()
     QCOMPARE(error.remedy, u"Choose another file."_s);
     QVERIFY(contentOf(file()) == content);
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList{u"logbook.sqlite"_s});
+}
+
+/** A journal beside the file has what stood in it before: SQLite puts it back. */
+void TestStore::killedWhileWriting()
+{
+    {
+        Store store;
+        WORKS(store.open(file(u"whole.sqlite"_s)));
+        WORKS(store.add(computer(u"A"_s), dive(1, 100)).error);
+    }
+    {
+        Sqlite writing(file(u"whole.sqlite"_s));
+        QCOMPARE(writing.run(u"PRAGMA journal_mode = DELETE"_s), QStringList{u"delete"_s});
+        writing.run(u"PRAGMA synchronous = OFF"_s); // the journal counts at once
+        writing.run(u"BEGIN IMMEDIATE"_s);
+        writing.run(u"PRAGMA user_version = 99"_s);
+        write(file(), contentOf(file(u"whole.sqlite"_s)).replace(0, 100, QByteArray(100, '\0')));
+        QVERIFY(QFile::copy(file(u"whole.sqlite-journal"_s), file(u"logbook.sqlite-journal"_s)));
+        writing.run(u"ROLLBACK"_s);
+    }
+    Store store;
+    WORKS(store.open(file()));
+    QCOMPARE(store.names(), QStringList{u"1@100"_s});
+    WORKS(store.check());
+}
+
+void TestStore::otherProgramKilledWhileWriting()
+{
+    Sqlite(file()).run(u"CREATE TABLE recipe (name TEXT)"_s);
+    const QByteArray content = contentOf(file());
+    write(file() + "-journal"_L1, "x");
+    Store store;
+    QCOMPARE(store.open(file()).kind, LogbookError::NotALogbook);
+    QVERIFY(contentOf(file()) == content);
+    write(file(), "These are my dives.\n");
+    write(file() + "-journal"_L1, "x");
+    QCOMPARE(store.open(file()).kind, LogbookError::NotADatabase);
+    QCOMPARE(contentOf(file()), QByteArray("These are my dives.\n"));
 }
 
 /** A file that an earlier version has made. */
