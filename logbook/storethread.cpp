@@ -20,8 +20,9 @@ StoreThread::~StoreThread()
         },
         Qt::QueuedConnection);
     m_thread.wait();
-    // After what has been posted to it.
-    m_desk->deleteLater();
+    // After what has been posted to it, which a deletion by itself could overtake.
+    QMetaObject::invokeMethod(
+        m_desk, [desk = m_desk] { desk->deleteLater(); }, Qt::QueuedConnection);
 }
 
 void StoreThread::run(std::function<void()> work, std::function<void(const LogbookError &)> failed,
