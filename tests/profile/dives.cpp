@@ -169,7 +169,7 @@ Dive spikes()
     for (int i = 0; i < 20000; ++i) {
         DiveLine line;
         line.time = i;
-        line.depth = i == 9000 ? 30 : i == 9001 ? 2 : 10;
+        line.depth = i == 9010 ? 30 : i == 9011 ? 2 : 10;
         dive.lines.append(line);
     }
     return dive;
