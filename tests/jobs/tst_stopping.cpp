@@ -190,11 +190,11 @@ void TestStopping::cancelledLayoutFreesTheLine()
 {
     LOAD(Simulator::loadKnown(
         R"("clock":1000,"faults":[{"step":"answer","command":"LayoutAdd","nth":1,"times":1,)"
-        R"("kind":"late","ms":300}])"));
+        R"("kind":"late","ms":1000}])"));
     make();
     auto *const job = m_computer->addLayout(QByteArray(2000, 'L'));
     JobSpy spy(job);
-    QTRY_COMPARE(job->state(), VardaJob::Running);
+    QTRY_VERIFY(!Simulator::frames().isEmpty());
     job->cancel();
     QVERIFY(spy.wait());
     QCOMPARE(spy.error, VardaJob::Cancelled);
