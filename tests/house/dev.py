@@ -206,6 +206,10 @@ class Dev(unittest.TestCase):
     def test_builds_what_gets_installed(self):
         self.assertIn("bin/varda", self.targets("-R", "^consumer.find_package$"))
 
+    def test_builds_files_and_no_folders(self):
+        for target in self.targets("-R", "."):
+            self.assertNotIn(target, ("bin", "bin/"), "a test has a folder among its arguments")
+
     def test_builds_all_without_a_filter(self):
         self.assertEqual(self.targets(), ["all"])
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Kills a synchronisation at many points: killed.py BIN [--points N] [--dives N] [--jobs N] [--speed N]
+"""Kills a synchronisation at many points: killed.py SYNCHRONISE [--points N] [--dives N] [--jobs N] [--speed N]
 
 At each point a synchronisation is ended with SIGKILL, then another one runs to its end. No dive may
 be missing then, none may be there twice, none that was stored may have been asked for again, and the
@@ -129,13 +129,13 @@ class Kill:
 
 def main():
     parser = argparse.ArgumentParser()
-    parser.add_argument("bin", type=Path)
+    parser.add_argument("synchronise", type=Path, help="varda-synchronise, beside varda-simulator")
     parser.add_argument("--points", type=int, help="at most so many of all settings together")
     parser.add_argument("--dives", type=int, default=14)
     parser.add_argument("--jobs", type=int, default=4 * (os.cpu_count() or 1))
     parser.add_argument("--speed", type=int, default=10)
     options = parser.parse_args()
-    options.bin = options.bin.resolve()
+    options.bin = options.synchronise.resolve().parent
 
     count = options.dives
     later = [(number, 5000 + number) for number in range(1, count + 1)]
