@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# A cold build spends most of its time on Qt's headers. Compiled once for many sources they cost it
-# half; but ccache then keeps nothing, so it is for machines that begin with nothing.
+# A cold build spends most of its time on the headers of Qt; compiled once for many sources they cost
+# much less. But ccache then keeps nothing, so it is for machines that begin with nothing.
 option(VARDA_PRECOMPILE "Precompile the headers of Qt, for builds without ccache" OFF)
 
 # varda_precompile(TARGET HEADER...): these headers for all sources of the target.
