@@ -36,10 +36,8 @@ Exchange::Exchange(ComputerLink *link)
     m_link->setObserver(this);
 }
 
-Exchange::~Exchange()
-{
-    m_link->setObserver(LinkObserver::nobody());
-}
+// The link, whose child this is, has let go of the session by now and reports nothing any more.
+Exchange::~Exchange() = default;
 
 void Exchange::watch(VardaSession &session)
 {
