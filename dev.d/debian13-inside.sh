@@ -7,6 +7,8 @@ set -euo pipefail
 checkout=$1 cache=$2 root=$3
 shift 3
 
+# A mount of its own, so that tests in there can make namespaces of their own.
+mount --bind "$root" "$root"
 mount -t proc proc "$root/proc"
 mount --rbind /dev "$root/dev"
 mount -t tmpfs -o mode=1777 tmpfs "$root/tmp"

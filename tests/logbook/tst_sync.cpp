@@ -66,6 +66,7 @@ class TestSync : public LinkTest
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanupTestCase();
     void init();
     void firstTime();
     void secondTime();
@@ -662,6 +663,15 @@ void TestSync::storeDeleted()
     QVERIFY(spy.wait());
     QCOMPARE(spy.error, VardaJob::NotStored);
     QCOMPARE(spy.ends, 1);
+}
+
+/** What a store deletes later goes with the next turns of the event loop. */
+void TestSync::cleanupTestCase()
+{
+    for (int turn = 0; turn < 3; ++turn) {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
 }
 
 void TestSync::computerDeleted()

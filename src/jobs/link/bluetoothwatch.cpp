@@ -185,6 +185,7 @@ void BluetoothWatch::ping(std::function<void(Reason)> answered)
 void BluetoothWatch::check(std::function<void(Reason)> answered)
 {
     ask([this, asked = ++m_asked, answered = std::move(answered)](Reason reason) {
+        m_hadAdapter = m_hadAdapter || reason == Reason::None;
         if (asked == m_asked)
             answered(reason);
     });
@@ -192,8 +193,8 @@ void BluetoothWatch::check(std::function<void(Reason)> answered)
 
 void BluetoothWatch::findOut(std::function<void(Reason)> answered)
 {
-    check([answered = std::move(answered)](Reason reason) {
-        answered(reason == Reason::NoAdapter ? Reason::AdapterRemoved : reason);
+    check([this, answered = std::move(answered)](Reason reason) {
+        answered(reason == Reason::NoAdapter && m_hadAdapter ? Reason::AdapterRemoved : reason);
     });
 }
 
