@@ -75,6 +75,7 @@ void TestBluetooth::missing()
     if (reason == Reason::ServiceGone)
         steer(u"EndDaemon"_s);
     Simulator::settle();
+    m_computer = std::make_unique<VardaComputer>(); // one that has not seen the adapter go
     JobSpy reading(m_computer->readOwner());
     JobSpy second(m_computer->readClock());
     JobSpy search(m_computer->search());
