@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "storethread_p.h"
 
+#include <QtCore/qcoreapplication.h>
+
 StoreThread::StoreThread() : m_worker(new QObject), m_desk(new QObject)
 {
     m_thread.setObjectName(QStringLiteral("varda-logbook"));
@@ -20,6 +22,10 @@ StoreThread::~StoreThread()
         },
         Qt::QueuedConnection);
     m_thread.wait();
+    // With the application, if its event loop has ended.
+    if (auto *const application = QCoreApplication::instance();
+        application && application->thread() == m_desk->thread())
+        m_desk->setParent(application);
     // After what has been posted to it, which a deletion by itself could overtake.
     QMetaObject::invokeMethod(
         m_desk, [desk = m_desk] { desk->deleteLater(); }, Qt::QueuedConnection);
