@@ -86,6 +86,8 @@ void Exchange::start(const Request &request)
     m_link->ping([this, serial = m_serial](Reason reason) {
         if (!m_running || serial != m_serial)
             return;
+        if (m_whenQuiet) // what came meanwhile was the answer before, once more
+            return;
         if (reason != Reason::None)
             finish({VardaJob::NoBluetooth, reason});
         else if (m_stopped)

@@ -211,26 +211,40 @@ void TestLimits::notRepeatedOnceSent_data()
         QTest::newRow(command) << QByteArray(command);
 }
 
-/** The second copy comes when the next request is under way, without which a job can do. */
+/**
+ * The second copy comes when the next request is about to be sent or is under way, without whose
+ * answer a job can do.
+ */
 void TestLimits::lateSecondCopy_data()
 {
+    QTest::addColumn<QByteArray>("computer");
     QTest::addColumn<int>("retries");
     QTest::addColumn<VardaJob::Error>("error");
     QTest::addColumn<QString>("serialNumber");
-    QTest::newRow("once") << 0 << VardaJob::Repeated << QString();
-    QTest::newRow("again") << 3 << VardaJob::NoError << u"00420017-3138510D-37373934"_s;
+    const auto add = [](const char *name, const QByteArray &computer) {
+        QTest::addRow("%s once", name) << computer << 0 << VardaJob::Repeated << QString();
+        QTest::addRow("%s again", name)
+            << computer << 3 << VardaJob::NoError << u"00420017-3138510D-37373934"_s;
+    };
+    const QByteArray identification = "\"dcdc0600339a000001620204010b\"";
+    // What the job asks of the service meanwhile is answered behind all copies.
+    add("about to be sent", R"("responses":{"Identification":{"notifications":[)"
+                                + QByteArrayList(3, identification).join(',')
+                                + R"(]}},"faults":[{"step":"notification","nth":2,"times":2,)"
+                                  R"("command":"Identification","kind":"freeze","ms":300}])");
+    add("under way", R"("responses":{"Identification":{"notifications":[)" + identification
+                         + R"(]}},"faults":[{"step":"notification","command":"Serialnumber",)"
+                           R"("nth":1,"kind":"insert","bytes":)"
+                         + identification + "}]");
 }
 
 void TestLimits::lateSecondCopy()
 {
+    QFETCH(const QByteArray, computer);
     QFETCH(const int, retries);
     QFETCH(const VardaJob::Error, error);
     QFETCH(const QString, serialNumber);
-    const QByteArray identification = "\"dcdc0600339a000001620204010b\"";
-    LOAD(Simulator::loadKnown(R"("responses":{"Identification":{"notifications":[)" + identification
-                              + R"(]}},"faults":[{"step":"notification","command":"Serialnumber",)"
-                                R"("nth":1,"kind":"insert","bytes":)"
-                              + identification + "}]"));
+    LOAD(Simulator::loadKnown(computer));
     auto *const job = m_computer->readIdentity();
     job->setRetries(retries);
     JobSpy spy(job);
