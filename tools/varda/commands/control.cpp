@@ -6,6 +6,8 @@
 #include "output/terminal.h"
 #include "run/runner.h"
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -25,10 +27,16 @@ void printDeletion(const Runner &runner, const DeleteDivesResult &result, bool j
     }
 }
 
-class DeleteLastDive : public Command
+/** Deletes the last dive, or all of them. */
+class DiveDeletion : public Command
 {
 public:
-    DeleteLastDive() : Command("delete", "Delete the last dive") { }
+    using Job = VardaReply<DeleteDivesResult> *(VardaComputer::*)();
+
+    DiveDeletion(const char *name, const char *description, QString dives, Job job)
+        : Command(name, description), m_dives(std::move(dives)), m_job(job)
+    {
+    }
 
     void declare(Arguments &arguments) override { m_confirmation.declare(arguments); }
 
@@ -36,34 +44,15 @@ public:
     {
         m_confirmation.require();
         Runner runner(options, Purpose::Writing);
-        m_confirmation.ask(u"Delete the last dive of %1?"_s.arg(runner.computerName()));
-        const auto result = runner.resultOf(runner.computer().deleteLastDive(),
-                                            u"Deleting the last dive"_s);
-        printDeletion(runner, result, options.json, u"Deleted the last dive."_s);
+        m_confirmation.ask(u"Delete %1 of %2?"_s.arg(m_dives, runner.computerName()));
+        const auto result = runner.resultOf((runner.computer().*m_job)(),
+                                            u"Deleting %1"_s.arg(m_dives));
+        printDeletion(runner, result, options.json, u"Deleted %1."_s.arg(m_dives));
     }
 
 private:
-    Confirmation m_confirmation;
-};
-
-class EraseDives : public Command
-{
-public:
-    EraseDives() : Command("erase", "Delete all dives") { }
-
-    void declare(Arguments &arguments) override { m_confirmation.declare(arguments); }
-
-    void run(const Options &options) const override
-    {
-        m_confirmation.require();
-        Runner runner(options, Purpose::Writing);
-        m_confirmation.ask(u"Delete all dives of %1?"_s.arg(runner.computerName()));
-        const auto result = runner.resultOf(runner.computer().eraseDives(),
-                                            u"Deleting all dives"_s);
-        printDeletion(runner, result, options.json, u"Deleted all dives."_s);
-    }
-
-private:
+    QString m_dives;
+    Job m_job;
     Confirmation m_confirmation;
 };
 
@@ -134,8 +123,10 @@ private:
 
 void addControl(Commands &commands)
 {
-    commands.push_back(std::make_unique<DeleteLastDive>());
-    commands.push_back(std::make_unique<EraseDives>());
+    commands.push_back(std::make_unique<DiveDeletion>(
+        "delete", "Delete the last dive", u"the last dive"_s, &VardaComputer::deleteLastDive));
+    commands.push_back(std::make_unique<DiveDeletion>("erase", "Delete all dives", u"all dives"_s,
+                                                      &VardaComputer::eraseDives));
     commands.push_back(std::make_unique<SetSuperUserMode>());
     commands.push_back(std::make_unique<Restart>());
 }
