@@ -25,6 +25,28 @@
  */
 [[nodiscard]] QString differenceFromGolden(const QString &name, const QByteArray &text);
 
+/** What a format writes of the dives, empty if it cannot. */
+template <typename Write> QByteArray textOf(const QList<Dive> &dives, Write write)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    return write(&buffer, dives).error.isEmpty() ? buffer.data() : QByteArray();
+}
+
+/** What a format reads in a text. */
+template <typename Read> auto divesOf(QByteArray text, Read read)
+{
+    QBuffer buffer(&text);
+    buffer.open(QIODevice::ReadOnly);
+    return read(&buffer);
+}
+
+/** Half a pair of surrogates is no character: UTF-8 has none for it. */
+inline QString asUtf8(const QString &text)
+{
+    return QString::fromUtf8(text.toUtf8());
+}
+
 /** Takes so many bytes, like a disk that is nearly full. */
 class FullDisk : public QBuffer
 {

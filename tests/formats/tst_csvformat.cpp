@@ -29,22 +29,12 @@ using Write = DivesWritten (*)(QIODevice *, const QList<Dive> &);
 
 QByteArray written(Write write, const QList<Dive> &dives)
 {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    const DivesWritten result = write(&buffer, dives);
-    return result.error.isEmpty() ? buffer.data() : QByteArray();
+    return textOf(dives, write);
 }
 
-DivesRead readBack(QByteArray text)
+DivesRead readBack(const QByteArray &text)
 {
-    QBuffer buffer(&text);
-    buffer.open(QIODevice::ReadOnly);
-    return CsvFormat::read(&buffer);
-}
-
-QString asUtf8(const QString &text)
-{
-    return QString::fromUtf8(text.toUtf8());
+    return divesOf(text, CsvFormat::read);
 }
 
 /** What a line of the summary carries. */

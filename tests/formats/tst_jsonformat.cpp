@@ -24,23 +24,12 @@ namespace {
 
 QByteArray written(const QList<Dive> &dives)
 {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    const DivesWritten result = JsonFormat::write(&buffer, dives);
-    return result.error.isEmpty() ? buffer.data() : QByteArray();
+    return textOf(dives, JsonFormat::write);
 }
 
-DivesRead readBack(QByteArray text)
+DivesRead readBack(const QByteArray &text)
 {
-    QBuffer buffer(&text);
-    buffer.open(QIODevice::ReadOnly);
-    return JsonFormat::read(&buffer);
-}
-
-/** Half a pair of surrogates is no character: UTF-8 has none for it. */
-QString asUtf8(const QString &text)
-{
-    return QString::fromUtf8(text.toUtf8());
+    return divesOf(text, JsonFormat::read);
 }
 
 } // namespace

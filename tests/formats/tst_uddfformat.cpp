@@ -36,17 +36,12 @@ namespace {
 
 QByteArray written(const QList<Dive> &dives)
 {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    const DivesWritten result = UddfFormat::write(&buffer, dives);
-    return result.error.isEmpty() ? buffer.data() : QByteArray();
+    return textOf(dives, UddfFormat::write);
 }
 
-DivesRead readBack(QByteArray text)
+DivesRead readBack(const QByteArray &text)
 {
-    QBuffer buffer(&text);
-    buffer.open(QIODevice::ReadOnly);
-    return UddfFormat::read(&buffer);
+    return divesOf(text, UddfFormat::read);
 }
 
 QStringList messagesOf(const QList<Dive> &dives)
