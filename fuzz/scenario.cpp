@@ -7,7 +7,7 @@
 #include <QtCore/qjsonobject.h>
 
 #include "device/computer.h"
-#include "device/scenario.h"
+#include "device/scenario/scenario.h"
 
 using namespace Qt::StringLiterals;
 

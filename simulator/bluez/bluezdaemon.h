@@ -3,8 +3,8 @@
 
 #include "bluez/objecttree.h"
 #include "bluez/remotedevice.h"
-#include "device/recorder.h"
-#include "device/scenario.h"
+#include "device/scenario/recorder.h"
+#include "device/scenario/scenario.h"
 
 #include <QtCore/qhash.h>
 #include <QtCore/qobject.h>

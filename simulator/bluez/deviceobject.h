@@ -2,7 +2,7 @@
 #pragma once
 
 #include "bluez/objecttree.h"
-#include "device/scenario.h"
+#include "device/scenario/scenario.h"
 
 #include <QtCore/qobject.h>
 #include <QtCore/qstringlist.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "bluez/gattserver.h"
 
-#include "device/gatttable.h"
+#include "device/scenario/gatttable.h"
 
 #include <QtDBus/qdbusargument.h>
 #include <QtDBus/qdbusextratypes.h>

@@ -3,9 +3,9 @@
 
 #include "bluez/objecttree.h"
 #include "bluez/pendingcalls.h"
-#include "device/faults.h"
-#include "device/scenario.h"
-#include "device/seriallink.h"
+#include "device/scenario/faults.h"
+#include "device/scenario/scenario.h"
+#include "device/wire/seriallink.h"
 
 #include <QtCore/qjsonobject.h>
 #include <QtCore/qmap.h>

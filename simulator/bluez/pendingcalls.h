@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "device/faults.h"
+#include "device/scenario/faults.h"
 
 #include <QtCore/qlist.h>
 #include <QtCore/qobject.h>

@@ -3,7 +3,7 @@
 
 #include "device/commands.h"
 #include "device/versiontext.h"
-#include "device/wirewriter.h"
+#include "device/wire/wirewriter.h"
 
 #include <QtCore/qendian.h>
 #include <QtCore/qjsonarray.h>

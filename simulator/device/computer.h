@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "device/firmwarestore.h"
-#include "device/frame.h"
-#include "device/layoutstore.h"
-#include "device/logbook.h"
-#include "device/scenario.h"
+#include "device/dives/logbook.h"
+#include "device/memory/firmwarestore.h"
+#include "device/memory/layoutstore.h"
+#include "device/scenario/scenario.h"
+#include "device/wire/frame.h"
 
 #include <QtCore/qelapsedtimer.h>
 #include <QtCore/qjsonobject.h>

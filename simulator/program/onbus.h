@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "device/scenario.h"
+#include "device/scenario/scenario.h"
 #include "program/ending.h"
 #include "program/options.h"
 

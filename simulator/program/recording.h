@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "device/recorder.h"
+#include "device/scenario/recorder.h"
 
 #include <QtCore/qstring.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "radio/peripheral.h"
 
-#include "device/gatttable.h"
+#include "device/scenario/gatttable.h"
 
 #include <QtBluetooth/qbluetoothlocaldevice.h>
 #include <QtBluetooth/qlowenergyadvertisingdata.h>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "device/faults.h"
-#include "device/recorder.h"
-#include "device/scenario.h"
-#include "device/seriallink.h"
+#include "device/scenario/faults.h"
+#include "device/scenario/recorder.h"
+#include "device/scenario/scenario.h"
+#include "device/wire/seriallink.h"
 #include "radio/adaptername.h"
 
 #include <QtBluetooth/qbluetoothaddress.h>

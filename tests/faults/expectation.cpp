@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "device/frame.h"
+#include "device/wire/frame.h"
 
 using namespace Qt::StringLiterals;
 

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "device/frame.h"
+#include "device/wire/frame.h"
 
 using namespace Qt::StringLiterals;
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "device/frame.h"
+#include "device/wire/frame.h"
 
 using namespace Qt::StringLiterals;
 

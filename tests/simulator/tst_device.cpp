@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "device/commands.h"
 #include "device/computer.h"
-#include "device/frame.h"
-#include "device/scenario.h"
-#include "device/seriallink.h"
+#include "device/scenario/scenario.h"
+#include "device/wire/frame.h"
+#include "device/wire/seriallink.h"
 #include "devices.h"
 
 #include <QtCore/qdir.h>

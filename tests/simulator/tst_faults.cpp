@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "device/commands.h"
-#include "device/frame.h"
-#include "device/seriallink.h"
+#include "device/wire/frame.h"
+#include "device/wire/seriallink.h"
 #include "devices.h"
 
 #include <QtTest/qsignalspy.h>

@@ -3,9 +3,9 @@
 // A line is one thing that happens. In: "up", "down", "data HEX", "credits HEX"; "state" and
 // "firmware" ask. Out: first what is to be shown, as JSON; then "notify HEX", "drop", and
 // "state JSON" or "firmware HEX" as answers.
-#include "device/gatttable.h"
-#include "device/scenario.h"
-#include "device/seriallink.h"
+#include "device/scenario/gatttable.h"
+#include "device/scenario/scenario.h"
+#include "device/wire/seriallink.h"
 
 #include <QtCore/qcoreapplication.h>
 #include <QtCore/qfile.h>

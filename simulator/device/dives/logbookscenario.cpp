@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "device/jsonreader.h"
-#include "device/logbook.h"
-#include "device/scenario.h"
+#include "device/dives/logbook.h"
+#include "device/scenario/jsonreader.h"
+#include "device/scenario/scenario.h"
 
 #include <algorithm>
 

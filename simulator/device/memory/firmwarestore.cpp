@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "device/firmwarestore.h"
+#include "device/memory/firmwarestore.h"
 
-#include "device/frame.h"
-#include "device/jsonreader.h"
+#include "device/scenario/jsonreader.h"
 #include "device/versiontext.h"
-#include "device/wirewriter.h"
+#include "device/wire/frame.h"
+#include "device/wire/wirewriter.h"
 
 #include <QtCore/qcryptographichash.h>
 #include <QtCore/qendian.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "device/batteryhistory.h"
+#include "device/memory/batteryhistory.h"
 
-#include "device/scenario.h"
+#include "device/scenario/scenario.h"
 
 namespace simulator {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "device/diveplan.h"
+#include "device/dives/diveplan.h"
 
 #include "device/random.h"
 

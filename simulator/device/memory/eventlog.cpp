@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "device/eventlog.h"
+#include "device/memory/eventlog.h"
 
-#include "device/jsonreader.h"
 #include "device/random.h"
-#include "device/wirewriter.h"
+#include "device/scenario/jsonreader.h"
+#include "device/wire/wirewriter.h"
 
 #include <QtCore/qdatetime.h>
 #include <QtCore/qtimezone.h>

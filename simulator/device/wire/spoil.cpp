@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "device/spoil.h"
+#include "device/wire/spoil.h"
 
-#include "device/faults.h"
-#include "device/frame.h"
+#include "device/scenario/faults.h"
+#include "device/wire/frame.h"
 
 #include <QtCore/qendian.h>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "device/layoutstore.h"
+#include "device/memory/layoutstore.h"
 
-#include "device/jsonreader.h"
-#include "device/pieces.h"
-#include "device/wirewriter.h"
+#include "device/scenario/jsonreader.h"
+#include "device/wire/pieces.h"
+#include "device/wire/wirewriter.h"
 
 #include <QtCore/qjsonarray.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "device/gatttable.h"
+#include "device/scenario/gatttable.h"
 
-#include "device/jsonreader.h"
+#include "device/scenario/jsonreader.h"
 
 #include <QtCore/qregularexpression.h>
 

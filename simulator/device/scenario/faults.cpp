@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "device/faults.h"
+#include "device/scenario/faults.h"
 
 #include "device/commands.h"
-#include "device/jsonreader.h"
+#include "device/scenario/jsonreader.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "device/frame.h"
+#include "device/wire/frame.h"
 
-#include "device/wirewriter.h"
+#include "device/wire/wirewriter.h"
 
 #include <QtCore/qendian.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "device/recorder.h"
+#include "device/scenario/recorder.h"
 
 #include <QtCore/qjsondocument.h>
 

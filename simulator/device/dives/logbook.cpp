@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "device/logbook.h"
+#include "device/dives/logbook.h"
 
-#include "device/pieces.h"
+#include "device/wire/pieces.h"
 
 namespace simulator {
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "device/configuration.h"
-#include "device/eventlog.h"
-#include "device/faults.h"
-#include "device/firmwarestore.h"
-#include "device/layoutstore.h"
-#include "device/logbook.h"
+#include "device/dives/logbook.h"
+#include "device/memory/configuration.h"
+#include "device/memory/eventlog.h"
+#include "device/memory/firmwarestore.h"
+#include "device/memory/layoutstore.h"
+#include "device/scenario/faults.h"
 
 #include <QtCore/qbytearray.h>
 #include <QtCore/qhash.h>

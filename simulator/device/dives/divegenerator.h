@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "device/diveheader.h"
-#include "device/diveplan.h"
-#include "device/divesample.h"
+#include "device/dives/diveheader.h"
+#include "device/dives/diveplan.h"
+#include "device/dives/divesample.h"
 
 #include <QtCore/qbytearray.h>
 #include <QtCore/qlist.h>

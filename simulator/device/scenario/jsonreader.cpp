@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "device/jsonreader.h"
+#include "device/scenario/jsonreader.h"
 
 #include <QtCore/qregularexpression.h>
 

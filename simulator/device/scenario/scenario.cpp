@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "device/scenario.h"
+#include "device/scenario/scenario.h"
 
-#include "device/batteryhistory.h"
 #include "device/commands.h"
-#include "device/gatttable.h"
-#include "device/jsonreader.h"
+#include "device/memory/batteryhistory.h"
+#include "device/scenario/gatttable.h"
+#include "device/scenario/jsonreader.h"
 #include "device/versiontext.h"
-#include "device/wirewriter.h"
+#include "device/wire/wirewriter.h"
 
 #include <QtCore/qdatetime.h>
 #include <QtCore/qjsondocument.h>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "device/diveheader.h"
+#include "device/dives/diveheader.h"
 
-#include "device/scenario.h"
-#include "device/wirewriter.h"
+#include "device/scenario/scenario.h"
+#include "device/wire/wirewriter.h"
 
 namespace simulator {
 

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "device/computer.h"
-#include "device/faults.h"
-#include "device/frame.h"
-#include "device/scenario.h"
+#include "device/scenario/faults.h"
+#include "device/scenario/scenario.h"
+#include "device/wire/frame.h"
 
 #include <QtCore/qobject.h>
 #include <QtCore/qqueue.h>

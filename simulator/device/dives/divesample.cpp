@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "device/divesample.h"
+#include "device/dives/divesample.h"
 
-#include "device/jsonreader.h"
-#include "device/scenario.h"
-#include "device/wirewriter.h"
+#include "device/scenario/jsonreader.h"
+#include "device/scenario/scenario.h"
+#include "device/wire/wirewriter.h"
 
 namespace simulator {
 

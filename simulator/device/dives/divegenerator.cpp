@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "device/divegenerator.h"
+#include "device/dives/divegenerator.h"
 
 #include "device/random.h"
-#include "device/scenario.h"
+#include "device/scenario/scenario.h"
 
 #include <algorithm>
 

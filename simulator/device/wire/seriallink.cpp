@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "device/seriallink.h"
+#include "device/wire/seriallink.h"
 
-#include "device/pieces.h"
-#include "device/spoil.h"
+#include "device/wire/pieces.h"
+#include "device/wire/spoil.h"
 
 #include <algorithm>
 

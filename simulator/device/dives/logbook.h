@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "device/divegenerator.h"
+#include "device/dives/divegenerator.h"
 
 #include <QtCore/qbytearray.h>
 #include <QtCore/qlist.h>
