@@ -6,15 +6,13 @@
 #include "device/scenario/gatttable.h"
 #include "device/scenario/scenario.h"
 #include "device/wire/seriallink.h"
+#include "orders.h"
 
 #include <QtCore/qcoreapplication.h>
 #include <QtCore/qfile.h>
 #include <QtCore/qjsonarray.h>
 #include <QtCore/qjsondocument.h>
 #include <QtCore/qjsonobject.h>
-#include <QtCore/qsocketnotifier.h>
-
-#include <unistd.h>
 
 #include <cstdio>
 
@@ -23,18 +21,17 @@ using namespace simulator;
 
 namespace {
 
-void say(const QByteArray &line)
+QString compact(const QJsonObject &object)
 {
-    std::puts(line.constData());
-    std::fflush(stdout);
+    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
 
-QByteArray compact(const QJsonObject &object)
+QString hex(const QByteArray &bytes)
 {
-    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+    return QString::fromLatin1(bytes.toHex());
 }
 
-QByteArray description(const DeviceScenario &device)
+QString description(const DeviceScenario &device)
 {
     constexpr const char *kRoles[] = {"none", "data", "credits"};
     QJsonArray services;
@@ -48,7 +45,7 @@ QByteArray description(const DeviceScenario &device)
             characteristics.append(
                 QJsonObject{{u"uuid"_s, each.uuid},
                             {u"flags"_s, QJsonArray::fromStringList(each.flags)},
-                            {u"value"_s, QString::fromLatin1(each.value.toHex())},
+                            {u"value"_s, hex(each.value)},
                             {u"descriptors"_s, descriptors},
                             {u"role"_s, QString::fromLatin1(kRoles[int(each.role)])}});
         }
@@ -60,19 +57,19 @@ QByteArray description(const DeviceScenario &device)
                     {u"services"_s, services}});
 }
 
-void happen(SerialLink &link, const QByteArray &line)
+void happen(SerialLink &link, const QString &line)
 {
-    const QByteArray bytes = QByteArray::fromHex(line.mid(line.indexOf(' ') + 1));
-    if (line == "up" || line == "down")
+    const QByteArray bytes = QByteArray::fromHex(line.section(u' ', 1).toLatin1());
+    if (line == "up"_L1 || line == "down"_L1)
         link.reset();
-    else if (line.startsWith("data "))
+    else if (line.startsWith("data "_L1))
         link.written(bytes);
-    else if (line.startsWith("credits "))
+    else if (line.startsWith("credits "_L1))
         link.creditsGranted(bytes);
-    else if (line == "state")
-        say("state " + compact(link.computer().state()));
-    else if (line == "firmware")
-        say("firmware " + link.computer().firmwareImage().toHex());
+    else if (line == "state"_L1)
+        say(u"state "_s + compact(link.computer().state()));
+    else if (line == "firmware"_L1)
+        say(u"firmware "_s + hex(link.computer().firmwareImage()));
 }
 
 } // namespace
@@ -93,24 +90,8 @@ int main(int argc, char *argv[])
     FaultPlan faults(device.faults);
     SerialLink link(device, faults);
     QObject::connect(&link, &SerialLink::notification, qApp,
-                     [](const QByteArray &bytes) { say("notify " + bytes.toHex()); });
-    QObject::connect(&link, &SerialLink::linkDropped, qApp, [] { say("drop"); });
+                     [](const QByteArray &bytes) { say(u"notify "_s + hex(bytes)); });
+    QObject::connect(&link, &SerialLink::linkDropped, qApp, [] { say(u"drop"_s); });
     say(description(device));
-
-    QByteArray input;
-    const QSocketNotifier stdIn(STDIN_FILENO, QSocketNotifier::Read);
-    QObject::connect(&stdIn, &QSocketNotifier::activated, qApp, [&] {
-        char part[4096];
-        const ssize_t size = ::read(STDIN_FILENO, part, sizeof part);
-        if (size <= 0) {
-            QCoreApplication::exit(0);
-            return;
-        }
-        input.append(part, size);
-        for (qsizetype end = input.indexOf('\n'); end >= 0; end = input.indexOf('\n')) {
-            happen(link, input.left(end));
-            input.remove(0, end + 1);
-        }
-    });
-    return QCoreApplication::exec();
+    return obeyOrders([&link](const QString &line) { happen(link, line); });
 }

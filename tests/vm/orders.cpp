@@ -10,7 +10,7 @@
 
 void say(const QString &line)
 {
-    std::puts(qPrintable(line));
+    std::puts(line.toUtf8().constData());
     std::fflush(stdout);
 }
 
