@@ -16,6 +16,8 @@ dbus              dbus-daemon
 python3           Python 3
 libxml2-utils     xmllint
 fonts-dejavu-core the font DejaVu Sans
+zsh               zsh (optional, for a test of the completion)
+fish              fish (optional, for a test of the completion)
 ccache            ccache (optional, makes the second build fast)
 "
 # One version on every machine: another formats otherwise and warns otherwise.
@@ -78,7 +80,7 @@ need_elsewhere() {
     local package what absent=''
     while read -r package what; do
         case $package in
-            '' | ccache) continue ;;
+            '' | ccache | zsh | fish) continue ;;
             g++) found c++ || found g++ || found clang++ ;;
             ninja-build) found ninja ;;
             qt6-base-dev) qt_has Core && qt_has Gui ;;

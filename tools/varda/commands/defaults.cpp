@@ -29,16 +29,9 @@ void show(const Options &options)
     print(table.text(outputStyle()));
 }
 
-QString checkName(const QString &text)
-{
-    return text == Defaults::kDevice || text == Defaults::kUnits
-               ? QString()
-               : u"\"%1\" is neither device nor units"_s.arg(text);
-}
-
 void declareName(Arguments &arguments, QString &name)
 {
-    arguments.argument("NAME", name, "device or units", checkName);
+    arguments.argument("NAME", name, {"device", "units"}, "device or units");
 }
 
 class SetDefault : public Command

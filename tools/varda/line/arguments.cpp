@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "line/arguments.h"
 
+#include "line/grammar.h"
+
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <limits>
 #include <string>
 #include <vector>
@@ -48,17 +51,31 @@ CLI::Validator between(const IntRange &range)
                         + std::to_string(range.highest));
 }
 
-/** Makes the value one of these in small letters. */
-CLI::Validator either(const std::string &one, const std::string &other)
+using Words = std::vector<std::string>;
+
+/** "gatt, sps" with what comes before the last one. */
+std::string joined(const Words &words, const std::string &beforeLast)
 {
-    return {[=](std::string &text) {
-                const std::string word = textOf(text).toLower().toStdString();
-                if (word != one && word != other)
-                    return "\"" + text + "\" is neither " + one + " nor " + other;
-                text = word;
-                return std::string();
-            },
-            ""};
+    std::string text;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        if (i > 0)
+            text += i + 1 == words.size() ? beforeLast : ", ";
+        text += words[i];
+    }
+    return text;
+}
+
+/** Makes the value one of these in small letters. */
+CLI::Validator oneOf(const Words &words)
+{
+    const auto check = [words](std::string &text) {
+        const std::string word = textOf(text).toLower().toStdString();
+        if (std::find(words.begin(), words.end(), word) == words.end())
+            return "\"" + text + "\" is neither " + joined(words, " nor ");
+        text = word;
+        return std::string();
+    };
+    return {check, "", nameOfWords(words)};
 }
 
 CLI::Option *required(CLI::Option *argument, const char *name)
@@ -86,7 +103,7 @@ void Arguments::choice(const char *name, const char *valueName, QString &target,
     const auto take = [&target](const std::string &text) { target = textOf(text); };
     m_command.add_option_function<std::string>(name, take, description)
         ->type_name(valueName)
-        ->transform(either(one, other));
+        ->transform(oneOf({one, other}));
 }
 
 void Arguments::option(const char *name, const char *valueName, QStringList &target,
@@ -114,6 +131,14 @@ void Arguments::argument(const char *name, QStringList &target, const char *desc
     const auto take = [&target](const Texts &texts) { target = textsOf(texts); };
     required(m_command.add_option_function<Texts>(name, take, description), name)
         ->check(validator(check));
+}
+
+void Arguments::argument(const char *name, QString &target,
+                         std::initializer_list<const char *> words, const char *description)
+{
+    const auto take = [&target](const std::string &text) { target = textOf(text); };
+    required(m_command.add_option_function<std::string>(name, take, description), name)
+        ->transform(oneOf({words.begin(), words.end()}));
 }
 
 void Arguments::argument(const char *name, int &target, const IntRange &range,
@@ -148,5 +173,5 @@ void Arguments::argument(const char *name, bool &target, const char *description
     m_command.add_option_function<std::string>(name, take, description)
         ->type_name("on|off")
         ->required()
-        ->transform(either("on", "off"));
+        ->transform(oneOf({"on", "off"}));
 }

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 
 namespace CLI {
 class App;
@@ -42,6 +43,9 @@ public:
     /** One or more. */
     void argument(const char *name, QStringList &target, const char *description,
                   const Check &check);
+    /** One of these words, in small or capital letters. */
+    void argument(const char *name, QString &target, std::initializer_list<const char *> words,
+                  const char *description);
     void argument(const char *name, int &target, const IntRange &range, const char *description);
     void argument(const char *name, std::uint8_t &target, const char *description);
     void argument(const char *name, std::uint32_t &target, const char *description);

@@ -4,7 +4,9 @@
 #include "commands/commands.h"
 #include "line/arguments.h"
 #include "line/command.h"
+#include "line/completion.h"
 #include "line/defaults.h"
+#include "line/grammar.h"
 #include "line/helptext.h"
 #include "line/usage.h"
 #include "output/terminal.h"
@@ -73,6 +75,7 @@ public:
     Private();
 
     std::optional<int> parse(int argc, const char *const *argv);
+    [[nodiscard]] Grammar grammar() { return grammarOf(m_app); }
 
     Options options;                 ///< as far as they are given
     const Command *chosen = nullptr; ///< the one to run
@@ -82,6 +85,7 @@ private:
     void takeGlobalOptions();
     void add(CLI::App &parent, Command &added);
     void addHelpAndVersion();
+    [[nodiscard]] QString completion();
     [[nodiscard]] const CLI::App &commandOf(const std::vector<std::string> &names) const;
     void printUsageError(const CLI::ParseError &error) const;
 
@@ -95,6 +99,7 @@ private:
     int m_timeout = 0;
     int m_retries = 0;
     bool m_noRetry = false;
+    QString m_shell;
     std::vector<std::string> m_helpOn;
 };
 
@@ -176,10 +181,20 @@ void CommandLine::Private::add(CLI::App &parent, Command &added)
 
 void CommandLine::Private::addHelpAndVersion()
 {
+    Arguments completion(
+        *m_app.add_subcommand("completion", "Print what makes a shell complete the command line"));
+    completion.argument("SHELL", m_shell, {"bash", "zsh", "fish"}, "bash, zsh or fish");
     m_app.add_subcommand("help", "Show this text, or how to use a command")
         ->add_option("COMMAND", m_helpOn, "The command, such as dives or layouts get")
         ->type_name("[COMMAND]");
     m_app.add_subcommand("version", "Show the version");
+}
+
+QString CommandLine::Private::completion()
+{
+    if (m_shell == "bash"_L1)
+        return bashCompletion(grammar());
+    return m_shell == "zsh"_L1 ? zshCompletion(grammar()) : fishCompletion(grammar());
 }
 
 /** @throws Failure */
@@ -214,6 +229,8 @@ std::optional<int> CommandLine::Private::parse(int argc, const char *const *argv
             print(QString::fromStdString(helpText(commandOf(m_helpOn))));
         else if (m_app.got_subcommand("version"))
             print(QString::fromLatin1(kVersion) + u'\n');
+        else if (m_app.got_subcommand("completion"))
+            print(completion());
         else
             return std::nullopt;
         flushOutput();
