@@ -18,6 +18,9 @@ libxml2-utils     xmllint
 fonts-dejavu-core the font DejaVu Sans
 zsh               zsh (optional, for a test of the completion)
 fish              fish (optional, for a test of the completion)
+groff             groff (optional, for a test of the manual pages)
+man-db            man (optional, for the same)
+mandoc            mandoc (optional, for the same)
 ccache            ccache (optional, makes the second build fast)
 "
 # One version on every machine: another formats otherwise and warns otherwise.
@@ -80,7 +83,7 @@ need_elsewhere() {
     local package what absent=''
     while read -r package what; do
         case $package in
-            '' | ccache | zsh | fish) continue ;;
+            '' | ccache | zsh | fish | groff | man-db | mandoc) continue ;;
             g++) found c++ || found g++ || found clang++ ;;
             ninja-build) found ninja ;;
             qt6-base-dev) qt_has Core && qt_has Gui ;;

@@ -6,6 +6,7 @@
 #include "line/command.h"
 #include "line/completion.h"
 #include "line/defaults.h"
+#include "line/exitstatuses.h"
 #include "line/grammar.h"
 #include "line/helptext.h"
 #include "line/usage.h"
@@ -53,6 +54,26 @@ std::vector<std::string> argumentsOf(int argc, const char *const *argv)
     }
     std::reverse(arguments.begin(), arguments.end());
     return arguments;
+}
+
+/** In lines that fit everywhere. */
+std::string exitStatusText()
+{
+    constexpr std::size_t kWidth = 80;
+    std::string text;
+    std::string line = "Exit status:";
+    for (const ExitStatus &status : kExitStatuses) {
+        const bool isLast = &status == &kExitStatuses.back();
+        const std::string part = std::to_string(int(status.code)) + ' ' + status.meaning
+                                 + (isLast ? "." : ";");
+        if (line.size() + 1 + part.size() > kWidth) {
+            text += line + '\n';
+            line = part;
+        } else {
+            line += ' ' + part;
+        }
+    }
+    return text + line;
 }
 
 /** What the process ends with after @p work, whose failure is printed. */
@@ -118,9 +139,7 @@ CommandLine::Private::Private()
         add(m_app, *each);
     addHelpAndVersion();
     // The commands would take it over.
-    m_app.footer("Exit status: 0 done; 1 the computer refused or its answer was damaged;\n"
-                 "2 wrong usage; 3 no computer found; 4 not connected or link lost;\n"
-                 "5 no answer in time; 6 no Bluetooth.");
+    m_app.footer(exitStatusText());
 }
 
 void CommandLine::Private::addGlobalOptions()
@@ -257,6 +276,11 @@ CommandLine::~CommandLine() = default;
 const Options &CommandLine::options() const
 {
     return d->options;
+}
+
+Grammar CommandLine::grammar() const
+{
+    return d->grammar();
 }
 
 std::optional<int> CommandLine::parse(int argc, const char *const *argv)

@@ -6,6 +6,8 @@
 #include <memory>
 #include <optional>
 
+struct Grammar;
+
 /** What the process is asked to do. */
 class CommandLine
 {
@@ -24,6 +26,8 @@ public:
     [[nodiscard]] int run() const;
 
     [[nodiscard]] const Options &options() const;
+    /** What may be asked for. */
+    [[nodiscard]] Grammar grammar() const;
 
 private:
     class Private;
