@@ -24,8 +24,8 @@ Exchange::Exchange(ComputerLink *link)
         timer->setTimerType(Qt::PreciseTimer);
     }
     connect(m_quiet, &QTimer::timeout, this, [this] {
-        if (m_whenQuiet) // the rest may have shown what it was
-            finish(m_check ? damage().value_or(*m_whenQuiet) : *m_whenQuiet);
+        if (m_whenQuiet)
+            onQuiet(*m_whenQuiet);
         else if (m_running) // nothing has acknowledged it
             finish({});
     });
@@ -86,7 +86,8 @@ void Exchange::start(const Request &request)
     m_link->ping([this, serial = m_serial](Reason reason) {
         if (!m_running || serial != m_serial)
             return;
-        if (m_whenQuiet) // what came meanwhile was the answer before, once more
+        judge(); // what came meanwhile belongs to the request before
+        if (!m_running || m_whenQuiet)
             return;
         if (reason != Reason::None)
             finish({VardaJob::NoBluetooth, reason});
@@ -128,8 +129,7 @@ void Exchange::onLinkLost(const JobEnd &end)
     m_check.reset();
     if (!m_running)
         return;
-    if (m_request.ending == Request::Ending::LinkDown && end.error == VardaJob::LinkLost
-        && end.reason != Reason::WriteFailed)
+    if (awaitsLinkDown() && end.error == VardaJob::LinkLost && end.reason != Reason::WriteFailed)
         finish({});
     else if (m_whenQuiet)
         finish(*m_whenQuiet);
@@ -156,6 +156,8 @@ void Exchange::judge()
         return;
     if (const auto end = damage()) {
         finishWhenQuiet(*end);
+    } else if (!m_sent && (m_ended || m_refusal)) {
+        finishWhenQuiet({VardaJob::Repeated, Reason::OtherSubscriber});
     } else if (m_refusal) {
         finish({VardaJob::Refused, *m_refusal});
     } else if (m_ended && m_check->finding() == AnswerCheck::Finding::Doubtful) {
@@ -198,9 +200,21 @@ std::optional<JobEnd> Exchange::damage() const
 void Exchange::finishWhenQuiet(const JobEnd &end)
 {
     m_whenQuiet = end;
-    stopSteps();
+    if (m_sent)
+        stopSteps();
     m_quiet->start(kQuiet);
     m_longest->start(kLongestNoise);
+}
+
+void Exchange::onQuiet(const JobEnd &why)
+{
+    // The rest may have shown what it was.
+    const JobEnd end = m_check ? damage().value_or(why) : why;
+    // What came before it was sent is no fault of this request.
+    if (end.error == VardaJob::Damaged && !m_sent && !m_stopped)
+        start(Request(m_request));
+    else
+        finish(end);
 }
 
 void Exchange::finish(const JobEnd &end)

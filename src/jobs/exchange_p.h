@@ -34,6 +34,11 @@ public:
     /** Nothing has come since the session has sent something. */
     [[nodiscard]] bool isAwaiting() const { return m_awaiting; }
     [[nodiscard]] bool hasSent() const { return m_sent; }
+    /** It has asked the computer to go. */
+    [[nodiscard]] bool awaitsLinkDown() const
+    {
+        return m_running && m_sent && m_request.ending == Request::Ending::LinkDown;
+    }
     /** Bytes of the answer, of the last request too. */
     [[nodiscard]] qint64 bytes() const { return m_bytes; }
     /** The digest of an answer that whole frames of equal content make doubtful. */
@@ -54,6 +59,7 @@ private:
     void judge();
     void finish(const JobEnd &end);
     void finishWhenQuiet(const JobEnd &end);
+    void onQuiet(const JobEnd &why);
     void onRefused(ExchangeError::ExchangeErrorIn error);
     [[nodiscard]] std::optional<JobEnd> damage() const;
     [[nodiscard]] bool isStep() const;

@@ -167,9 +167,7 @@ void JobEngine::onLinkFailed(const JobEnd &end)
 
 void JobEngine::onLinkLost(const JobEnd &end)
 {
-    const bool asked = std::exchange(m_lossExpected, false)
-                       || (m_exchange->isRunning()
-                           && m_request.ending == Request::Ending::LinkDown);
+    const bool asked = std::exchange(m_lossExpected, false) || m_exchange->awaitsLinkDown();
     const QPointer<JobEngine> alive(this);
     if (m_phase == Phase::Settling || m_phase == Phase::Cancelling) {
         m_exchange->abandon();
