@@ -166,7 +166,7 @@ void JobEngine::onExchangeEnded(const JobEnd &end)
 void JobEngine::onAnswered()
 {
     VardaJob *const job = m_current;
-    m_tries = 0;
+    tries() = 0;
     m_doubt.reset();
     m_cause.reset();
     if (m_request.end == TidemarCommand::Identification)

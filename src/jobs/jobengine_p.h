@@ -104,7 +104,8 @@ private:
     [[nodiscard]] VardaJobPrivate &current() const { return VardaJobPrivate::of(*m_current); }
     [[nodiscard]] bool isRunning(const VardaJob *job) const;
     [[nodiscard]] std::chrono::milliseconds silenceLimit() const;
-    [[nodiscard]] bool mayAskAgain(const JobEnd &end) const;
+    [[nodiscard]] int &tries();
+    [[nodiscard]] bool mayAskAgain(const JobEnd &end);
     [[nodiscard]] bool mayShareAttempt(VardaJob &job) const;
     [[nodiscard]] bool isUnclear() const;
 
@@ -127,6 +128,7 @@ private:
     Request m_request;             ///< the one under way
     bool m_ownRequest = false;     ///< not the job's: an identification
     int m_tries = 0;
+    int m_checkTries = 0; ///< of what is asked only because the link was lost
     std::optional<quint64> m_doubt;
     std::optional<JobEnd> m_cause; ///< what the link is restored after
     bool m_closesForJob = false;   ///< and goes on with it, or ends it, when the link is down

@@ -35,7 +35,7 @@ void JobEngine::run(VardaJob *job)
 {
     m_lingering->stop();
     m_current = job;
-    m_tries = 0;
+    m_tries = m_checkTries = 0;
     m_doubt.reset();
     m_cause.reset();
     m_unclear = false;

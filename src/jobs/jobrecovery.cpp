@@ -13,7 +13,13 @@ constexpr auto kSettleTime = 5s;
 
 } // namespace
 
-bool JobEngine::mayAskAgain(const JobEnd &end) const
+/** The identification of another link is no progress of what was lost with the one before. */
+int &JobEngine::tries()
+{
+    return m_ownRequest || m_request.isCheck ? m_checkTries : m_tries;
+}
+
+bool JobEngine::mayAskAgain(const JobEnd &end)
 {
     if (end.error == VardaJob::Refused || end.error == VardaJob::Rejected)
         return false;
@@ -27,7 +33,7 @@ bool JobEngine::mayAskAgain(const JobEnd &end) const
     // A firmware may not know the request, a write may always be too long.
     const bool once = (end.reason == Reason::NoAnswer && m_exchange->bytes() == 0)
                       || end.reason == Reason::WriteFailed || end.reason == Reason::SmallMtu;
-    return m_tries < std::min(current().retries, once ? 1 : current().retries);
+    return tries() < std::min(current().retries, once ? 1 : current().retries);
 }
 
 void JobEngine::onNotAnswered(const JobEnd &end)
@@ -39,10 +45,11 @@ void JobEngine::onNotAnswered(const JobEnd &end)
     const bool down = m_link->state() != ComputerLink::State::Up;
     if (down) {
         m_cause = end;
-        current().work->interrupted(end, *m_exchange);
+        if (current().work->interrupted(end))
+            m_tries = 0;
     }
     if (mayAskAgain(end)) {
-        ++m_tries;
+        ++tries();
         qCInfo(lcSession).noquote()
             << "asking again for" << m_request.what << "after" << end.reason;
         current().setState(VardaJob::Recovering);
@@ -50,7 +57,7 @@ void JobEngine::onNotAnswered(const JobEnd &end)
             advance();
         return;
     }
-    m_tries = 0;
+    tries() = 0;
     m_doubt.reset();
     const QPointer<JobEngine> alive(this);
     // A service that has gone may come back before the next request.

@@ -48,6 +48,10 @@ private Q_SLOTS:
     void bootloaderUnknown();
     void silentClose();
     void identifiedAnewAfterAnUpload();
+    void lostBeforeTheSameVersionIsInstalled();
+    void lostAgainAndAgain_data();
+    void lostAgainAndAgain();
+    void eachResumptionIsAPart();
 
 private:
     FirmwareJob *upload(const QByteArray &image, bool force = false);
@@ -261,6 +265,62 @@ void TestFirmwareJob::identifiedAnewAfterAnUpload()
     JobSpy again(upload(image(kSize, kFirmwareHeader)));
     QVERIFY(again.wait());
     QCOMPARE(again.reason, Reason::SameVersion);
+}
+
+/** The version that the computer has had all along does not show that the image has arrived. */
+void TestFirmwareJob::lostBeforeTheSameVersionIsInstalled()
+{
+    LOAD(Simulator::loadKnown(R"("firmware":"4.5.6.d","faults":[{"step":"write","nth":1,)"
+                              R"("command":"EndUpdate","kind":"refuse"}])"));
+    const QByteArray bytes = image(kSize, kFirmwareHeader);
+    JobSpy spy(upload(bytes, true));
+    ENDS_WELL(spy);
+    QCOMPARE(Simulator::firmware(), bytes);
+}
+
+void TestFirmwareJob::lostAgainAndAgain_data()
+{
+    QTest::addColumn<QByteArray>("command");
+    QTest::addColumn<QByteArray>("header");
+    QTest::addColumn<int>("links");
+    QTest::newRow("begin") << QByteArray("BeginUpdate") << QByteArray(kFirmwareHeader) << 2;
+    QTest::newRow("block") << QByteArray("ProgramUpdate") << QByteArray(kFirmwareHeader) << 2;
+    // Once more: the second time it has the whole image.
+    QTest::newRow("end") << QByteArray("EndUpdate") << QByteArray(kFirmwareHeader) << 3;
+    QTest::newRow("plain begin") << QByteArray("Begin_program") << QByteArray(8, '0') << 2;
+    QTest::newRow("plain block") << QByteArray("Program") << QByteArray(8, '0') << 2;
+    QTest::newRow("plain end") << QByteArray("End_program") << QByteArray(8, '0') << 2;
+}
+
+/** That the computer can be identified on each new link is no progress of the upload. */
+void TestFirmwareJob::lostAgainAndAgain()
+{
+    QFETCH(const QByteArray, command);
+    QFETCH(const QByteArray, header);
+    QFETCH(const int, links);
+    LOAD(Simulator::loadKnown(R"("faults":[{"step":"write","command":")" + command
+                              + R"(","kind":"drop"}])"));
+    auto *const job = upload(image(kSize, header));
+    job->setRetries(1);
+    JobSpy spy(job);
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, VardaJob::LinkLost);
+    QVERIFY(spy.outcomeUnknown);
+    QCOMPARE(Simulator::count(u"connected"_s), links);
+}
+
+/** What the computer keeps of an image is a part that is done. */
+void TestFirmwareJob::eachResumptionIsAPart()
+{
+    const QByteArray drop = R"({"step":"answer","command":"ProgramUpdate","kind":"drop","nth":)";
+    LOAD(Simulator::loadKnown(R"("faults":[)" + drop + "4}," + drop + "8}," + drop + "12}]"));
+    const QByteArray bytes = image(kSize, kFirmwareHeader);
+    auto *const job = upload(bytes);
+    job->setRetries(1);
+    JobSpy spy(job);
+    ENDS_WELL(spy);
+    QCOMPARE(Simulator::firmware(), bytes);
+    QCOMPARE(Simulator::count(u"connected"_s), 4);
 }
 
 QTEST_MAIN(TestFirmwareJob)

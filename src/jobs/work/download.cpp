@@ -133,10 +133,11 @@ void DownloadWork::giveUpDive(const JobEnd &end)
         Q_EMIT alive->diveDamaged(number, end.error, why);
 }
 
-void DownloadWork::interrupted(const JobEnd &end, const Exchange & /*exchange*/)
+bool DownloadWork::interrupted(const JobEnd &end)
 {
     if (m_stage == Stage::Logbook && end.reason == Reason::WriteFailed)
         m_known.expectSmallestMtu();
+    return false;
 }
 
 // The job

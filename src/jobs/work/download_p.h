@@ -19,7 +19,7 @@ public:
     bool isComplete() const override { return m_stage == Stage::Dives && m_left.isEmpty(); }
     void done(VardaSession &session, Exchange &exchange) override;
     bool failed(const JobEnd &end) override;
-    void interrupted(const JobEnd &end, const Exchange &exchange) override;
+    bool interrupted(const JobEnd &end) override;
     bool isHeld() const override;
     QVariant result() override { return m_read; }
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "jobs/work/firmware_p.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "jobs/exchange_p.h"
 #include "jobs/vardajob_p.h"
 
@@ -21,6 +24,7 @@ FirmwareWork::FirmwareWork(const QByteArray &bytes, const QString &fileName, boo
                 .send = [this](VardaSession &session, SessionDoor &) { return start(session); },
                 .writes = true};
     m_verify = Requests::command(u"identification"_s, TidemarCommand::Identification);
+    m_verify.isCheck = true;
 }
 
 JobEnd FirmwareWork::check()
@@ -38,6 +42,12 @@ JobEnd FirmwareWork::check()
     return {};
 }
 
+std::uint32_t FirmwareWork::installed(const VardaSession &session) const
+{
+    return m_image.kind == FirmwareImage::Kind::Bootloader ? session.bootloaderVersion()
+                                                           : session.firmwareVersion();
+}
+
 Reason FirmwareWork::start(VardaSession &session)
 {
     if (m_session != &session) {
@@ -53,6 +63,7 @@ Reason FirmwareWork::start(VardaSession &session)
                                           VardaJobPrivate::of(*job).setProgress(done, size);
                                       });
     }
+    m_isNew = installed(session) != m_image.version;
     switch (session.uploadFirmware(m_bytes, m_fileName, m_force)) {
     case -1:
         return Reason::UnknownImage;
@@ -90,16 +101,21 @@ void FirmwareWork::done(VardaSession &session, Exchange & /*exchange*/)
         endsLink = true;
         return;
     }
-    const bool bootloader = m_image.kind == FirmwareImage::Kind::Bootloader;
-    const std::uint32_t has = bootloader ? session.bootloaderVersion() : session.firmwareVersion();
     // The end did not arrive, or was not liked: what is missing is sent again.
-    m_stage = has == m_image.version && m_image.version != 0 ? Stage::Done : Stage::Upload;
+    m_stage = installed(session) == m_image.version && m_image.version != 0 ? Stage::Done
+                                                                            : Stage::Upload;
 }
 
-void FirmwareWork::interrupted(const JobEnd & /*end*/, const Exchange & /*exchange*/)
+bool FirmwareWork::interrupted(const JobEnd & /*end*/)
 {
-    if (m_stage == Stage::Upload && m_session && SessionDoor(*m_session).uploadEndSent())
+    if (m_stage != Stage::Upload || !m_session)
+        return false;
+    const SessionDoor door(*m_session);
+    // A version that was there before shows nothing.
+    if (door.uploadEndSent() && m_isNew)
         m_stage = Stage::Verify;
+    const qint64 before = std::exchange(m_kept, std::max(m_kept, door.uploadResumedAt()));
+    return m_kept > before;
 }
 
 // The job

@@ -23,7 +23,7 @@ public:
     const Request *next() override;
     bool isComplete() const override { return m_stage == Stage::Done; }
     void done(VardaSession &session, Exchange &exchange) override;
-    void interrupted(const JobEnd &end, const Exchange &exchange) override;
+    bool interrupted(const JobEnd &end) override;
     QVariant result() override { return qint64(m_bytes.size()); }
 
     QPointer<FirmwareJob> job;
@@ -34,6 +34,7 @@ private:
     enum class Stage { Upload, Verify, Done };
 
     VardaJob::Reason start(VardaSession &session);
+    [[nodiscard]] std::uint32_t installed(const VardaSession &session) const;
 
     QByteArray m_bytes;
     QString m_fileName;
@@ -44,4 +45,6 @@ private:
     Request m_verify;
     QMetaObject::Connection m_progress;
     VardaSession *m_session = nullptr;
+    bool m_isNew = true; ///< the computer has had another version
+    qint64 m_kept = 0;   ///< bytes that the computer had at the most when an upload was resumed
 };

@@ -110,10 +110,11 @@ void LogbookWork::done(VardaSession &session, Exchange & /*exchange*/)
         [this](const TidemarDiveHeader &header) { return m_known.contains(header.diveNumber); });
 }
 
-void LogbookWork::interrupted(const JobEnd &end, const Exchange & /*exchange*/)
+bool LogbookWork::interrupted(const JobEnd &end)
 {
     if (end.reason == Reason::WriteFailed)
         m_known.expectSmallestMtu();
+    return false;
 }
 
 VardaIdentity identityOf(const VardaSession &session)

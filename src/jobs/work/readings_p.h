@@ -101,7 +101,7 @@ public:
 
     const Request *next() override { return &m_request; }
     void done(VardaSession &session, Exchange &exchange) override;
-    void interrupted(const JobEnd &end, const Exchange &exchange) override;
+    bool interrupted(const JobEnd &end) override;
     bool isComplete() const override { return m_complete; }
     QVariant result() override { return QVariant::fromValue(m_headers); }
 

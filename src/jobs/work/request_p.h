@@ -34,4 +34,6 @@ struct Request {
     bool repeatable = true;
     /** The computer is changed by it. */
     bool writes = false;
+    /** It finds out what became of the request before, which has to be answered in its own tries. */
+    bool isCheck = false;
 };

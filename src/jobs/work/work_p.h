@@ -25,8 +25,11 @@ public:
     virtual void done(VardaSession &session, Exchange &exchange) = 0;
     /** next() is given up. Whether the job goes on without it. */
     [[nodiscard]] virtual bool failed(const JobEnd & /*end*/) { return false; }
-    /** The link was lost under next(), which will be sent again on another. */
-    virtual void interrupted(const JobEnd & /*end*/, const Exchange & /*exchange*/) { }
+    /**
+     * The link was lost under next(), which will be sent again on another. Whether the computer
+     * keeps more of it than the last time, so that its tries count anew.
+     */
+    [[nodiscard]] virtual bool interrupted(const JobEnd & /*end*/) { return false; }
     /** Why the job cannot run, before anything is sent; None if it can. */
     [[nodiscard]] virtual JobEnd check() { return {}; }
     /** What it consists of does not go on now, as the application wants it. */
