@@ -1,17 +1,24 @@
 # SPDX-License-Identifier: MIT
 # Libraries beside the core, each a component of its own: find_package(Varda COMPONENTS Profile).
 
-# varda_add_component(NAME SOURCE... QT MODULE... [PRIVATE_QT MODULE...]): the library Varda::NAME,
-# from the sources of this folder and its public headers in include/varda. An application needs
-# what is private only to link a static one.
+include(VardaPkgConfig)
+
+# varda_add_component(NAME SOURCE... DESCRIPTION TEXT QT MODULE... [PRIVATE_QT MODULE...]): the
+# library Varda::NAME, for pkg-config varda-name, from the sources of this folder and its public
+# headers in include/varda. An application needs what is private only to link a static one.
 function(varda_add_component name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "QT;PRIVATE_QT")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "DESCRIPTION" "QT;PRIVATE_QT")
     string(TOLOWER ${name} lower)
     string(TOUPPER ${name} upper)
     find_package(Qt6 6.4 REQUIRED COMPONENTS ${arg_QT} ${arg_PRIVATE_QT})
     file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/include/varda/*.h")
 
     set(target varda-${lower})
+    set(pc_qt ${arg_QT})
+    set(pc_private_qt "")
+    if(NOT BUILD_SHARED_LIBS)
+        set(pc_private_qt ${arg_PRIVATE_QT})
+    endif()
     add_library(${target} ${arg_UNPARSED_ARGUMENTS})
     add_library(Varda::${name} ALIAS ${target})
     target_sources(${target} PUBLIC
@@ -51,5 +58,7 @@ function(varda_add_component name)
             FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
         install(EXPORT Varda${name}Targets NAMESPACE Varda::
             DESTINATION "${CMAKE_INSTALL_LIBDIR}/cmake/Varda")
+        varda_install_pc(${target} varda${lower} "${arg_DESCRIPTION}"
+            REQUIRES varda QT ${pc_qt} PRIVATE_QT ${pc_private_qt})
     endif()
 endfunction()

@@ -3,6 +3,7 @@
 # the rest from where they lie themselves, so an installed tree may be moved.
 
 include(CMakePackageConfigHelpers)
+include(VardaPkgConfig)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Varda")
 
@@ -44,18 +45,4 @@ install(FILES
     "${PROJECT_BINARY_DIR}/VardaConfigVersion.cmake"
     DESTINATION "${package_dir}")
 
-# libdir may be deeper than one folder (lib/x86_64-linux-gnu), and either may be absolute.
-file(RELATIVE_PATH VARDA_PC_PREFIX
-    "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
-string(REGEX REPLACE "/$" "" VARDA_PC_PREFIX "${VARDA_PC_PREFIX}")
-cmake_path(APPEND VARDA_PC_LIBDIR "\${prefix}" "${CMAKE_INSTALL_LIBDIR}")
-cmake_path(APPEND VARDA_PC_INCLUDEDIR "\${prefix}" "${CMAKE_INSTALL_INCLUDEDIR}")
-foreach(list VARDA_QT private_qt)
-    list(TRANSFORM ${list} REPLACE "(.+)" "Qt6\\1 >= 6.4" OUTPUT_VARIABLE ${list}_modules)
-    list(JOIN ${list}_modules ", " ${list}_modules)
-endforeach()
-set(VARDA_PC_REQUIRES "${VARDA_QT_modules}")
-set(VARDA_PC_REQUIRES_PRIVATE "${private_qt_modules}")
-configure_file(
-    "${CMAKE_CURRENT_LIST_DIR}/varda.pc.in" "${PROJECT_BINARY_DIR}/varda.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/varda.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+varda_install_pc(varda varda "${PROJECT_DESCRIPTION}" QT ${VARDA_QT} PRIVATE_QT ${private_qt})
