@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Ends the program it is linked into with SIGKILL at the point VARDA_TEST_KILL, counted from 1: each
 // message to or from the Bluetooth service (so each request and each notification) and each step of
-// SQLite on the disk. The libraries find these functions before the C library's; the work is done by
+// SQLite on the disk. With VARDA_TEST_FULL there is no room any more from that write on. The libraries find these functions before the C library's; the work is done by
 // system calls, since the C library's functions of these names are hidden by these.
 #include "killpoints.h"
 
@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 
@@ -17,20 +18,26 @@ namespace {
 
 std::atomic_int reached = 0;
 std::atomic_int syncs = 0;
+std::atomic_int writes = 0;
 
-int deadly()
+int numberIn(const char *name)
 {
-    static const int kPoint = [] {
-        const char *text = std::getenv("VARDA_TEST_KILL"); // NOLINT(concurrency-mt-unsafe)
-        return text ? std::atoi(text) : 0;                 // NOLINT(cert-err34-c)
-    }();
-    return kPoint;
+    const char *text = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
+    return text ? std::atoi(text) : 0;    // NOLINT(cert-err34-c)
 }
 
 /** Whether the program ends here. */
 bool isDeadly()
 {
-    return ++reached == deadly();
+    static const int kPoint = numberIn("VARDA_TEST_KILL");
+    return ++reached == kPoint;
+}
+
+/** Whether there is no room for this write. */
+bool isFull()
+{
+    static const int kPoint = numberIn("VARDA_TEST_FULL");
+    return ++writes >= kPoint && kPoint > 0;
 }
 
 void end()
@@ -48,6 +55,11 @@ int KillPoints::count()
 int KillPoints::syncCount()
 {
     return syncs;
+}
+
+int KillPoints::writeCount()
+{
+    return writes;
 }
 
 extern "C" {
@@ -75,6 +87,10 @@ ssize_t pwrite64(int fd, const void *bytes, size_t size, off64_t place)
     if (isDeadly()) { // in the middle of it
         ::syscall(SYS_pwrite64, fd, bytes, size / 2, place);
         end();
+    }
+    if (isFull()) {
+        errno = ENOSPC;
+        return -1;
     }
     return ::syscall(SYS_pwrite64, fd, bytes, size, place);
 }
