@@ -78,8 +78,14 @@ void drawHeader(Drawing &drawing, const Dive &dive, const Readings &readings,
         figures.append(
             {u"temperature"_s, temperatureText(options.units, profile.temperature->lowest,
                                                profile.temperature->highest)});
+    const double titleEnd = place.left()
+                            + std::max(widthOf(titleOf(dive), 22), widthOf(beginText(dive), 13))
+                            + 8;
     double x = place.right();
     for (const auto &[name, value] : figures) {
+        const double width = std::max(widthOf(value, 20), widthOf(name, 12));
+        if (x - width < titleEnd)
+            break;
         drawing.items.emplace_back(Text{.at = {x, place.top() + 18},
                                         .text = value,
                                         .size = 18,
@@ -91,6 +97,6 @@ void drawHeader(Drawing &drawing, const Dive &dive, const Readings &readings,
                                         .size = 12,
                                         .colour = style.muted,
                                         .anchor = Text::Anchor::End});
-        x -= std::max(widthOf(value, 20), widthOf(name, 12)) + 22;
+        x -= width + 22;
     }
 }

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void unknownBegin();
     void units();
     void noTemperature();
+    void figuresBesideTheTitle();
     void oneSampleIsADot();
     void noSamples();
     void extremesStay();
@@ -196,6 +197,31 @@ void TestDiveSvg::noTemperature()
     QVERIFY(!svgOf(dive).contains("temperature"));
     dive.lines[7].aux1Value = -1;
     QCOMPARE(pointsOf(svgOf(dive), kTemperatureLine).size(), 181);
+}
+
+/** Those that have room. */
+void TestDiveSvg::figuresBesideTheTitle()
+{
+    PictureOptions narrow;
+    narrow.size = {480, 300};
+    narrow.units = Units::Imperial;
+    Dive dive = longDive();
+    for (DiveLine &line : dive.lines)
+        line.time *= 8;
+    const QStringList figures{QStringLiteral("79 to 81 °F"), QStringLiteral("46.6 ft"),
+                              QStringLiteral("240:00:00")};
+    const auto shown = [&figures](const QByteArray &svg) {
+        QStringList result;
+        for (const QString &text : textsOf(svg)) {
+            if (figures.contains(text))
+                result.append(text);
+        }
+        return result;
+    };
+    QCOMPARE(shown(svgOf(dive, narrow)),
+             (QStringList{QStringLiteral("240:00:00"), QStringLiteral("46.6 ft")}));
+    narrow.size = {640, 300};
+    QCOMPARE(shown(svgOf(dive, narrow)).size(), 3);
 }
 
 void TestDiveSvg::oneSampleIsADot()
