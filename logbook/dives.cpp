@@ -119,15 +119,30 @@ qint64 find(Database &database, const QVariantList &identity)
         .toLongLong();
 }
 
+// The times in this century
+constexpr qint64 kEarliest = 946'684'800; // 2000-01-01
+constexpr qint64 kLatest = 4'102'444'800; // 2100-01-01
+
 /** A dive with this number whose begin is no time in this century; 0 if there is none. */
 qint64 findUnknownBegin(Database &database, qint64 computer, std::uint16_t number)
 {
-    constexpr qint64 kEarliest = 946'684'800; // 2000-01-01
-    constexpr qint64 kLatest = 4'102'444'800; // 2100-01-01
     return database
         .value(uR"(SELECT id FROM dive WHERE computer = ? AND number = ?
             AND ("begin" < ? OR "begin" >= ?) ORDER BY id)"_s,
                {computer, qint64(number), kEarliest, kLatest})
+        .toLongLong();
+}
+
+/** What a file had of this dive, whose begin it could not carry; 0 if there is none. */
+qint64 findCopyWithoutBegin(Database &database, qint64 computer, const Dive &dive)
+{
+    const auto begin = qint64(dive.stamp);
+    if (begin >= kEarliest && begin < kLatest)
+        return 0;
+    return database
+        .value(R"(SELECT id FROM dive WHERE computer = ? AND number = ? AND "begin" = 0
+            AND NOT %1 ORDER BY id)"_L1.arg(Dives::kIsDownloaded),
+               {computer, qint64(dive.diveNumber)})
         .toLongLong();
 }
 
@@ -187,6 +202,10 @@ LogbookStore::Added Dives::addImported(Database &database, qint64 computer, cons
 LogbookStore::Added Dives::addDownloaded(Database &database, qint64 computer,
                                          const LogbookDive &dive)
 {
+    const qint64 copy = findCopyWithoutBegin(database, computer, dive.dive);
+    if (copy != 0 && find(database, identityOf(computer, dive.dive)) == 0)
+        database.run(uR"(UPDATE dive SET "begin" = ? WHERE id = ?)"_s,
+                     {qint64(dive.dive.stamp), copy});
     const LogbookStore::Added added = add(database, computer, dive);
     if (added.isNew || isDownloaded(database, added.id))
         return added;

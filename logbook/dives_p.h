@@ -24,7 +24,10 @@ constexpr QLatin1StringView kIsDownloaded(R"(EXISTS (SELECT 1 FROM header
 LogbookStore::Added add(Database &database, qint64 computer, const LogbookDive &dive);
 /** The same; without a begin, it is any with its number whose begin is no time in this century. */
 LogbookStore::Added addImported(Database &database, qint64 computer, const LogbookDive &dive);
-/** The same as add(), but takes the place of one that is from a file; this counts as new. */
+/**
+ * The same as add(), but takes the place of one that is from a file, also if the file could not say
+ * when it began; this counts as new.
+ */
 LogbookStore::Added addDownloaded(Database &database, qint64 computer, const LogbookDive &dive);
 [[nodiscard]] bool isDownloaded(Database &database, qint64 id);
 /** Keeps the id and what the diver has added. */
