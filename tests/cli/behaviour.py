@@ -9,6 +9,7 @@ import os
 import pty
 import re
 import resource
+import shutil
 import signal
 import socket
 import stat
@@ -32,7 +33,8 @@ def environment(**more):
     wishes = ("COLUMNS", "LINES", "NO_COLOR")
     kept = {n: v for n, v in os.environ.items()
             if not n.startswith(("QT_", "LC_")) and n not in wishes}
-    return kept | {"LANG": "C.UTF-8", "XDG_CONFIG_HOME": "/nonexistent"} | more
+    return kept | {"LANG": "C.UTF-8", "XDG_CONFIG_HOME": "/nonexistent",
+                   "XDG_DATA_HOME": "/dev/null"} | more
 
 
 def run(*arguments, **more):
@@ -108,16 +110,28 @@ def serving(folder, **scenario):
         yield more, lambda: [json.loads(line)["event"] for line in record.read_text().splitlines()]
 
 
-def in_mount_namespace(script, *arguments):
+def in_mount_namespace(script, *arguments, size="64k"):
     """Runs a shell script that may mount; nothing where there is no right to do so."""
     own = ["unshare", "--mount"] if os.geteuid() == 0 else ["unshare", "--map-root-user", "--mount"]
-    mount = "mount -t tmpfs -o size=64k tmpfs /mnt"
+    mount = f"mount -t tmpfs -o size={size} tmpfs /mnt"
     if subprocess.run([*own, "sh", "-c", mount], capture_output=True, check=False).returncode != 0:
         return None
     return subprocess.run(
         [*own, "sh", "-euc", f"{mount}\n{script}", "sh", *arguments],
         env=environment(), stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False,
     )
+
+
+def saved_in(folder):
+    """What a command needs that saves dives in this folder only."""
+    return {"env": environment(XDG_DATA_HOME=str(folder))}
+
+
+def numbers_in(file):
+    """The numbers of the dives that are saved there."""
+    done = run("dives", "--saved", "--json", "--logbook", file)
+    assert done.returncode == 0, done.stderr
+    return [dive["diveNumber"] for dive in json.loads(done.stdout)["dives"]]
 
 
 # As large as they come
@@ -145,6 +159,220 @@ class Behaviour(unittest.TestCase):
         self.assertEqual(result.count("\n"), 3, result)
         self.assertRegex(terminal, r"Reading dive 1, 1 of 2, \d+(\.\d)? k?B\r")
         self.assertRegex(terminal, r"Reading dive 2, 2 of 2, \d+:\d\d left, \d+(\.\d)? k?B\r")
+
+    def test_sync_status(self):
+        """While dives are saved, a bar shows how much is done, how fast, and how long it takes."""
+        with tempfile.TemporaryDirectory() as folder:
+            status, terminal, result = on_terminal(
+                "sync", "--simulate=scenarios/slow-dives.json", XDG_DATA_HOME=folder)
+        self.assertEqual((status, result), (0, "2 new, 0 known\n"))
+        self.assertRegex(terminal, r"\[-{28}\] 1 of 2, \d+(\.\d)? k?B/s\r")
+        self.assertRegex(terminal, r"\[#{14}-{14}\] 2 of 2, \d+(\.\d)? k?B/s, \d+:\d\d left\r")
+
+    def test_sync_narrow(self):
+        """The line fits a narrow terminal, with a shorter bar or none."""
+        with tempfile.TemporaryDirectory() as folder:
+            _, terminal, _ = on_terminal("sync", "--simulate=scenarios/slow-dives.json",
+                                         size=(24, 40), XDG_DATA_HOME=folder)
+        lines = [part for part in re.split("\r\x1b\\[K|\r\n", terminal) if " of 2, " in part]
+        self.assertTrue(lines)
+        for line in lines:
+            self.assertLess(len(line), 40)
+
+    def test_sync_interrupted(self):
+        """What is saved stays, and the next time the rest comes."""
+        slow = json.loads(Path("scenarios/slow-dives.json").read_text(encoding="utf-8"))
+        with tempfile.TemporaryDirectory() as folder, serving(folder, **slow) as (more, _):
+            file = Path(folder, "a logbook.sqlite")
+            with subprocess.Popen([VARDA, "sync", "--logbook", file, "--verbose"], **more,
+                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE) as command:
+                while not file.exists() or numbers_in(file) != [1]:
+                    time.sleep(0.01)
+                command.send_signal(signal.SIGINT)
+                result, said = command.communicate()
+            self.assertEqual(command.returncode, 128 + signal.SIGINT)
+            self.assertEqual(result, "1 new, 0 known\n")
+            self.assertTrue(said.endswith("varda: interrupted\n"), said)
+            done = run("sync", "--logbook", file, **more)
+            self.assertEqual((done.stdout, done.stderr), ("1 new, 1 known\n", ""))
+            self.assertEqual(numbers_in(file), [1, 2])
+
+    def test_sync_twice_at_once(self):
+        """Two that save the same dives at once double none of them."""
+        with tempfile.TemporaryDirectory() as folder, ThreadPoolExecutor() as pool:
+            both = [pool.submit(run, "sync", "--simulate", **saved_in(folder)) for _ in range(2)]
+            both = [each.result() for each in both]
+            self.assertEqual([each.returncode for each in both], [0, 0], both)
+            added = [int(each.stdout.split(" new")[0]) for each in both]
+            self.assertEqual(sum(added), 12, both)
+            self.assertEqual(numbers_in(Path(folder, "varda", "simulated.sqlite")),
+                             list(range(1, 13)))
+            self.assertFalse(Path(folder, "varda", "logbook.sqlite").exists())
+
+    def test_sync_full_disk(self):
+        """A full disk ends it; what was saved before is there."""
+        script = """
+            "$1" import data/dives.json --logbook /mnt/l.sqlite
+            head -c 10000000 /dev/zero >/mnt/rest 2>/dev/null || true
+            "$1" sync --simulate --logbook /mnt/l.sqlite || echo "exit $?"
+            rm /mnt/rest
+            "$1" dives --saved --logbook /mnt/l.sqlite | tail -n 1
+            """
+        done = in_mount_namespace(script, VARDA, size="1m")
+        if done is None:
+            self.assertNotIn("CI", os.environ, "CI has to have the right to mount")
+            self.skipTest("there is no right to mount")
+        self.assertEqual(done.stderr, "varda: /mnt/l.sqlite: the disk is full\n       "
+                                      "Make room on it and try again. Nothing was lost.\n")
+        self.assertEqual(done.stdout, "4 new, 0 known\nexit 7\n"
+                         "@4      12  2024-05-07 13:53:20     17:00  41.1 m   19.4 m\n")
+
+    def test_store_read_only(self):
+        """A file that cannot be written is read, and nothing is saved in it."""
+        script = """
+            "$1" import data/dives.json --logbook /mnt/l.sqlite
+            mount -o remount,ro /mnt
+            "$1" dives --saved --logbook /mnt/l.sqlite | tail -n 1
+            "$1" import data/others.json --logbook /mnt/l.sqlite || echo "exit $?"
+            "$1" sync --simulate --logbook /mnt/new.sqlite || echo "exit $?"
+            """
+        done = in_mount_namespace(script, VARDA, size="1m")
+        if done is None:
+            self.assertNotIn("CI", os.environ, "CI has to have the right to mount")
+            self.skipTest("there is no right to mount")
+        remedy = "       Make the file and its folder writable, or use a copy elsewhere.\n"
+        self.assertEqual(done.stderr, f"varda: /mnt/l.sqlite: cannot be written\n{remedy}"
+                                      f"varda: /mnt/new.sqlite: cannot be written\n{remedy}")
+        self.assertEqual(done.stdout, "4 new, 0 known\n"
+                         "@4      12  2024-05-07 13:53:20     17:00  41.1 m   19.4 m\n"
+                         "exit 7\nexit 7\n")
+
+    def test_store_damaged(self):
+        """What is damaged is reported, and nothing is written to it."""
+        with tempfile.TemporaryDirectory() as folder:
+            file = Path(folder, "l.sqlite")
+            run("import", "data/dives.json", "--logbook", file)
+            whole = file.read_bytes()
+            file.write_bytes(whole[:4096] + b"\x5a" * (len(whole) - 4096))
+            for arguments in (("dives", "--saved"), ("import", "data/others.json"), ("export",),
+                              ("sync", "--simulate")):
+                done = run(*arguments, "--logbook", file)
+                self.assertEqual((done.returncode, done.stdout), (7, ""), arguments)
+                self.assertTrue(done.stderr.startswith(f"varda: {file}: the file is damaged\n"
+                                                       "       Use a backup, "), done.stderr)
+            self.assertEqual(file.read_bytes()[4096:], b"\x5a" * (len(whole) - 4096))
+
+    def test_export_import(self):
+        """What was exported and imported is exported as the same again, and nothing is doubled."""
+        with tempfile.TemporaryDirectory(prefix="a folder ") as folder:
+            run("import", "data/dives.json", **saved_in(folder))
+            for ending in ("uddf", "csv", "json"):
+                first, second = Path(folder, f"1.{ending}"), Path(folder, f"2.{ending}")
+                other = Path(folder, f"{ending}.sqlite")
+                self.assertEqual(run("export", "-o", first, **saved_in(folder)).returncode, 0)
+                done = run("import", first, "--logbook", other)
+                self.assertEqual((done.stdout, done.stderr), ("4 new, 0 known\n", ""))
+                done = run("import", first, "--logbook", other)
+                self.assertEqual((done.stdout, done.stderr), ("0 new, 4 known\n", ""))
+                run("export", "-o", second, "--logbook", other)
+                self.assertEqual(first.read_bytes(), second.read_bytes())
+            piped = run("import", "-", "--logbook", Path(folder, "piped.sqlite"), stdin=None,
+                        input=first.read_text(encoding="utf-8"))
+            self.assertEqual((piped.stdout, piped.stderr), ("4 new, 0 known\n", ""))
+
+    def test_import_then_sync(self):
+        """The computer's dives replace those of a file, also one whose begin the file lacks."""
+        with tempfile.TemporaryDirectory() as folder:
+            file, saved = Path(folder, "dives.uddf"), Path(folder, "l.sqlite")
+            simulated_dives = ("--simulate=scenarios/dives.json",)
+            run("export", "--live", "-o", file, *simulated_dives)
+            self.assertEqual(run("import", file, "--logbook", saved).stdout, "4 new, 0 known\n")
+            done = run("sync", "--logbook", saved, *simulated_dives)
+            self.assertEqual((done.stdout, done.stderr), ("4 new, 0 known\n", ""))
+            self.assertEqual(numbers_in(saved), [9, 7, 8, 12])
+            self.assertEqual(run("import", file, "--logbook", saved).stdout, "0 new, 4 known\n")
+
+    def test_pictures(self):
+        """They are drawn without a display, each in a file of its own."""
+        with tempfile.TemporaryDirectory() as folder:
+            env = saved_in(folder)["env"] | {"QT_QPA_PLATFORM": "xcb", "DISPLAY": ":none"}
+            run("import", "data/others.json", env=env)
+            run("import", "data/dives.json", env=env)
+            for ending, begin in (("svg", b"<svg "), ("png", b"\x89PNG"), ("pdf", b"%PDF-")):
+                file = Path(folder, f"dive.{ending}")
+                done = run("dive", "9", "--saved", "--plot", file, env=env)
+                self.assertEqual((done.returncode, done.stderr), (0, ""))
+                self.assertTrue(done.stdout.endswith(f"\nPicture        {file}\n"), done.stdout)
+                self.assertTrue(file.read_bytes().startswith(begin))
+                done = run("export", "@4", "--format", ending, env=env, text=False)
+                self.assertTrue(done.stdout.startswith(begin))
+            done = run("export", "--format", "svg", "-o", f"{folder}/new/", env=env)
+            self.assertEqual((done.returncode, done.stderr), (0, ""))
+            self.assertEqual(done.stdout, f"6 dives written to {folder}/new/\n")
+            self.assertEqual(sorted(os.listdir(Path(folder, "new"))),
+                             ["dive-12.svg", "dive-12@2.svg", "dive-7.svg", "dive-8.svg",
+                              "dive-8@1.svg", "dive-9.svg"])
+            status, terminal, _ = on_terminal("export", "9", "--format", "png", size=(24, 80),
+                                              XDG_DATA_HOME=folder)
+            self.assertEqual(status, 2)
+            self.assertIn("varda: a terminal cannot show a picture", terminal)
+
+    def test_no_gui(self):
+        """Qt's graphical part is there for pictures only, and is missed only for them."""
+        with tempfile.TemporaryDirectory() as folder:
+            command = Path(folder, "command")
+            shutil.copy(VARDA, command)
+            run("import", "data/dives.json", **saved_in(folder))
+            for arguments, status in ((("dives", "--saved"), 0), (("dive", "7", "--saved"), 0),
+                                      (("dive", "7", "--saved", "--plot", "x.svg"), 2)):
+                done = subprocess.run([command, *arguments], **saved_in(folder), cwd=folder,
+                                      stdin=subprocess.DEVNULL, capture_output=True, text=True)
+                self.assertEqual(done.returncode, status, done.stderr)
+            self.assertIn("varda: pictures cannot be drawn: ", done.stderr)
+            self.assertFalse(Path(folder, "x.svg").exists())
+
+    def test_export_full_disk(self):
+        """An existing file stays as it was if there is no room for the new one."""
+        script = """
+            for name in dives.json dive.svg; do printf old >/mnt/$name; done
+            head -c 100000 /dev/zero >/mnt/rest 2>/dev/null || true
+            for name in dives.json dive.svg; do
+                "$1" export 8 --logbook "$2" -o /mnt/$name || echo "exit $?"
+                cat /mnt/$name
+                echo
+            done
+            ls /mnt
+            """
+        with tempfile.TemporaryDirectory() as folder:
+            file = Path(folder, "l.sqlite")
+            run("import", "data/dives.json", "--logbook", file)
+            done = in_mount_namespace(script, VARDA, file)
+        if done is None:
+            self.assertNotIn("CI", os.environ, "CI has to have the right to mount")
+            self.skipTest("there is no right to mount")
+        self.assertEqual(done.stderr, "".join(
+            f'varda: "/mnt/{name}" cannot be written: No space left on device\n'
+            for name in ("dives.json", "dive.svg")))
+        self.assertEqual(done.stdout, "exit 1\nold\nexit 1\nold\ndive.svg\ndives.json\nrest\n")
+
+    def test_export_pipe(self):
+        """A pipe is written to, and stays what it is; who stops reading ends it."""
+        with tempfile.TemporaryDirectory() as folder:
+            run("import", "data/dives.json", **saved_in(folder))
+            pipe = Path(folder, "pipe")
+            os.mkfifo(pipe)
+            reader = os.open(pipe, os.O_RDONLY | os.O_NONBLOCK)
+            done = run("export", "8", "-o", pipe, **saved_in(folder))
+            self.assertEqual((done.returncode, done.stderr), (0, ""))
+            self.assertTrue(os.read(reader, 100).startswith(b"<?xml "))
+            self.assertTrue(stat.S_ISFIFO(os.stat(pipe).st_mode))
+            os.close(reader)
+            ours, theirs = os.pipe()
+            os.close(ours)
+            done = run("export", "8", "-o", "-", **saved_in(folder), capture_output=False,
+                       stdout=theirs, stderr=subprocess.PIPE)
+            os.close(theirs)
+            self.assertEqual((done.returncode, done.stderr), (128 + signal.SIGPIPE, ""))
 
     def test_time_left(self):
         """It counts down while a dive comes in, too."""

@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""golden.py VARDA FILE: runs the command in FILE's first line and compares what it prints.
+"""golden.py VARDA FILE: runs the commands in FILE, the lines that begin with "$ ", and compares what
+they print, which stands below each.
 
-VARDA_UPDATE_GOLDEN=1 writes what it prints into the file instead: look at the difference, then
-commit it. A new test is a file with that first line only.
+They share a folder for what they save, which is $DATA in the file. VARDA_UPDATE_GOLDEN=1 writes what
+they print into the file instead: look at the difference, then commit it. A new test is a file with
+the commands only.
 """
 
 import difflib
@@ -12,6 +14,7 @@ import re
 import shlex
 import subprocess
 import sys
+import tempfile
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
@@ -22,7 +25,7 @@ VARYING = re.compile(r'(?<= in )[0-9.]+(?= s\.\n)|(?<="uploadElapsed": )[0-9.e-]
 WISHES = ("LANG", "TERM", "COLUMNS", "LINES", "NO_COLOR")
 
 
-def environment():
+def environment(data):
     """The same everywhere: no radio of this machine, no terminal, no wishes of its user."""
     kept = {
         name: value
@@ -32,32 +35,35 @@ def environment():
     return kept | {
         "LANG": "C.UTF-8",
         "XDG_CONFIG_HOME": "/nonexistent",
+        "XDG_DATA_HOME": data,
         "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent/bus",
     }
 
 
-def transcript(varda, line):
-    words = shlex.split(line.removeprefix("$ "))
-    env = environment()
+def transcript(varda, line, data):
+    words = [each.replace("$DATA", data) for each in shlex.split(line.removeprefix("$ "))]
+    env = environment(data)
     while "=" in words[0]:
         name, value = words.pop(0).split("=", 1)
         env[name] = value
     if words[0] != "varda":
-        sys.exit(f"the first line is not \"$ varda ...\": {line}")
+        sys.exit(f"the line is not \"$ varda ...\": {line}")
     done = subprocess.run(
         [varda, *words[1:]], cwd=HERE, env=env, stdin=subprocess.DEVNULL, capture_output=True
     )
     text = line + "\n" + VARYING.sub("#", done.stdout.decode("utf-8"))
     if done.stderr:
         text += "[stderr]\n" + done.stderr.decode("utf-8")
-    return text + f"[exit {done.returncode}]\n"
+    return text.replace(data, "$DATA") + f"[exit {done.returncode}]\n"
 
 
 def main():
     varda, file = sys.argv[1], Path(sys.argv[2])
     # Line ends are compared as well.
     wanted = file.read_bytes().decode("utf-8")
-    got = transcript(varda, wanted.splitlines()[0])
+    lines = [line for line in wanted.splitlines() if line.startswith("$ ")]
+    with tempfile.TemporaryDirectory() as data:
+        got = "".join(transcript(varda, line, data) for line in lines)
     if os.environ.get("VARDA_UPDATE_GOLDEN") == "1":
         # A full disk does not leave half of it.
         new = file.with_suffix(".new")

@@ -54,6 +54,31 @@ private Q_SLOTS:
         QCOMPARE(numbersIn(QStringList()), Numbers());
     }
 
+    void names()
+    {
+        const auto names = diveNamesIn(u"@12,5-6,@3"_s).value_or(DiveNames());
+        QCOMPARE(names.numbers, (Numbers{5, 6}));
+        QCOMPARE(names.ids, (QList<qint64>{12, 3}));
+        QCOMPARE(checkDiveNames(u"@12"_s), QString());
+        const DiveNames several = diveNamesIn(QStringList{u"7"_s, u"@1"_s, u"2"_s});
+        QCOMPARE(several.numbers, (Numbers{2, 7}));
+        QCOMPARE(several.ids, QList<qint64>{1});
+        QVERIFY(diveNamesIn(QStringList()).isEmpty());
+    }
+
+    void noNames_data()
+    {
+        QTest::addColumn<QString>("text");
+        for (const char *text : {"", "@", "@0", "@-1", "@1-2", "@1 ", "1,,@2", "@1,", "@x", "x"})
+            QTest::newRow(text) << QString::fromLatin1(text);
+    }
+    void noNames()
+    {
+        QFETCH(QString, text);
+        QVERIFY(!diveNamesIn(text).has_value());
+        QVERIFY(!checkDiveNames(text).isEmpty());
+    }
+
     void gaps_data()
     {
         QTest::addColumn<Numbers>("listed");

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "output/displaywidth.h"
+#include "output/progressbar.h"
 #include "output/safetext.h"
 #include "output/tables.h"
 #include "output/text.h"
@@ -55,6 +56,14 @@ private Q_SLOTS:
         QCOMPARE(::safeJson(u"\U000E0041"_s), u"\\udb40\\udc41"_s); // a tag, in two units
         QCOMPARE(::safeJson(u'a' + u"\u0301"_s.repeated(5)), u"a\u0301\u0301\u0301\u0301\\u0301"_s);
         QCOMPARE(::safeJson(u"\u3164"_s), u"\\u3164"_s);
+    }
+
+    void progress()
+    {
+        QCOMPARE(progressBar(0, 12), u"[----------]"_s);
+        QCOMPARE(progressBar(0.55, 12), u"[#####-----]"_s);
+        QCOMPARE(progressBar(1, 12), u"[##########]"_s);
+        QCOMPARE(progressBar(2, 6), u"[####]"_s);
     }
 
     void safeFileName_data()

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "line/commandline.h"
 #include "output/terminal.h"
-
-#include <QtCore/qcoreapplication.h>
+#include "run/pictures.h"
 
 int main(int argc, char *argv[])
 {
@@ -10,6 +9,6 @@ int main(int argc, char *argv[])
     if (const auto status = line.parse(argc, argv))
         return *status;
     routeDiagnostics(line.options().verbose);
-    const QCoreApplication app(argc, argv);
+    const auto application = makeApplication(argc, argv, line.drawsPictures());
     return line.run();
 }

@@ -11,8 +11,11 @@
 void addScan(Commands &commands);
 void addInfo(Commands &commands);
 void addConfig(Commands &commands);
+void addSync(Commands &commands);
 void addLogbook(Commands &commands);
 void addDives(Commands &commands);
+void addExport(Commands &commands);
+void addImport(Commands &commands);
 void addReadings(Commands &commands);
 void addLog(Commands &commands);
 void addClock(Commands &commands);

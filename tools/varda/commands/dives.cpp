@@ -1,15 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
+#include "commands/divewriter.h"
 #include "commands/download.h"
 #include "commands/numbergaps.h"
+#include "commands/saveddives.h"
 #include "line/arguments.h"
 #include "line/divenumbers.h"
 #include "line/knowndives.h"
 #include "output/divetext.h"
 #include "output/plot.h"
 #include "output/records.h"
+#include "output/safetext.h"
 #include "output/terminal.h"
 #include "run/runner.h"
+
+#include <QtCore/qfileinfo.h>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -28,11 +37,14 @@ class DiveDocument
 {
 public:
     void begin(const Fields &head) { m_document.emplace(head, "dives"_L1); }
-    void add(const Dive &dive)
+    /** @param more  in front of the dive's own fields */
+    void add(const Dive &dive, const Fields &more = {})
     {
         if (!m_document)
             return;
-        m_document->add(fieldsOf(dive));
+        Fields fields = more;
+        append(fields, fieldsOf(dive));
+        m_document->add(fields);
         flushOutput();
     }
 
@@ -41,17 +53,6 @@ private:
 };
 
 // dive
-
-/** @throws Failure  if one of them is not in the logbook */
-void requireAll(const Numbers &numbers, const QList<TidemarDiveHeader> &headers)
-{
-    for (const std::uint16_t number : numbers) {
-        if (std::ranges::find(headers, number, &TidemarDiveHeader::diveNumber) == headers.end()) {
-            throw Failure{ExitCode::JobFailed, u"there is no dive %1 in the logbook"_s.arg(number),
-                          u"\"varda logbook\" lists the dives."_s};
-        }
-    }
-}
 
 /** As high as leaves room for the summary above and for the prompt. */
 PlotStyle plotStyle(qsizetype summaryLines, Units units)
@@ -69,55 +70,157 @@ PlotStyle plotStyle(qsizetype summaryLines, Units units)
     return style;
 }
 
-QString wholeText(const Dive &dive, Units units, bool samples)
+/** A saved dive has what the diver added. */
+QList<Labelled> addedTo(const LogbookEntry &entry)
 {
-    const QString summary = diveSummary(dive, units);
-    const QString picture = samples ? samplesTable(dive, units)
-                                    : profilePlot(dive, plotStyle(summary.count(u'\n'), units));
+    QList<Labelled> added;
+    for (const auto &[label, text] :
+         {std::pair(u"Place"_s, entry.place), {u"Notes"_s, entry.notes}}) {
+        if (!text.isEmpty())
+            added.append({label, safeText(text.simplified())});
+    }
+    return added;
+}
+
+/** Dives as they are shown one below the other, or drawn into files. */
+class DiveReport
+{
+public:
+    DiveReport(const Options &options, bool samples, const QString &plot);
+
+    /** @throws Failure  if it is known already that it cannot be done */
+    void check() const;
+    void begin(const Fields &head, qsizetype dives);
+    void add(const Dive &dive, const LogbookEntry *saved = nullptr);
+
+private:
+    [[nodiscard]] QString text(const Dive &dive, const QList<Labelled> &more) const;
+
+    Units m_units;
+    bool m_json;
+    bool m_samples;
+    QString m_plot;
+    std::optional<DiveWriter> m_pictures;
+    DiveDocument m_document;
+    bool m_isFirst = true;
+};
+
+DiveReport::DiveReport(const Options &options, bool samples, const QString &plot)
+    : m_units(options.units.value_or(Units::Metric)),
+      m_json(options.json),
+      m_samples(samples),
+      m_plot(plot)
+{
+    if (m_plot.isEmpty())
+        return;
+    const FileFormat format = formatOfFile(m_plot).value_or(FileFormat::Svg);
+    m_pictures.emplace(DiveWriter::Target{.name = m_plot, .format = format, .units = m_units});
+}
+
+void DiveReport::check() const
+{
+    if (!m_pictures)
+        return;
+    const auto format = formatOfFile(m_plot);
+    const bool isNamed = !QFileInfo(m_plot).suffix().isEmpty() && !m_plot.endsWith(u'/');
+    if (isNamed && !(format && isPicture(*format)) && !m_pictures->isResult()) {
+        throw Failure{ExitCode::UsageError, u"\"%1\" is no name of a picture"_s.arg(m_plot),
+                      u"It has to end with .svg, .png or .pdf."_s};
+    }
+    m_pictures->check(m_json);
+}
+
+void DiveReport::begin(const Fields &head, qsizetype dives)
+{
+    if (m_pictures)
+        m_pictures->checkCount(dives);
+    if (m_json)
+        m_document.begin(head);
+}
+
+QString DiveReport::text(const Dive &dive, const QList<Labelled> &more) const
+{
+    QString summary = diveSummary(dive, m_units, more);
+    if (m_pictures)
+        return summary;
+    const QString picture = m_samples ? samplesTable(dive, m_units)
+                                      : profilePlot(dive, plotStyle(summary.count(u'\n'), m_units));
     return summary + (picture.isEmpty() ? QString() : u'\n' + picture);
+}
+
+void DiveReport::add(const Dive &dive, const LogbookEntry *saved)
+{
+    QList<Labelled> more;
+    if (saved)
+        more = addedTo(*saved);
+    if (m_pictures) {
+        m_pictures->add(dive, saved ? saved->id : 0);
+        if (m_pictures->isResult())
+            return;
+        more.append({u"Picture"_s, m_pictures->files().constLast()});
+    }
+    if (m_json)
+        return m_document.add(dive, saved ? fieldsOf(*saved) : Fields());
+    print((std::exchange(m_isFirst, false) ? QString() : u"\n"_s) + text(dive, more));
+    flushOutput();
 }
 
 class ReadDives : public Command
 {
 public:
-    ReadDives() : Command("dive", "Read dives and draw their profiles") { }
+    ReadDives() : Command("dive", "Show dives and draw their profiles") { }
 
     void declare(Arguments &arguments) override
     {
-        arguments.argument("N", m_numbers, "Number of the dive, or several, such as 1,5-9",
-                           checkNumbers);
+        arguments.argument(
+            "N", m_names,
+            "Number of the dive, or several, such as 1,5-9; or ID of a saved one, @12",
+            checkDiveNames);
         arguments.flag("--samples", m_samples, "Print a table of the samples instead of the plot");
+        arguments.option("--plot", "FILE", m_plot,
+                         "Draw a picture instead: .svg, .png or .pdf; in a folder, one each");
+        m_choice.declareWithFlag(arguments);
     }
+
+    [[nodiscard]] bool usesComputer() const override { return !m_choice.isSaved(); }
+    [[nodiscard]] bool drawsPictures() const override { return !m_plot.isEmpty(); }
 
     void run(const Options &options) const override
     {
-        const Numbers numbers = numbersIn(m_numbers);
-        Runner runner(options);
-        const Units units = options.units.value_or(Units::Metric);
-        bool isFirst = true;
-        DiveDocument document;
-        Download download(runner);
-        download.job().setWanted([&numbers](const TidemarDiveHeader &header) {
-            return std::ranges::binary_search(numbers, header.diveNumber);
-        });
-        download.onBegin = [&](const QList<TidemarDiveHeader> &wanted) {
-            requireAll(numbers, wanted);
-            if (options.json)
-                document.begin(headOf(runner));
-        };
-        download.onDive = [&](const Dive &dive) {
-            if (options.json)
-                return document.add(dive);
-            print((isFirst ? QString() : u"\n"_s) + wholeText(dive, units, m_samples));
-            flushOutput();
-            isFirst = false;
-        };
-        download.run();
+        DiveReport report(options, m_samples, m_plot);
+        report.check();
+        if (m_choice.isSaved())
+            showSaved(report, options);
+        else
+            showLive(report, options);
     }
 
 private:
-    QStringList m_numbers;
+    void showSaved(DiveReport &report, const Options &options) const
+    {
+        SavedDives saved(m_choice, options);
+        const auto entries = saved.named(diveNamesIn(m_names));
+        report.begin(saved.head(), entries.size());
+        for (const LogbookEntry &each : entries)
+            report.add(saved.store().dive(each.id).dive, &each);
+    }
+
+    void showLive(DiveReport &report, const Options &options) const
+    {
+        m_choice.requireNone(u"Add --saved."_s);
+        const Numbers numbers = numbersToRead(m_names);
+        Runner runner(options);
+        Download download(runner);
+        download.want(numbers);
+        download.onBegin = [&](const auto &wanted) { report.begin(headOf(runner), wanted.size()); };
+        download.onDive = [&](const Dive &dive) { report.add(dive); };
+        download.run();
+    }
+
+    QStringList m_names;
     bool m_samples = false;
+    QString m_plot;
+    SavedChoice m_choice;
 };
 
 // dives
@@ -134,11 +237,43 @@ QList<TidemarDiveHeader> unknown(QList<TidemarDiveHeader> headers, const Numbers
 class ReadAllDives : public Command
 {
 public:
-    ReadAllDives() : Command("dives", "Read all dives") { }
+    ReadAllDives() : Command("dives", "List all dives with their depths") { }
 
-    void declare(Arguments &arguments) override { m_known.declare(arguments); }
+    void declare(Arguments &arguments) override
+    {
+        m_known.declare(arguments);
+        m_choice.declareWithFlag(arguments);
+    }
+
+    [[nodiscard]] bool usesComputer() const override { return !m_choice.isSaved(); }
 
     void run(const Options &options) const override
+    {
+        if (m_choice.isSaved()) {
+            m_known.requireNone(u"Omit it, or --saved."_s);
+            showSaved(options);
+        } else {
+            m_choice.requireNone(u"Add --saved."_s);
+            showLive(options);
+        }
+    }
+
+private:
+    void showSaved(const Options &options) const
+    {
+        SavedDives saved(m_choice, options);
+        const auto entries = saved.all();
+        if (!options.json) {
+            print(savedDivesText(entries, saved, options.units.value_or(Units::Metric)));
+            return;
+        }
+        DiveDocument document;
+        document.begin(saved.head());
+        for (const LogbookEntry &each : entries)
+            document.add(saved.store().dive(each.id).dive, fieldsOf(each));
+    }
+
+    void showLive(const Options &options) const
     {
         const Numbers known = m_known.numbers();
         Runner runner(options);
@@ -164,8 +299,8 @@ public:
         download.run();
     }
 
-private:
     KnownDives m_known;
+    SavedChoice m_choice;
 };
 
 } // namespace

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "commands/download.h"
 
+#include "line/divenumbers.h"
 #include "output/terminal.h"
 #include "output/text.h"
 #include "run/failure.h"
 #include "run/jobfailure.h"
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -15,7 +18,29 @@ QString advice()
     return u"Try again, nearer to the computer."_s;
 }
 
+/** @throws Failure  if one of them is not in the logbook */
+void requireAll(const QList<std::uint16_t> &numbers, const QList<TidemarDiveHeader> &headers)
+{
+    for (const std::uint16_t number : numbers) {
+        if (std::ranges::find(headers, number, &TidemarDiveHeader::diveNumber) == headers.end()) {
+            throw Failure{ExitCode::JobFailed, u"there is no dive %1 in the logbook"_s.arg(number),
+                          u"\"varda logbook\" lists the dives."_s};
+        }
+    }
+}
+
 } // namespace
+
+QList<std::uint16_t> numbersToRead(const QStringList &names)
+{
+    const DiveNames dives = diveNamesIn(names);
+    if (!dives.ids.isEmpty()) {
+        throw Failure{ExitCode::UsageError,
+                      u"@%1 is a saved dive, not one in the computer"_s.arg(dives.ids.first()),
+                      u"Dives in the computer have numbers."_s};
+    }
+    return dives.numbers;
+}
 
 Download::Download(Runner &runner, const QList<std::uint16_t> &known)
     : m_runner(runner), m_job(runner.computer().downloadDives(known)), m_run(m_job)
@@ -49,8 +74,17 @@ void Download::run()
     }
 }
 
+void Download::want(const QList<std::uint16_t> &numbers)
+{
+    m_numbers = numbers;
+    m_job->setWanted([numbers](const TidemarDiveHeader &header) {
+        return std::ranges::binary_search(numbers, header.diveNumber);
+    });
+}
+
 void Download::begin(const QList<TidemarDiveHeader> &wanted)
 {
+    requireAll(m_numbers, wanted);
     if (m_runner.identity().serialNumber.isEmpty())
         printWarning(u"the serial number could not be read"_s);
     onBegin(wanted);

@@ -14,6 +14,9 @@
 #include <cstdint>
 #include <functional>
 
+/** The numbers of dives in a computer. @throws Failure  if an ID of a saved dive is among them */
+[[nodiscard]] QList<std::uint16_t> numbersToRead(const QStringList &names);
+
 /** Reads dives, one after the other; what becomes of them is somebody else's. */
 class Download
 {
@@ -25,6 +28,8 @@ public:
     std::function<void(const Dive &)> onDive;
 
     [[nodiscard]] DownloadJob &job() { return *m_job; }
+    /** Reads these dives only, all of which have to be there. */
+    void want(const QList<std::uint16_t> &numbers);
 
     /**
      * A dive that comes damaged does not keep the others from coming.
@@ -44,6 +49,7 @@ private:
     Runner &m_runner;
     DownloadJob *m_job;
     JobRun m_run;
+    QList<std::uint16_t> m_numbers; ///< that have to be there
     QList<TidemarDiveHeader> m_wanted;
     qsizetype m_damaged = 0;
     qsizetype m_at = 0;

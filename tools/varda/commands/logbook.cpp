@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
 #include "commands/numbergaps.h"
+#include "commands/saveddives.h"
 #include "line/knowndives.h"
 #include "output/divetext.h"
 #include "output/records.h"
@@ -15,21 +16,59 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+class LogbookTable
+{
+public:
+    explicit LogbookTable(bool hasIds) : m_hasIds(hasIds), m_columns(titles(hasIds)) { }
+
+    void add(const DiveHeaderBlock &header, const QList<DiveGas> &gases, qint64 id = 0)
+    {
+        const QString begin = beginText(header);
+        QStringList cells{QString::number(header.diveNumber), begin.isEmpty() ? u"-"_s : begin,
+                          u"%1 s"_s.arg(header.sampleInterval), circuitText(header),
+                          gasNames(gases)};
+        if (m_hasIds)
+            cells.prepend(u"@%1"_s.arg(id));
+        m_columns.add(cells);
+    }
+    [[nodiscard]] QString text() const { return m_columns.text(outputStyle()); }
+
+private:
+    static QList<Columns::Column> titles(bool hasIds)
+    {
+        using enum Columns::Side;
+        QList<Columns::Column> titles{
+            {.title = u"NUMBER"_s},
+            {.title = u"BEGIN"_s, .side = Left},
+            {.title = u"INTERVAL"_s, .rank = 3},
+            {.title = u"CIRCUIT"_s, .side = Left, .rank = 2},
+            {.title = u"GASES"_s, .side = Left, .rank = 1, .enough = kEnoughGases}};
+        if (hasIds)
+            titles.prepend({.title = u"ID"_s, .rank = 1});
+        return titles;
+    }
+
+    bool m_hasIds;
+    Columns m_columns;
+};
+
 QString logbookText(const QList<TidemarDiveHeader> &headers)
 {
-    using enum Columns::Side;
-    Columns columns({{.title = u"NUMBER"_s},
-                     {.title = u"BEGIN"_s, .side = Left},
-                     {.title = u"INTERVAL"_s, .rank = 3},
-                     {.title = u"CIRCUIT"_s, .side = Left, .rank = 2},
-                     {.title = u"GASES"_s, .side = Left, .rank = 1, .enough = kEnoughGases}});
-    for (const TidemarDiveHeader &header : headers) {
-        const QString begin = beginText(header);
-        columns.add({QString::number(header.diveNumber), begin.isEmpty() ? u"-"_s : begin,
-                     u"%1 s"_s.arg(header.sampleInterval), circuitText(header),
-                     gasNames(TidemarDiveConverter::gases(header))});
-    }
-    return columns.text(outputStyle());
+    LogbookTable table(false);
+    for (const TidemarDiveHeader &header : headers)
+        table.add(header, TidemarDiveConverter::gases(header));
+    return table.text();
+}
+
+/** What the computer sent; of a dive from a file, what that has of it. */
+TidemarDiveHeader headerOf(const LogbookDive &dive)
+{
+    TidemarDiveHeader header = dive.header;
+    DiveHeaderBlock &block = header;
+    const DiveHeaderBlock &known = dive.dive;
+    if (header.diveNumber != dive.number || header.stamp != dive.begin)
+        block = known;
+    return header;
 }
 
 Fields documentOf(const Runner &runner, const QList<TidemarDiveHeader> &headers,
@@ -47,9 +86,49 @@ class Logbook : public Command
 public:
     Logbook() : Command("logbook", "List the dives in the logbook") { }
 
-    void declare(Arguments &arguments) override { m_known.declare(arguments); }
+    void declare(Arguments &arguments) override
+    {
+        m_known.declare(arguments);
+        m_choice.declareWithFlag(arguments);
+    }
+
+    [[nodiscard]] bool usesComputer() const override { return !m_choice.isSaved(); }
 
     void run(const Options &options) const override
+    {
+        if (m_choice.isSaved()) {
+            m_known.requireNone(u"Omit it, or --saved."_s);
+            showSaved(options);
+        } else {
+            m_choice.requireNone(u"Add --saved."_s);
+            showLive(options);
+        }
+    }
+
+private:
+    void showSaved(const Options &options) const
+    {
+        SavedDives saved(m_choice, options);
+        const auto entries = saved.all();
+        LogbookTable table(true);
+        std::vector<Json> headers;
+        for (const LogbookEntry &each : entries) {
+            const LogbookDive dive = saved.store().dive(each.id);
+            table.add(dive.dive, dive.dive.gases, each.id);
+            Fields fields = fieldsOf(each);
+            append(fields, fieldsOf(headerOf(dive)));
+            headers.emplace_back(fields);
+        }
+        if (options.json) {
+            Fields document = saved.head();
+            document.emplace_back("diveHeaders"_L1, headers);
+            print(document);
+        } else {
+            print(entries.isEmpty() ? noSavedDivesText() : table.text());
+        }
+    }
+
+    void showLive(const Options &options) const
     {
         const QList<std::uint16_t> known = m_known.numbers();
         Runner runner(options);
@@ -64,8 +143,8 @@ public:
         print(headers.isEmpty() ? noDivesText(!known.isEmpty()) : logbookText(headers));
     }
 
-private:
     KnownDives m_known;
+    SavedChoice m_choice;
 };
 
 } // namespace

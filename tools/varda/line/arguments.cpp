@@ -91,10 +91,12 @@ void Arguments::flag(const char *name, bool &target, const char *description)
 }
 
 void Arguments::option(const char *name, const char *valueName, QString &target,
-                       const char *description)
+                       const char *description, const Check &check)
 {
     const auto take = [&target](const std::string &text) { target = textOf(text); };
-    m_command.add_option_function<std::string>(name, take, description)->type_name(valueName);
+    m_command.add_option_function<std::string>(name, take, description)
+        ->type_name(valueName)
+        ->check(validator(check));
 }
 
 void Arguments::choice(const char *name, const char *valueName, QString &target, const char *one,
@@ -104,6 +106,15 @@ void Arguments::choice(const char *name, const char *valueName, QString &target,
     m_command.add_option_function<std::string>(name, take, description)
         ->type_name(valueName)
         ->transform(oneOf({one, other}));
+}
+
+void Arguments::choice(const char *name, const char *valueName, QString &target,
+                       std::initializer_list<const char *> words, const char *description)
+{
+    const auto take = [&target](const std::string &text) { target = textOf(text); };
+    m_command.add_option_function<std::string>(name, take, description)
+        ->type_name(valueName)
+        ->transform(oneOf({words.begin(), words.end()}));
 }
 
 void Arguments::option(const char *name, const char *valueName, QStringList &target,
@@ -139,6 +150,16 @@ void Arguments::argument(const char *name, QString &target,
     const auto take = [&target](const std::string &text) { target = textOf(text); };
     required(m_command.add_option_function<std::string>(name, take, description), name)
         ->transform(oneOf({words.begin(), words.end()}));
+}
+
+void Arguments::optionalArgument(const char *name, QStringList &target, const char *description,
+                                 const Check &check)
+{
+    using Texts = std::vector<std::string>;
+    const auto take = [&target](const Texts &texts) { target = textsOf(texts); };
+    m_command.add_option_function<Texts>(name, take, description)
+        ->type_name(std::string("[") + name + "]")
+        ->check(validator(check));
 }
 
 void Arguments::argument(const char *name, int &target, const IntRange &range,

@@ -28,7 +28,11 @@ public:
     // "--name"
 
     void flag(const char *name, bool &target, const char *description);
-    void option(const char *name, const char *valueName, QString &target, const char *description);
+    void option(const char *name, const char *valueName, QString &target, const char *description,
+                const Check &check = {});
+    /** One of these words, in small or capital letters. */
+    void choice(const char *name, const char *valueName, QString &target,
+                std::initializer_list<const char *> words, const char *description);
     /** One of two words, in small or capital letters. */
     void choice(const char *name, const char *valueName, QString &target, const char *one,
                 const char *other, const char *description);
@@ -46,6 +50,9 @@ public:
     /** One of these words, in small or capital letters. */
     void argument(const char *name, QString &target, std::initializer_list<const char *> words,
                   const char *description);
+    /** Any number of them, or none. */
+    void optionalArgument(const char *name, QStringList &target, const char *description,
+                          const Check &check);
     void argument(const char *name, int &target, const IntRange &range, const char *description);
     void argument(const char *name, std::uint8_t &target, const char *description);
     void argument(const char *name, std::uint32_t &target, const char *description);

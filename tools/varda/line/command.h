@@ -28,6 +28,12 @@ public:
     /** Whether it does nothing without one of them. */
     [[nodiscard]] virtual bool needsSubcommand() const { return false; }
 
+    /** Whether it needs a computer, by the values in its members; there is a simulated one only then. */
+    [[nodiscard]] virtual bool usesComputer() const { return true; }
+
+    /** Whether it draws pictures, by the values in its members. */
+    [[nodiscard]] virtual bool drawsPictures() const { return false; }
+
     /** Declares what it takes; by the time it runs, the values are in its members. */
     virtual void declare(Arguments & /*arguments*/) { }
     /** @throws Failure */

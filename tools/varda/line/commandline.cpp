@@ -288,6 +288,11 @@ std::optional<int> CommandLine::parse(int argc, const char *const *argv)
     return d->parse(argc, argv);
 }
 
+bool CommandLine::drawsPictures() const
+{
+    return d->chosen->drawsPictures();
+}
+
 int CommandLine::run() const
 {
     const Interrupt interrupt;
@@ -295,7 +300,7 @@ int CommandLine::run() const
         Options options = d->options;
         Defaults().complete(options);
         std::unique_ptr<Simulation> simulation;
-        if (options.simulate)
+        if (options.simulate && d->chosen->usesComputer())
             simulation = std::make_unique<Simulation>(*options.simulate);
         d->chosen->run(options);
         clearStatus();

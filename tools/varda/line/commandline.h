@@ -22,6 +22,7 @@ public:
      * @return the status to end with, if there is nothing more to do
      */
     [[nodiscard]] std::optional<int> parse(int argc, const char *const *argv);
+    [[nodiscard]] bool drawsPictures() const;
     /** Does it; there is a QCoreApplication. @return the status to end with */
     [[nodiscard]] int run() const;
 

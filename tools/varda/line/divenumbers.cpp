@@ -70,3 +70,43 @@ QString checkNumbers(const QString &text)
         return {};
     return u"\"%1\" is not a list of dive numbers such as 1,2,5-9"_s.arg(text);
 }
+
+std::optional<DiveNames> diveNamesIn(const QString &text)
+{
+    DiveNames names;
+    QStringList numbers;
+    const QStringList parts = text.split(u',');
+    for (const QString &part : parts) {
+        if (!part.startsWith(u'@')) {
+            numbers.append(part);
+            continue;
+        }
+        const QByteArray digits = part.mid(1).toUtf8();
+        const char *const end = digits.data() + digits.size();
+        qint64 id = 0;
+        const auto [rest, error] = std::from_chars(digits.data(), end, id);
+        if (error != std::errc() || rest != end || id < 1)
+            return std::nullopt;
+        names.ids.append(id);
+    }
+    if (numbers.isEmpty())
+        return names;
+    const auto list = numbersIn(numbers.join(u','));
+    if (!list)
+        return std::nullopt;
+    names.numbers = *list;
+    return names;
+}
+
+DiveNames diveNamesIn(const QStringList &texts)
+{
+    return diveNamesIn(texts.join(u',')).value_or(DiveNames());
+}
+
+QString checkDiveNames(const QString &text)
+{
+    if (diveNamesIn(text))
+        return {};
+    return u"\"%1\" is neither a list of dive numbers such as 1,2,5-9 nor the ID of a saved dive "
+           "such as @12"_s.arg(text);
+}

@@ -19,4 +19,5 @@ inline constexpr std::array kExitStatuses{
     ExitStatus{ExitCode::LinkFailed, "not connected or link lost"},
     ExitStatus{ExitCode::TimedOut, "no answer in time"},
     ExitStatus{ExitCode::NoBluetooth, "no Bluetooth"},
+    ExitStatus{ExitCode::StoreFailed, "the saved dives cannot be read or written"},
 };

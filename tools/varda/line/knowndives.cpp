@@ -46,6 +46,12 @@ void KnownDives::declare(Arguments &arguments)
                      "Skip these dives: numbers such as 1,2,5-9, a file, or -", checkKnown);
 }
 
+void KnownDives::requireNone(const QString &advice) const
+{
+    if (!m_texts.isEmpty())
+        throw Failure{ExitCode::UsageError, u"--known is for dives in a computer"_s, advice};
+}
+
 QList<std::uint16_t> KnownDives::numbers() const
 {
     QStringList lists = m_texts;

@@ -99,11 +99,16 @@ QString gasNames(const QList<DiveGas> &gases)
 
 QString beginText(const DiveHeaderBlock &header)
 {
+    return beginText(header.stamp);
+}
+
+QString beginText(std::uint64_t stamp)
+{
     constexpr quint64 kEarliest = 946684800; // 2000-01-01
     constexpr quint64 kLatest = 4102444800;  // 2100-01-01
-    if (header.stamp < kEarliest || header.stamp >= kLatest)
+    if (stamp < kEarliest || stamp >= kLatest)
         return {};
-    return clockText(qint64(header.stamp));
+    return clockText(qint64(stamp));
 }
 
 QString circuitText(const DiveHeaderBlock &header)
@@ -111,7 +116,7 @@ QString circuitText(const DiveHeaderBlock &header)
     return header.kindByte == 0 ? u"open"_s : u"closed"_s;
 }
 
-QString diveSummary(const Dive &dive, Units units)
+QString diveSummary(const Dive &dive, Units units, const QList<Labelled> &more)
 {
     const DiveProfile profile = DiveProfile::fromDive(dive);
     Table table;
@@ -133,6 +138,8 @@ QString diveSummary(const Dive &dive, Units units)
               dive.lines.isEmpty()
                   ? u"none"_s
                   : u"%1, every %2 s"_s.arg(dive.lines.size()).arg(dive.sampleInterval));
+    for (const auto &[label, value] : more)
+        table.add(label, value);
     return table.text(outputStyle());
 }
 

@@ -5,10 +5,15 @@
 
 #include <varda/dive.h>
 
+#include <QtCore/qlist.h>
 #include <QtCore/qstring.h>
 
-/** What there is to say of a dive in a few lines. */
-[[nodiscard]] QString diveSummary(const Dive &dive, Units units);
+#include <utility>
+
+/** A label and a value. */
+using Labelled = std::pair<QString, QString>;
+/** What there is to say of a dive in a few lines; @p more stands below. */
+[[nodiscard]] QString diveSummary(const Dive &dive, Units units, const QList<Labelled> &more = {});
 /** A row for each sample; empty without any. */
 [[nodiscard]] QString samplesTable(const Dive &dive, Units units);
 
@@ -18,6 +23,7 @@
 [[nodiscard]] QString gasNames(const QList<DiveGas> &gases);
 /** "2024-05-17 08:30:00"; empty if the header's stamp is no time. */
 [[nodiscard]] QString beginText(const DiveHeaderBlock &header);
+[[nodiscard]] QString beginText(std::uint64_t stamp);
 [[nodiscard]] QString circuitText(const DiveHeaderBlock &header);
 
 /** Columns for the names of gases where there are not more. */

@@ -95,13 +95,6 @@ int fromEnvironment(const char *name)
     return std::clamp(qEnvironmentVariableIntValue(name), 0, kMost);
 }
 
-int statusWidth()
-{
-    // Whatever is wished for, a line that wraps could not be erased.
-    const int width = sizeOf(STDERR_FILENO).ws_col;
-    return (width > 0 ? width : kUsualWidth) - 1;
-}
-
 enum class Colour { Red = 31, Yellow = 33 };
 
 /** Behind "varda: ", without a word that is broken by the terminal's edge. */
@@ -272,6 +265,13 @@ void printQuestion(const QString &question, const QStringList &choices)
         write(stderr, encoded(safeText(each) + u'\n'));
     write(stderr, encoded(safeText(question)));
     std::fflush(stderr);
+}
+
+int statusWidth()
+{
+    // Whatever is wished for, a line that wraps could not be erased.
+    const int width = sizeOf(STDERR_FILENO).ws_col;
+    return (width > 0 ? width : kUsualWidth) - 1;
 }
 
 void showStatus(const QString &text)

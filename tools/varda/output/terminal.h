@@ -60,6 +60,8 @@ void printHint(const QString &text);
 /** On stderr, below the lines of the choices; the answer is typed behind it. */
 void printQuestion(const QString &question, const QStringList &choices = {});
 
+/** Columns for showStatus(). */
+[[nodiscard]] int statusWidth();
 /** One line on stderr that says what is going on, where stderr is a terminal. */
 void showStatus(const QString &text);
 void clearStatus();

@@ -12,6 +12,7 @@ enum class ExitCode : int {
     LinkFailed = 4,  ///< could not connect, or the link was lost
     TimedOut = 5,    ///< found, but it did not answer in time
     NoBluetooth = 6, ///< no adapter, no service, switched off, or not allowed
+    StoreFailed = 7, ///< the file of the saved dives cannot be opened, read or written
     Signal = 128,    ///< plus the number of the signal that interrupted
 };
 

@@ -20,9 +20,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Far more than a computer holds.
-constexpr qint64 kLargest = 64 << 20;
-
 [[noreturn]] void failToWrite(const QString &name, const QString &reason)
 {
     throw Failure{ExitCode::JobFailed, u"\"%1\" cannot be written: %2"_s.arg(name, reason), {}};
@@ -85,14 +82,14 @@ void replaceFile(const QString &name, const QByteArray &bytes)
 
 } // namespace
 
-QByteArray readFile(const QString &name)
+QByteArray readFile(const QString &name, qint64 largest)
 {
     QFile file(name);
     if (!file.open(QIODevice::ReadOnly)) {
         throw Failure{
             ExitCode::UsageError, u"\"%1\" cannot be read: %2"_s.arg(name, file.errorString()), {}};
     }
-    const QByteArray bytes = file.read(kLargest);
+    const QByteArray bytes = file.read(largest);
     if (file.error() != QFileDevice::NoError || !file.atEnd()) {
         throw Failure{ExitCode::UsageError,
                       u"\"%1\" cannot be read: %2"_s.arg(name, file.atEnd() ? file.errorString()

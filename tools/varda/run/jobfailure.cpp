@@ -13,7 +13,6 @@ ExitCode exitCodeOf(VardaJob::Error error)
     case VardaJob::Refused:
     case VardaJob::Damaged:
     case VardaJob::Repeated:
-    case VardaJob::NotStored:
         return ExitCode::JobFailed;
     case VardaJob::Ambiguous:
         return ExitCode::UsageError;
@@ -27,6 +26,8 @@ ExitCode exitCodeOf(VardaJob::Error error)
         return ExitCode::TimedOut;
     case VardaJob::NoBluetooth:
         return ExitCode::NoBluetooth;
+    case VardaJob::NotStored:
+        return ExitCode::StoreFailed;
     case VardaJob::Cancelled: // only by an interruption, which has a status of its own
         break;
     }
