@@ -302,6 +302,8 @@ int CommandLine::run() const
         std::unique_ptr<Simulation> simulation;
         if (options.simulate && d->chosen->usesComputer())
             simulation = std::make_unique<Simulation>(*options.simulate);
+        else if (options.simulate) // it could be a misplaced number of a dive
+            Simulation::require(*options.simulate);
         d->chosen->run(options);
         clearStatus();
         flushOutput();

@@ -11,6 +11,8 @@
 
 #include <unistd.h>
 
+#include <tuple>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -79,6 +81,12 @@ Simulation::Simulation(const QString &scenario)
     const QByteArray line = m_process.readLine().trimmed();
     const auto equals = line.indexOf('=');
     qputenv(line.left(equals).constData(), line.mid(equals + 1));
+}
+
+void Simulation::require(const QString &scenario)
+{
+    if (!scenario.isEmpty())
+        std::ignore = scenarioFile(scenario);
 }
 
 Simulation::~Simulation()

@@ -20,6 +20,9 @@ public:
     ~Simulation();
     Q_DISABLE_COPY_MOVE(Simulation)
 
+    /** Whether there is such a scenario, for what needs no computer. @throws Failure */
+    static void require(const QString &scenario);
+
 private:
     QProcess m_process;
 };
