@@ -68,7 +68,6 @@ private:
     void notified(QByteArrayView bytes) override;
     void written(QByteArrayView bytes) override;
     void frameReceived(quint8 code, QByteArrayView frame) override;
-    void tooManyNotifications() override;
     void answerProcessed() override;
 
     ComputerLink *m_link;
@@ -82,7 +81,6 @@ private:
     bool m_stopped = false; ///< nothing more is sent for it
     bool m_awaiting = false;
     bool m_acknowledged = false;
-    bool m_tooMany = false;
     bool m_isNoisy = false;
     std::optional<VardaJob::Reason> m_refusal;
     std::optional<JobEnd> m_whenQuiet;

@@ -50,10 +50,7 @@ JobEngine::JobEngine(QObject *parent)
         m_exchange->abandon();
         if (m_phase == Phase::Cancelling)
             endCurrent({VardaJob::Cancelled, Reason::ByCaller});
-        if (m_lossExpected)
-            settled();
-        else
-            closeLink();
+        closeLink();
     });
     connect(m_lingering, &QTimer::timeout, this, [this] {
         if (!m_current && m_phase == Phase::Free)
@@ -78,9 +75,6 @@ bool JobEngine::isUnclear() const
 /** What comes next for it. */
 void JobEngine::advance()
 {
-    VardaJob *const job = m_current;
-    if (!isRunning(job))
-        return;
     if (current().work->isHeld()) {
         setPhase(Phase::Held);
         current().setState(VardaJob::Paused);

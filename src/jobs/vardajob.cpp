@@ -68,8 +68,6 @@ void VardaJobPrivate::endWith(const JobEnd &how, const QString &text, const QVar
 
 void VardaJobPrivate::deliver()
 {
-    if (m_state == VardaJob::Finished)
-        return;
     // The line is free before anybody hears of the end.
     const QPointer<VardaJob> alive(q);
     const QPointer<JobEngine> line(engine);

@@ -230,13 +230,16 @@ QString judge(const Case &each, const Setting &setting, const Healthy &healthy,
         return {};
     if (well && job.mayBeSilent)
         return {};
-    // Of many parts one may be missing, if nobody asks again.
+    const Row *const row = each.arrivals ? nullptr : rowOf(each);
+    // A service that goes before there is a link has not been there yet.
+    const bool lasts = row
+                       && (row->lasts || (each.kind == "daemonRestarted"_L1 && !each.isLinked()));
+    // Of many parts one may be missing, if nobody asks again or that does not help.
     if (well && outcome.report.isPartial && command == TidemarCommand::Fullsamples
-        && (!each.retries || each.isSecond))
+        && (!each.retries || each.isSecond || lasts))
         return {};
 
     QList<End> ends;
-    bool lasts = false;
     if (each.arrivals && !each.arrivals->isEmpty()) {
         switch (answerOf(each, healthy)) {
         case Answer::Other:
@@ -257,10 +260,8 @@ QString judge(const Case &each, const Setting &setting, const Healthy &healthy,
             ends = kDamaged;
     } else if (each.arrivals) {
         ends = kNoAnswer;
-    } else if (const Row *const row = rowOf(each)) {
+    } else if (row) {
         ends = row->ends;
-        // A service that goes before there is a link has not been there yet.
-        lasts = row->lasts || (each.kind == "daemonRestarted"_L1 && !each.isLinked());
     }
 
     if (well)

@@ -41,6 +41,8 @@ private Q_SLOTS:
     void silentDive();
     void pauseAndResume();
     void pauseAtTheLastDive();
+    void resumedWhileItWaits();
+    void deletedWhenAskedWhatIsWanted();
     void linkLostWhilePaused();
     void wanted();
     void wantedNothing();
@@ -223,6 +225,35 @@ void TestDownload::pauseAtTheLastDive()
     JobSpy spy(job);
     QVERIFY(spy.wait(10'000)); // there is no next dive to hold before
     QCOMPARE(spy.error, VardaJob::NoError);
+}
+
+void TestDownload::resumedWhileItWaits()
+{
+    LOAD(Simulator::loadKnown(R"("clock":1000,"dives":{"count":2,"samples":20})"));
+    JobSpy first(m_computer->readClock());
+    auto *const job = download();
+    job->pause();
+    job->resume();
+    QCOMPARE(job->state(), VardaJob::Waiting);
+    JobSpy spy(job);
+    ENDS_WELL(first);
+    ENDS_WELL(spy);
+    QCOMPARE(m_numbers, (QList<int>{1, 2}));
+}
+
+void TestDownload::deletedWhenAskedWhatIsWanted()
+{
+    LOAD(Simulator::loadKnown(R"("clock":1000,"dives":{"count":2,"samples":20})"));
+    const QPointer<DownloadJob> job(download());
+    job->setWanted([job](const TidemarDiveHeader &) {
+        delete job;
+        return true;
+    });
+    JobSpy next(m_computer->readClock());
+    ENDS_WELL(next);
+    QVERIFY(!job);
+    QCOMPARE(next.value.toLongLong(), 1000);
+    QCOMPARE(m_numbers, QList<int>());
 }
 
 void TestDownload::linkLostWhilePaused()

@@ -47,6 +47,8 @@ private Q_SLOTS:
     void sameVersion();
     void bootloaderUnknown();
     void silentClose();
+    void lateClose();
+    void silentBlock();
     void identifiedAnewAfterAnUpload();
     void lostBeforeTheSameVersionIsInstalled();
     void lostAgainAndAgain_data();
@@ -251,6 +253,34 @@ void TestFirmwareJob::silentClose()
     ENDS_WELL(next);
     QVERIFY(lost.isEmpty());
     QCOMPARE(Simulator::count(u"connected"_s), 2);
+}
+
+void TestFirmwareJob::lateClose()
+{
+    LOAD(Simulator::loadKnown(R"("owner":"Ada","faults":[{"step":"answer","command":"Close",)"
+                              R"("kind":"late","ms":1000}])"));
+    JobSpy spy(upload(image(kSize, kFirmwareHeader)));
+    JobSpy next(m_computer->readOwner());
+    ENDS_WELL(spy);
+    QCOMPARE(m_computer->state(), VardaComputer::Settling);
+    QCOMPARE(next.ends, 0);
+    ENDS_WELL(next);
+    QCOMPARE(next.value.toString(), u"Ada"_s);
+    QCOMPARE(Simulator::count(u"connected"_s), 1);
+}
+
+/** Some of it was answered, so it has no end rather than no answer. */
+void TestFirmwareJob::silentBlock()
+{
+    LOAD(Simulator::loadKnown(R"("faults":[{"step":"answer","command":"ProgramUpdate","nth":3,)"
+                              R"("kind":"silent"}])"));
+    auto *const job = upload(image(kSize, kFirmwareHeader));
+    job->setRetries(0);
+    JobSpy spy(job);
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, VardaJob::TimedOut);
+    QCOMPARE(spy.reason, Reason::NoEnd);
+    QVERIFY(spy.outcomeUnknown);
 }
 
 void TestFirmwareJob::identifiedAnewAfterAnUpload()

@@ -15,6 +15,8 @@ namespace {
 constexpr auto kOneDive = R"("clock":1000,"dives":{"count":1,"samples":20})";
 constexpr auto kAndADrop = R"(,"faults":[{"step":"answer","command":"Fullsamples","nth":1,)"
                            R"("times":1,"kind":"drop"}])";
+constexpr auto kAndDamage = R"(,"faults":[{"step":"answer","command":"Fullsamples",)"
+                            R"("kind":"wrongCrc"}])";
 
 } // namespace
 
@@ -30,6 +32,7 @@ private Q_SLOTS:
     void firstState() { everyDeed(&TestJobEnds::atFirstState); }
     void lastState() { everyDeed(&TestJobEnds::atLastState); }
     void headersRead() { everyDeed(&TestJobEnds::atHeadersRead); }
+    void diveDamaged() { everyDeed(&TestJobEnds::atDiveDamaged); }
     void diveRead() { everyDeed(&TestJobEnds::atDiveRead); }
     void jobBegins() { everyDeed(&TestJobEnds::atJobBegins); }
     void jobEnds() { everyDeed(&TestJobEnds::atJobEnds); }
@@ -47,6 +50,11 @@ private Q_SLOTS:
     void lastState_data() { deeds(true); }
     void headersRead_data() { deeds(false); }
     void diveRead_data()
+    {
+        deeds(false);
+        otherDeeds(false);
+    }
+    void diveDamaged_data()
     {
         deeds(false);
         otherDeeds(false);
@@ -99,6 +107,7 @@ private:
     }
     void atHeadersRead(const Act &act) { connect(m_job, &DownloadJob::headersRead, m_job, act); }
     void atDiveRead(const Act &act) { connect(m_job, &DownloadJob::diveRead, m_job, act); }
+    void atDiveDamaged(const Act &act) { connect(m_job, &DownloadJob::diveDamaged, m_job, act); }
     void atJobBegins(const Act &act)
     {
         connect(m_computer.get(), &VardaComputer::currentJobChanged, this, act);
@@ -127,8 +136,11 @@ void TestJobEnds::everyDeed(At at)
 {
     QFETCH(const QString, deed);
     QFETCH(const bool, atEnd);
-    const bool drop = QTest::currentTestFunction() == "linkLost"_L1;
-    LOAD(Simulator::loadKnown(kOneDive + QByteArray(drop ? kAndADrop : "")));
+    const QByteArray function = QTest::currentTestFunction();
+    LOAD(Simulator::loadKnown(kOneDive
+                              + QByteArray(function == "linkLost"      ? kAndADrop
+                                           : function == "diveDamaged" ? kAndDamage
+                                                                       : "")));
     m_computer = std::make_unique<VardaComputer>();
     m_job = m_computer->downloadDives();
     const QPointer<VardaJob> alive(m_job);

@@ -20,6 +20,7 @@ class TestLimits : public LinkTest
 
 private Q_SLOTS:
     void init() { m_computer = std::make_unique<VardaComputer>(); }
+    void notFoundByItsAddress();
     void idleLimit();
     void idleLimitWithinAnAnswer();
     void shortIdleLimit();
@@ -46,6 +47,19 @@ private Q_SLOTS:
 private:
     std::unique_ptr<VardaComputer> m_computer;
 };
+
+void TestLimits::notFoundByItsAddress()
+{
+    LOAD(Simulator::loadScenario(R"({"devices":[]})"));
+    m_computer->setDevice(BleDeviceInfo::fromAddress(u"00:AA:01:01:00:99"_s, u"Varda"_s));
+    auto *const job = m_computer->readOwner();
+    job->setConnectLimit(1s);
+    JobSpy spy(job);
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, VardaJob::NotFound);
+    QCOMPARE(spy.reason, Reason::Silent);
+    QCOMPARE(spy.text, u"Varda (00:AA:01:01:00:99) was not found within 1 s"_s);
+}
 
 void TestLimits::idleLimit()
 {

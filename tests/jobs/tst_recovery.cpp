@@ -44,6 +44,9 @@ private Q_SLOTS:
     void restartedWhileConnectingAgain();
     void silentDives();
     void silentLogbook();
+    void silentIdentification();
+    void lostBehindADamagedAnswer();
+    void lostDive();
 
 private:
     std::unique_ptr<VardaComputer> m_computer;
@@ -210,6 +213,49 @@ void TestRecovery::silentLogbook()
     QVERIFY(spy.wait());
     QCOMPARE(spy.error, VardaJob::TimedOut);
     QCOMPARE(spy.reason, Reason::NoAnswer);
+}
+
+void TestRecovery::silentIdentification()
+{
+    LOAD(Simulator::loadKnown(
+        R"("faults":[{"step":"answer","command":"Identification","kind":"silent"}])"));
+    auto *const job = m_computer->readIdentity();
+    job->setRetries(0);
+    JobSpy spy(job);
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, VardaJob::TimedOut);
+    QCOMPARE(spy.reason, Reason::NoAnswer);
+}
+
+/** What was wrong with the answer counts, not that the link went while the rest was waited for. */
+void TestRecovery::lostBehindADamagedAnswer()
+{
+    LOAD(Simulator::loadKnown(
+        R"("responses":{"Time":{"notifications":["dcdc0200000000000701","00"]}},)"
+        R"("faults":[{"step":"notification","command":"Time","nth":2,"kind":"drop"}])"));
+    auto *const job = m_computer->readClock();
+    job->setRetries(0);
+    JobSpy spy(job);
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, VardaJob::Damaged);
+    QCOMPARE(spy.reason, Reason::WrongChecksum);
+}
+
+/** A lost link is no damage of the dive that was on its way. */
+void TestRecovery::lostDive()
+{
+    LOAD(Simulator::loadKnown(
+        R"("dives":{"count":3,"samples":20},"faults":[{"step":"answer","command":"Fullsamples",)"
+        R"("nth":2,"kind":"drop"}])"));
+    auto *const job = m_computer->downloadDives();
+    job->setRetries(0);
+    QList<std::uint16_t> damaged;
+    connect(job, &VardaJob::finished, this, [&] { damaged = job->damaged(); });
+    JobSpy spy(job);
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, VardaJob::LinkLost);
+    QCOMPARE(damaged, QList<std::uint16_t>());
+    QCOMPARE(spy.done, 1);
 }
 
 QTEST_MAIN(TestRecovery)

@@ -41,6 +41,7 @@ private Q_SLOTS:
     void allDevices();
     void newSignalStrength();
     void cancelled();
+    void cancelledAtOnce();
     void onlyComputer_data();
     void onlyComputer();
 
@@ -98,6 +99,20 @@ void TestSearch::cancelled()
     QVERIFY(spy.wait());
     QCOMPARE(spy.error, VardaJob::Cancelled);
     QVERIFY(!spy.value.isValid());
+}
+
+/** Before the service has said that it is there. */
+void TestSearch::cancelledAtOnce()
+{
+    LOAD(Simulator::loadScenario(kInReach));
+    auto *const search = m_computer->search();
+    JobSpy spy(search);
+    connect(search, &VardaJob::stateChanged, search, &VardaJob::cancel);
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, VardaJob::Cancelled);
+    QVERIFY(!spy.value.isValid());
+    Simulator::settle();
+    QCOMPARE(Simulator::count(u"StartDiscovery"_s), 0);
 }
 
 void TestSearch::onlyComputer_data()

@@ -33,6 +33,8 @@ private Q_SLOTS:
     void cancelledUploadFreesTheLine();
     void cancelledLayoutFreesTheLine();
     void endlessAnswerCostsTheLink();
+    void repeatedAnswerCostsTheLink();
+    void linkLostWhileCancelling();
     void writtenAndRecovering();
     void totalLimitDoesNotReplaceCancelled();
     void searchIsCancelledWithTheComputer();
@@ -218,6 +220,44 @@ void TestStopping::endlessAnswerCostsTheLink()
     QCOMPARE(spy.error, VardaJob::Cancelled);
     JobSpy next(m_computer->readClock());
     ENDS_WELL(next);
+    QCOMPARE(Simulator::count(u"connected"_s), 2);
+}
+
+/** What has been endless for a while already has less time left. */
+void TestStopping::repeatedAnswerCostsTheLink()
+{
+    LOAD(Simulator::loadKnown(
+        R"("clock":1000,"faults":[{"step":"answer","command":"Owner","nth":1,"times":1,)"
+        R"("kind":"endless","ms":50}])"));
+    make();
+    auto *const job = m_computer->readOwner();
+    JobSpy spy(job);
+    QTRY_VERIFY(job->bytes() > 500);
+    job->cancel();
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, VardaJob::Cancelled);
+    JobSpy next(m_computer->readClock());
+    ENDS_WELL(next);
+    QCOMPARE(Simulator::count(u"connected"_s), 2);
+}
+
+void TestStopping::linkLostWhileCancelling()
+{
+    LOAD(Simulator::loadKnown(
+        R"("clock":1000,"faults":[{"step":"answer","command":"Owner","nth":1,"kind":"silent"}])"));
+    make();
+    auto *const job = m_computer->readOwner();
+    JobSpy spy(job);
+    QTRY_COMPARE(Simulator::frames().size(), 1);
+    job->cancel();
+    JobSpy next(m_computer->readClock());
+    QCOMPARE(job->state(), VardaJob::Cancelling);
+    Simulator::drop();
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, VardaJob::Cancelled);
+    QCOMPARE(spy.reason, Reason::ByCaller);
+    ENDS_WELL(next);
+    QCOMPARE(next.value.toLongLong(), 1000);
     QCOMPARE(Simulator::count(u"connected"_s), 2);
 }
 

@@ -65,32 +65,19 @@ Reason FirmwareWork::start(VardaSession &session)
     }
     m_isNew = installed(session) != m_image.version;
     switch (session.uploadFirmware(m_bytes, m_fileName, m_force)) {
-    case -1:
-        return Reason::UnknownImage;
     case -2:
     case -3:
         return Reason::SameVersion;
     case -4:
         return Reason::BootloaderUnknown;
-    case 0:
-        return Reason::BadArgument;
-    default:
-        break;
+    default: // what is no image was rejected before it had its turn
+        return Reason::None;
     }
-    return Reason::None;
 }
 
 const Request *FirmwareWork::next()
 {
-    switch (m_stage) {
-    case Stage::Upload:
-        return &m_upload;
-    case Stage::Verify:
-        return &m_verify;
-    case Stage::Done:
-        break;
-    }
-    return nullptr;
+    return m_stage == Stage::Verify ? &m_verify : &m_upload;
 }
 
 void FirmwareWork::done(VardaSession &session, Exchange & /*exchange*/)

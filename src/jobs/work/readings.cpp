@@ -36,15 +36,6 @@ void ListWork::done(VardaSession &session, Exchange &exchange)
     m_result = m_take(session, door, exchange);
 }
 
-bool ListWork::failed(const JobEnd & /*end*/)
-{
-    // An optional one is never the last: the result is taken with that.
-    if (!m_requests.at(m_at).optional)
-        return false;
-    ++m_at;
-    return true;
-}
-
 IdentityWork::IdentityWork()
 {
     enter(Stage::Identification);

@@ -27,7 +27,6 @@ public:
 
     const Request *next() override;
     void done(VardaSession &session, Exchange &exchange) override;
-    bool failed(const JobEnd &end) override;
     bool isComplete() const override { return !m_requests.isEmpty() && m_at == m_requests.size(); }
     QVariant result() override { return m_result; }
 
