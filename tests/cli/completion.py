@@ -35,6 +35,8 @@ CASES = {
     "varda info --units ": ["metric", "imperial"],
     "varda superuser ": ["on", "off"],
     "varda defaults unset ": ["device", "units"],
+    "varda export --format ": ["uddf", "csv", "json", "svg", "png", "pdf"],
+    "varda import lay": ["layout.bin"],
     "varda completion ": ["bash", "zsh", "fish"],
     "varda help lay": ["layouts"],
     "varda help layouts g": ["get"],
