@@ -75,7 +75,7 @@ void Exchange::start(const Request &request)
     m_check->setUnlimited();
     m_collected = SessionDoor::collectsAnswers(answer);
     m_running = true;
-    m_sent = m_ended = m_stopped = m_awaiting = m_acknowledged = m_isNoisy = false;
+    m_sent = m_ended = m_stopped = m_awaiting = m_acknowledged = m_tooMany = m_isNoisy = false;
     m_refusal.reset();
     m_whenQuiet.reset();
     m_doubt.reset();
@@ -176,8 +176,8 @@ bool Exchange::isStep() const
 
 std::optional<JobEnd> Exchange::damage() const
 {
-    if (!m_check)
-        return {};
+    if (m_tooMany || !m_check)
+        return JobEnd{VardaJob::Damaged, Reason::TooManyNotifications};
     switch (m_check->finding()) {
     case AnswerCheck::Finding::Repeated:
         return JobEnd{VardaJob::Repeated, Reason::OtherSubscriber};
@@ -276,6 +276,12 @@ void Exchange::frameReceived(quint8 code, QByteArrayView /*frame*/)
     if (!m_running || m_request.ending != Request::Ending::AnyFrame || code != m_request.end)
         return;
     m_acknowledged = m_ended = true;
+    judgeLater();
+}
+
+void Exchange::tooManyNotifications()
+{
+    m_tooMany = true;
     judgeLater();
 }
 

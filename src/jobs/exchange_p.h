@@ -68,6 +68,7 @@ private:
     void notified(QByteArrayView bytes) override;
     void written(QByteArrayView bytes) override;
     void frameReceived(quint8 code, QByteArrayView frame) override;
+    void tooManyNotifications() override;
     void answerProcessed() override;
 
     ComputerLink *m_link;
@@ -81,6 +82,7 @@ private:
     bool m_stopped = false; ///< nothing more is sent for it
     bool m_awaiting = false;
     bool m_acknowledged = false;
+    bool m_tooMany = false; ///< bytes: the session has dropped what it had
     bool m_isNoisy = false;
     std::optional<VardaJob::Reason> m_refusal;
     std::optional<JobEnd> m_whenQuiet;

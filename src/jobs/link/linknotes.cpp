@@ -82,6 +82,11 @@ void LinkNotes::leftOver(QByteArrayView bytes)
     m_observer->leftOver(bytes);
 }
 
+void LinkNotes::tooManyNotifications()
+{
+    m_observer->tooManyNotifications();
+}
+
 void LinkNotes::answerProcessed()
 {
     m_observer->answerProcessed();

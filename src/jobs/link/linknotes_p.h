@@ -41,6 +41,7 @@ private:
     void frameReceived(quint8 code, QByteArrayView frame) override;
     void wrongChecksum() override;
     void leftOver(QByteArrayView bytes) override;
+    void tooManyNotifications() override;
     void answerProcessed() override;
     void receiveTimedOut() override;
 
