@@ -107,7 +107,7 @@ void DiveWriter::checkCount(qsizetype dives) const
 {
     if (dives > 1 && isPicture(m_target.format) && (isResult() || !isFolder())) {
         throw Failure{ExitCode::UsageError,
-                      u"a picture shows one dive, and %1 are meant"_s.arg(dives),
+                      u"a picture shows one dive, but you chose %1"_s.arg(dives),
                       u"Name one dive, or a folder for the pictures: its name ends with \"/\"."_s};
     }
 }
