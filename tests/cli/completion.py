@@ -116,7 +116,10 @@ def fish(line):
         capture_output=True, text=True, check=True,
     )
     assert not done.stderr, done.stderr
-    return [row.split("\t")[0] for row in done.stdout.splitlines()]
+    # Newer ones also offer what has the word in its middle.
+    word = line.split(" ")[-1]
+    names = [row.split("\t")[0] for row in done.stdout.splitlines()]
+    return [name for name in names if name.startswith(word)]
 
 
 def read_until(terminal, file, line):
