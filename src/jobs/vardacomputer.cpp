@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <varda/vardacomputer.h>
 
+#include <QtCore/qcoreapplication.h>
 #include <QtCore/qdebug.h>
 #include <QtCore/qthread.h>
 
@@ -29,6 +30,10 @@ public:
     void leave()
     {
         m_left = true;
+        // The event loop may have ended before the last job is deleted.
+        if (auto *const application = QCoreApplication::instance();
+            application && application->thread() == thread())
+            setParent(application);
         goIfEmpty();
     }
 

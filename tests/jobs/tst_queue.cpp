@@ -34,6 +34,7 @@ class TestQueue : public LinkTest
 private Q_SLOTS:
     void init() { m_computer = std::make_unique<VardaComputer>(); }
     void order();
+    void leftJobsGoWithTheApplication();
     void fiveWithoutAComputer();
     void setDeviceEndsWhatIsQueued();
     void disconnectionOvertakes();
@@ -80,6 +81,19 @@ void TestQueue::order()
     QCOMPARE(Simulator::count(u"connected"_s), 1);
     QCOMPARE(m_computer->currentJob(), nullptr);
     QVERIFY(m_computer->waitingJobs().isEmpty());
+}
+
+/** Nothing deletes them if the event loop has ended with their computer. */
+void TestQueue::leftJobsGoWithTheApplication()
+{
+    LOAD(Simulator::loadScenario(R"({"devices":[]})"));
+    const QPointer<VardaJob> job = m_computer->readClock();
+    QPointer<QObject> home = job->parent();
+    m_computer.reset();
+    QVERIFY(job);
+    QCOMPARE(home->parent(), QCoreApplication::instance());
+    QTRY_VERIFY(!job);
+    QTRY_VERIFY(!home);
 }
 
 void TestQueue::fiveWithoutAComputer()
