@@ -177,6 +177,15 @@ public:
         return queue<Job>(name, std::move(work));
     }
 
+    template <typename Job = VardaJob>
+    Job *list(const QString &name, const Request &request, ListWork::Take take,
+              bool needsIdentity = false, bool isLong = false)
+    {
+        QList<Request> requests;
+        requests.append(request);
+        return list<Job>(name, std::move(requests), std::move(take), needsIdentity, isLong);
+    }
+
     template <typename Job> static Job *create(VardaJobPrivate *d) { return new Job(d); }
 
     VardaComputer *q;
@@ -274,7 +283,7 @@ SearchJob *VardaComputer::search(std::chrono::seconds time, bool allDevices)
 
 VardaJob *VardaComputer::connectToComputer()
 {
-    return d->list(u"connection"_s, {}, nothing);
+    return d->list(u"connection"_s, QList<Request>(), nothing);
 }
 
 VardaJob *VardaComputer::connectToOnlyComputer()
@@ -306,7 +315,7 @@ VardaReply<VardaConfiguration> *VardaComputer::readConfiguration(bool basic)
         return QVariant::fromValue(VardaConfiguration{session.config(), session.computer()});
     };
     return d->list<VardaReply<VardaConfiguration>>(u"configuration"_s,
-                                                   {Requests::configuration(basic)}, take, true);
+                                                   Requests::configuration(basic), take, true);
 }
 
 VardaReply<VardaGasTables> *VardaComputer::readGasTables()
@@ -323,8 +332,8 @@ VardaReply<QString> *VardaComputer::readOwner()
     const auto take = [](VardaSession &session, SessionDoor &, const Exchange &) {
         return QVariant(session.owner());
     };
-    return d->list<VardaReply<QString>>(
-        u"owner"_s, {Requests::command(u"owner"_s, TidemarCommand::Owner)}, take);
+    return d->list<VardaReply<QString>>(u"owner"_s,
+                                        Requests::command(u"owner"_s, TidemarCommand::Owner), take);
 }
 
 VardaReply<std::int64_t> *VardaComputer::readClock()
@@ -333,7 +342,7 @@ VardaReply<std::int64_t> *VardaComputer::readClock()
         return QVariant::fromValue(session.computerTime());
     };
     return d->list<VardaReply<std::int64_t>>(
-        u"clock"_s, {Requests::command(u"clock"_s, TidemarCommand::Time)}, take);
+        u"clock"_s, Requests::command(u"clock"_s, TidemarCommand::Time), take);
 }
 
 VardaReply<VardaSensors> *VardaComputer::readSensors()
@@ -351,7 +360,7 @@ VardaReply<VardaTissues> *VardaComputer::readTissues()
             VardaTissues{session.diverN2(), session.diverHe(), session.diverCns()});
     };
     return d->list<VardaReply<VardaTissues>>(
-        u"tissues"_s, {Requests::command(u"tissues"_s, TidemarCommand::Diver)}, take);
+        u"tissues"_s, Requests::command(u"tissues"_s, TidemarCommand::Diver), take);
 }
 
 VardaReply<QStringList> *VardaComputer::readLog()
@@ -361,7 +370,7 @@ VardaReply<QStringList> *VardaComputer::readLog()
     const auto take = [](VardaSession &session, SessionDoor &, const Exchange &) {
         return QVariant(linesOf(session.syslog()));
     };
-    return d->list<VardaReply<QStringList>>(u"log"_s, {request}, take, false, true);
+    return d->list<VardaReply<QStringList>>(u"log"_s, request, take, false, true);
 }
 
 VardaReply<QList<SyslogBinRecord>> *VardaComputer::readBinaryLog()
@@ -371,7 +380,7 @@ VardaReply<QList<SyslogBinRecord>> *VardaComputer::readBinaryLog()
     const auto take = [](VardaSession &session, SessionDoor &, const Exchange &) {
         return QVariant::fromValue(session.syslogBin());
     };
-    return d->list<VardaReply<QList<SyslogBinRecord>>>(u"log"_s, {request}, take, false, true);
+    return d->list<VardaReply<QList<SyslogBinRecord>>>(u"log"_s, request, take, false, true);
 }
 
 VardaReply<QList<BatteryInfoRecord>> *VardaComputer::readBatteryHistory()
@@ -384,7 +393,7 @@ VardaReply<QList<BatteryInfoRecord>> *VardaComputer::readBatteryHistory()
     const auto take = [](VardaSession &session, SessionDoor &, const Exchange &) {
         return QVariant::fromValue(session.batteryInfo());
     };
-    return d->list<VardaReply<QList<BatteryInfoRecord>>>(u"battery history"_s, {request}, take);
+    return d->list<VardaReply<QList<BatteryInfoRecord>>>(u"battery history"_s, request, take);
 }
 
 VardaReply<QList<TidemarDiveHeader>> *VardaComputer::readLogbook(const QList<std::uint16_t> &known)
@@ -399,7 +408,7 @@ VardaReply<QList<DiveSample>> *VardaComputer::readSamples(std::uint16_t number)
         return QVariant::fromValue(session.diveSamples());
     };
     return d->list<VardaReply<QList<DiveSample>>>(u"dive %1"_s.arg(number),
-                                                  {Requests::samples(number)}, take, true);
+                                                  Requests::samples(number), take, true);
 }
 
 DownloadJob *VardaComputer::downloadDives(const QList<std::uint16_t> &known)
@@ -417,7 +426,7 @@ VardaReply<QList<LayoutEntry>> *VardaComputer::readLayouts()
     const auto take = [](VardaSession &session, SessionDoor &, const Exchange &) {
         return QVariant::fromValue(session.layouts());
     };
-    return d->list<VardaReply<QList<LayoutEntry>>>(u"list of layouts"_s, {request}, take);
+    return d->list<VardaReply<QList<LayoutEntry>>>(u"list of layouts"_s, request, take);
 }
 
 VardaReply<QByteArray> *VardaComputer::readLayout(std::uint8_t index)
@@ -430,7 +439,7 @@ VardaReply<QByteArray> *VardaComputer::readLayout(std::uint8_t index)
     const auto take = [](VardaSession &session, SessionDoor &, const Exchange &) {
         return QVariant(session.layoutBlob());
     };
-    return d->list<VardaReply<QByteArray>>(request.what, {request}, take);
+    return d->list<VardaReply<QByteArray>>(request.what, request, take);
 }
 
 VardaReply<std::array<std::int8_t, 5>> *VardaComputer::readActiveLayouts()
@@ -444,7 +453,7 @@ VardaReply<std::array<std::int8_t, 5>> *VardaComputer::readActiveLayouts()
     const auto take = [](VardaSession &session, SessionDoor &, const Exchange &) {
         return QVariant::fromValue(session.activeLayouts());
     };
-    return d->list<VardaReply<std::array<std::int8_t, 5>>>(u"active layouts"_s, {request}, take);
+    return d->list<VardaReply<std::array<std::int8_t, 5>>>(u"active layouts"_s, request, take);
 }
 
 // Jobs that write
@@ -464,7 +473,7 @@ VardaReply<QString> *VardaComputer::writeOwner(const QString &owner)
     const auto take = [](VardaSession &session, SessionDoor &, const Exchange &) {
         return QVariant(session.owner());
     };
-    return d->list<VardaReply<QString>>(u"owner"_s, {request}, take);
+    return d->list<VardaReply<QString>>(u"owner"_s, request, take);
 }
 
 VardaReply<std::int64_t> *VardaComputer::setClock()
@@ -474,8 +483,8 @@ VardaReply<std::int64_t> *VardaComputer::setClock()
     };
     return d->list<VardaReply<std::int64_t>>(
         u"clock"_s,
-        {writing(u"clock"_s, TidemarCommand::Set_time,
-                 [](VardaSession &session) { session.startSetTime(); })},
+        writing(u"clock"_s, TidemarCommand::Set_time,
+                [](VardaSession &session) { session.startSetTime(); }),
         take);
 }
 
@@ -502,8 +511,8 @@ VardaJob *VardaComputer::writeSettings(const MarloSettings &settings)
 {
     return d->list(
         u"settings"_s,
-        {writing(u"settings"_s, TidemarCommand::MarloSet,
-                 [settings](VardaSession &session) { session.startMarloSettings(settings); })},
+        writing(u"settings"_s, TidemarCommand::MarloSet,
+                [settings](VardaSession &session) { session.startMarloSettings(settings); }),
         nothing);
 }
 
@@ -515,15 +524,15 @@ VardaReply<bool> *VardaComputer::setSuperUserMode(bool on)
     const auto take = [](VardaSession &, SessionDoor &, const Exchange &exchange) {
         return QVariant(exchange.acknowledged());
     };
-    return d->list<VardaReply<bool>>(u"super-user mode"_s, {request}, take);
+    return d->list<VardaReply<bool>>(u"super-user mode"_s, request, take);
 }
 
 VardaJob *VardaComputer::addLayout(const QByteArray &layout)
 {
     return d->list(
         u"layout"_s,
-        {once(writing(u"layout"_s, TidemarCommand::LayoutAdd,
-                      [layout](VardaSession &session) { session.startLayoutAdd(layout); }))},
+        once(writing(u"layout"_s, TidemarCommand::LayoutAdd,
+                     [layout](VardaSession &session) { session.startLayoutAdd(layout); })),
         nothing);
 }
 
@@ -532,16 +541,16 @@ VardaJob *VardaComputer::removeLayout(std::uint8_t index)
     const QString name = u"layout %1"_s.arg(index);
     return d->list(
         name,
-        {once(writing(name, TidemarCommand::LayoutRemove,
-                      [index](VardaSession &session) { session.startLayoutRemove(index); }))},
+        once(writing(name, TidemarCommand::LayoutRemove,
+                     [index](VardaSession &session) { session.startLayoutRemove(index); })),
         nothing);
 }
 
 VardaJob *VardaComputer::removeAllLayouts()
 {
     return d->list(u"layouts"_s,
-                   {once(writing(u"layouts"_s, TidemarCommand::LayoutRemoveAll,
-                                 [](VardaSession &session) { session.startLayoutRemoveAll(); }))},
+                   once(writing(u"layouts"_s, TidemarCommand::LayoutRemoveAll,
+                                [](VardaSession &session) { session.startLayoutRemoveAll(); })),
                    nothing);
 }
 
@@ -549,10 +558,10 @@ VardaJob *VardaComputer::activateLayout(std::uint8_t diveMode, std::int8_t index
 {
     const QString name = u"layout %1"_s.arg(index);
     return d->list(name,
-                   {writing(name, TidemarCommand::LayoutActiveSet,
-                            [diveMode, index](VardaSession &session) {
-                                session.startLayoutActiveSet(diveMode, index);
-                            })},
+                   writing(name, TidemarCommand::LayoutActiveSet,
+                           [diveMode, index](VardaSession &session) {
+                               session.startLayoutActiveSet(diveMode, index);
+                           }),
                    nothing);
 }
 
@@ -600,5 +609,5 @@ VardaJob *VardaComputer::restart()
         session.startCommand(TidemarCommand::Reset);
     }));
     request.ending = Request::Ending::LinkDown;
-    return d->list(u"restart"_s, {request}, nothing);
+    return d->list(u"restart"_s, request, nothing);
 }
