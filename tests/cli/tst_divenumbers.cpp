@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "commands/numbergaps.h"
-#include "line/divenumbers.h"
+#include "commands/dives/numbergaps.h"
+#include "line/choices/divenumbers.h"
 
 #include <QtTest/qtest.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // varda-manual FILE: prints the manual page of varda, from what is written by hand in FILE.
 #include "line/commandline.h"
-#include "line/grammar.h"
-#include "line/manpage.h"
+#include "line/grammar/grammar.h"
+#include "line/grammar/manpage.h"
 #include "output/terminal.h"
 #include "run/failure.h"
 #include "run/files.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
 #include "line/arguments.h"
-#include "line/confirmation.h"
+#include "line/choices/confirmation.h"
 #include "output/records.h"
 #include "output/terminal.h"
 #include "run/runner.h"

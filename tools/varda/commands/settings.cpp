@@ -2,7 +2,7 @@
 #include "commands/commands.h"
 #include "commands/sensorvalues.h"
 #include "line/arguments.h"
-#include "line/confirmation.h"
+#include "line/choices/confirmation.h"
 #include "output/records.h"
 #include "output/terminal.h"
 #include "run/runner.h"

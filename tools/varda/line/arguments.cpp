@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "line/arguments.h"
 
-#include "line/grammar.h"
+#include "line/grammar/grammar.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
 #include "line/arguments.h"
-#include "line/logbookfile.h"
+#include "line/choices/logbookfile.h"
 #include "output/json.h"
 #include "output/terminal.h"
 #include "run/files.h"

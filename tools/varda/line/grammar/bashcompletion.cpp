@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "line/completion.h"
-#include "line/grammar.h"
+#include "line/grammar/completion.h"
+#include "line/grammar/grammar.h"
 
 using namespace Qt::StringLiterals;
 

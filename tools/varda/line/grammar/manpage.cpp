@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "line/manpage.h"
+#include "line/grammar/manpage.h"
 
 #include "line/exitstatuses.h"
-#include "line/grammar.h"
+#include "line/grammar/grammar.h"
 
 using namespace Qt::StringLiterals;
 

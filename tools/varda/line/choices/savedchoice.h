@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "line/logbookfile.h"
+#include "line/choices/logbookfile.h"
 
 #include <varda/logbookquery.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "line/divenumbers.h"
-#include "line/savedchoice.h"
+#include "line/choices/divenumbers.h"
+#include "line/choices/savedchoice.h"
 #include "output/json.h"
 #include "output/units.h"
 #include "run/store.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "commands/numbergaps.h"
+#include "commands/dives/numbergaps.h"
 
 #include "output/terminal.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "line/divenumbers.h"
+#include "line/choices/divenumbers.h"
 
 #include <charconv>
 #include <set>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "line/grammar.h"
+#include "line/grammar/grammar.h"
 
 #include "line/usage.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "commands/divewriter.h"
+#include "commands/dives/divewriter.h"
 
 #include "pictures/picturemaker.h"
 #include "run/failure.h"

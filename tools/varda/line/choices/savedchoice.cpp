@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "line/savedchoice.h"
+#include "line/choices/savedchoice.h"
 
 #include "line/arguments.h"
 #include "run/failure.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
-#include "commands/divewriter.h"
-#include "commands/download.h"
-#include "commands/saveddives.h"
+#include "commands/dives/divewriter.h"
+#include "commands/dives/download.h"
+#include "commands/dives/saveddives.h"
 #include "line/arguments.h"
 #include "output/records.h"
 #include "output/terminal.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
-#include "line/logbookfile.h"
+#include "line/choices/logbookfile.h"
 #include "output/progressbar.h"
 #include "output/records.h"
 #include "output/terminal.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "commands/saveddives.h"
+#include "commands/dives/saveddives.h"
 
 #include "output/divetext.h"
 #include "output/records.h"

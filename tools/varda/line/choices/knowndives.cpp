@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "line/knowndives.h"
+#include "line/choices/knowndives.h"
 
 #include "line/arguments.h"
-#include "line/divenumbers.h"
+#include "line/choices/divenumbers.h"
 #include "run/failure.h"
 #include "run/files.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "commands/download.h"
+#include "commands/dives/download.h"
 
-#include "line/divenumbers.h"
+#include "line/choices/divenumbers.h"
 #include "output/terminal.h"
 #include "output/text.h"
 #include "run/failure.h"

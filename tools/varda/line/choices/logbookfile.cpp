@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "line/logbookfile.h"
+#include "line/choices/logbookfile.h"
 
 #include "line/arguments.h"
 

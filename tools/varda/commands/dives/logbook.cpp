@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
-#include "commands/numbergaps.h"
-#include "commands/saveddives.h"
-#include "line/knowndives.h"
+#include "commands/dives/numbergaps.h"
+#include "commands/dives/saveddives.h"
+#include "line/choices/knowndives.h"
 #include "output/divetext.h"
 #include "output/records.h"
 #include "output/tables.h"

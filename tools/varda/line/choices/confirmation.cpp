@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "line/confirmation.h"
+#include "line/choices/confirmation.h"
 
 #include "line/arguments.h"
 #include "line/question.h"
