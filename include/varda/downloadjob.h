@@ -16,6 +16,8 @@
 class VARDA_EXPORT DownloadJob final : public VardaJob
 {
     Q_OBJECT
+    Q_PROPERTY(QList<std::uint16_t> damaged READ damaged NOTIFY diveDamaged)
+    Q_PROPERTY(QList<TidemarDiveHeader> headers READ headers NOTIFY headersRead)
 public:
     /**
      * Decides for each header whether its dive is read, even if its number is known (numbers can

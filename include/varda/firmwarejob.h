@@ -7,6 +7,7 @@
 class VARDA_EXPORT FirmwareJob final : public VardaJob
 {
     Q_OBJECT
+    Q_PROPERTY(qint64 resumedAt READ resumedAt NOTIFY stateChanged)
 public:
     /** Where the computer wanted to go on; 0 for a new upload and for an image without header. */
     [[nodiscard]] qint64 resumedAt() const;

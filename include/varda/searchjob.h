@@ -17,7 +17,7 @@ public:
      */
     [[nodiscard]] QList<BleDeviceInfo> devices() const;
     /** Ends the search now, with NoError and what was found so far. */
-    void finishNow();
+    Q_INVOKABLE void finishNow();
 
 Q_SIGNALS:
     void deviceFound(const BleDeviceInfo &device);

@@ -36,6 +36,7 @@ class VARDA_EXPORT VardaJob : public QObject
     Q_PROPERTY(Unit unit READ unit CONSTANT)
     Q_PROPERTY(qint64 done READ done NOTIFY progressed)
     Q_PROPERTY(qint64 total READ total NOTIFY progressed)
+    Q_PROPERTY(qint64 bytes READ bytes NOTIFY progressed)
 
 public:
     enum State {
@@ -163,7 +164,7 @@ public:
      * How often a failed part is repeated, by default 3 times; each part is counted separately.
      * With 0 a connection too is attempted only once.
      */
-    void setRetries(int count);
+    Q_INVOKABLE void setRetries(int count);
     void setAutoDelete(bool on);
 
 public Q_SLOTS:
