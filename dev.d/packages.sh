@@ -23,6 +23,15 @@ man-db            man (optional, for the same)
 mandoc            mandoc (optional, for the same)
 ccache            ccache (optional, makes the second build fast)
 "
+# For the QML module, in the builds of everything and of what gets installed.
+qml_packages="
+qt6-declarative-dev        Qt Quick (development files)
+qt6-declarative-dev-tools  qmllint
+qml6-module-qtqml-workerscript  the QML module QtQml.WorkerScript
+qml6-module-qtquick        the QML module QtQuick
+qml6-module-qtquick-window  the QML module QtQuick.Window
+qml6-module-qttest         the QML module QtTest
+"
 # One version on every machine: another formats otherwise and warns otherwise.
 lint_packages="
 clang-format-19   clang-format 19
@@ -90,6 +99,8 @@ need_elsewhere() {
             qt6-connectivity-dev) qt_has Bluetooth ;;
             libxml2-utils) found xmllint ;;
             libqt6sql6-sqlite) qt_has Sql ;;
+            qt6-declarative-dev | qml6-module-*) qt_has Quick && qt_has QuickTest ;;
+            qt6-declarative-dev-tools) [ -x "$(pkg-config --variable=bindir Qt6Core 2>/dev/null)/qmllint" ] ;;
             fonts-dejavu-core) fc-list 2>/dev/null | grep -q 'DejaVu Sans' ;;
             libcli11-dev) pkg-config --exists CLI11 2>/dev/null ;;
             dbus) found dbus-daemon ;;

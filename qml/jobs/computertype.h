@@ -37,7 +37,7 @@ public:
     [[nodiscard]] QVariant linkMode() const { return m_linkMode; }
     void setLinkMode(const QVariant &mode);
     [[nodiscard]] int linger() const { return m_linger; }
-    void setLinger(int milliseconds);
+    void setLinger(int time);
     [[nodiscard]] int mtu() const;
     [[nodiscard]] VardaIdentity identity() const;
     [[nodiscard]] int waitingJobs() const;
