@@ -114,4 +114,4 @@ need_elsewhere() {
 $absent(on Debian:$(awk 'NF { printf " %s", $1 }' <<<"$1"))"
 }
 found() { command -v "$1" >/dev/null; }
-qt_has() { pkg-config --exists "Qt6$1 >= 6.4" 2>/dev/null; }
+qt_has() { pkg-config --exists "Qt6$1 >= 6.4" >/dev/null 2>&1; }
