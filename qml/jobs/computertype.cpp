@@ -178,6 +178,11 @@ VardaJob *ComputerExtension::reject()
     return give(job);
 }
 
+BleDeviceInfo ComputerExtension::deviceFromAddress(const QString &address, const QString &name)
+{
+    return BleDeviceInfo::fromAddress(address, name);
+}
+
 SearchJob *ComputerExtension::search(int seconds, bool allDevices)
 {
     return give(m_computer->search(std::chrono::seconds(std::max(0, seconds)), allDevices));
@@ -263,6 +268,19 @@ VardaJob *ComputerExtension::readSamples(double number)
 DownloadJob *ComputerExtension::downloadDives(const QList<int> &known)
 {
     return give(m_computer->downloadDives(numbersIn(known)));
+}
+
+SyncJob *ComputerExtension::sync(StoreType *store)
+{
+    if (!store)
+        return nullptr;
+    SyncJob *const job = syncLogbook(*m_computer, store->library());
+    // The limits are those of what it does with the computer.
+    if (DownloadJob *const download = job->download())
+        limited(download);
+    store->follow(job);
+    handOver(job, m_computer);
+    return job;
 }
 
 VardaJob *ComputerExtension::readLayouts()

@@ -6,7 +6,10 @@
 #include <QtCore/qvariant.h>
 #include <QtQml/qqml.h>
 
+#include <varda/syncjob.h>
 #include <varda/vardacomputer.h>
+
+#include "storetype.h"
 
 /**
  * What QML sees of a computer beyond VardaComputer itself: its calls. Each returns a job, which stays
@@ -42,6 +45,10 @@ public:
     [[nodiscard]] VardaIdentity identity() const;
     [[nodiscard]] int waitingJobs() const;
 
+    /** A computer that is remembered, to set it as device without a search. */
+    Q_INVOKABLE static BleDeviceInfo deviceFromAddress(const QString &address,
+                                                       const QString &name = {});
+
     // On the link itself
 
     Q_INVOKABLE SearchJob *search(int seconds = 10, bool allDevices = false);
@@ -64,6 +71,8 @@ public:
     Q_INVOKABLE VardaJob *readLogbook(const QList<int> &known = {});
     Q_INVOKABLE VardaJob *readSamples(double number);
     Q_INVOKABLE DownloadJob *downloadDives(const QList<int> &known = {});
+    /** Downloads what the store does not have, and keeps each dive as soon as it is whole. */
+    Q_INVOKABLE SyncJob *sync(StoreType *store);
     Q_INVOKABLE VardaJob *readLayouts();
     Q_INVOKABLE VardaJob *readLayout(double index);
     Q_INVOKABLE VardaJob *readActiveLayouts();

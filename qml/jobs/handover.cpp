@@ -3,24 +3,36 @@
 
 #include <QtCore/qpointer.h>
 #include <QtQml/qjsengine.h>
+#include <QtQml/qqmlengine.h>
 
 #include <varda/vardajob.h>
 
+QJSEngine *engineOf(const QObject *object)
+{
+    // The first knows only objects that a script has seen already.
+    QJSEngine *const engine = qjsEngine(object);
+    return engine ? engine : qmlEngine(object);
+}
+
 void handOver(VardaJob *job, const QObject *from)
 {
-    const QPointer<QJSEngine> engine(qjsEngine(from));
+    const QPointer<QJSEngine> engine(engineOf(from));
     if (!engine)
         return; // nobody collects it: it deletes itself
     job->setAutoDelete(false);
     QJSEngine::setObjectOwnership(job, QJSEngine::JavaScriptOwnership);
     QObject::connect(job, &VardaJob::finished, job, [engine](VardaJob *ended) {
-        if (!engine) {
+        if (engine)
+            letGo(ended, engine);
+        else
             ended->deleteLater();
-            return;
-        }
-        // Its parent has protected it. What refers to it may have been collected before: then
-        // nothing would ever delete it, if there were no new reference.
-        ended->setParent(nullptr);
-        engine->newQObject(ended);
     });
+}
+
+void letGo(QObject *object, QJSEngine *engine)
+{
+    // What refers to it may have been collected before: then nothing would ever delete it, if there
+    // were no new reference.
+    object->setParent(nullptr);
+    engine->newQObject(object);
 }

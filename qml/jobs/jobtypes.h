@@ -6,6 +6,7 @@
 #include <varda/downloadjob.h>
 #include <varda/firmwarejob.h>
 #include <varda/searchjob.h>
+#include <varda/syncjob.h>
 #include <varda/vardajob.h>
 
 // Jobs are made by the calls of a computer. QML cannot extend what it has not created, so all that
@@ -37,4 +38,11 @@ struct FirmwareJobType {
     QML_FOREIGN(FirmwareJob)
     QML_NAMED_ELEMENT(FirmwareJob)
     QML_UNCREATABLE("Call VardaComputer.uploadFirmware().")
+};
+
+struct SyncJobType {
+    Q_GADGET
+    QML_FOREIGN(SyncJob)
+    QML_NAMED_ELEMENT(SyncJob)
+    QML_UNCREATABLE("Call VardaComputer.sync().")
 };

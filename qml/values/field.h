@@ -40,7 +40,7 @@ public:                                                                         
 public:                                                                                            \
     QList<int> name##Numbers() const                                                               \
     {                                                                                              \
-        return {name.begin(), name.end()};                                                         \
+        return {(name).begin(), (name).end()};                                                     \
     }
 
 #define VARDA_REALS(name)                                                                          \
@@ -48,7 +48,7 @@ public:                                                                         
 public:                                                                                            \
     QList<double> name##Reals() const                                                              \
     {                                                                                              \
-        return {name.begin(), name.end()};                                                         \
+        return {(name).begin(), (name).end()};                                                     \
     }
 
 /** Bytes, as an ArrayBuffer. */
@@ -57,7 +57,7 @@ public:                                                                         
 public:                                                                                            \
     QByteArray name##Bytes() const                                                                 \
     {                                                                                              \
-        return {name.data(), qsizetype(name.size())};                                              \
+        return {(name).data(), qsizetype((name).size())};                                          \
     }
 
 /** A list of records, which are values themselves. */

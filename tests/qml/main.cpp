@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Runs a file of Qt Quick Test beside a simulated computer.
+#include <QtCore/qdir.h>
+#include <QtCore/qfile.h>
 #include <QtCore/qjsondocument.h>
 #include <QtCore/qjsonobject.h>
+#include <QtCore/qtemporarydir.h>
 #include <QtQml/qqmlengine.h>
 #include <QtQuickTest/quicktest.h>
+
+#include <varda/dive.h>
 
 #include "simulator.h"
 
@@ -41,6 +46,71 @@ private:
     int m_alive = 0;
 };
 
+/** Files of this run, and what is in them. */
+class TestFiles : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** In a folder of its own, which is removed at the end. */
+    Q_INVOKABLE QString newFile(const QString &name)
+    {
+        return m_folder.filePath(QString::number(++m_count) + u'/' + name);
+    }
+    /** A path where nothing is, in a folder that is there. */
+    Q_INVOKABLE QString newPath(const QString &name)
+    {
+        QDir(m_folder.path()).mkdir(QString::number(++m_count));
+        return m_folder.filePath(QString::number(m_count) + u'/' + name);
+    }
+    /** The programs of the documentation. */
+    Q_INVOKABLE static QStringList documents()
+    {
+        QStringList paths;
+        const QDir folder(QStringLiteral(VARDA_DOCUMENTS));
+        for (const QString &name : folder.entryList({QStringLiteral("*.qml")}))
+            paths.append(folder.filePath(name));
+        return paths;
+    }
+    Q_INVOKABLE static void write(const QString &path, const QByteArray &bytes)
+    {
+        QFile file(path);
+        if (!file.open(QFile::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("cannot write the file");
+    }
+    /** As text; empty if there is no file. */
+    Q_INVOKABLE static QString content(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QFile::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }
+    Q_INVOKABLE static void spoil(const QString &path)
+    {
+        QFile file(path);
+        if (!file.open(QFile::WriteOnly)
+            || file.write("no database, but a text that is longer") < 0)
+            qFatal("cannot write the file");
+    }
+    Q_INVOKABLE static void remove(const QString &path) { QFile::remove(path); }
+    /** A dive down to that depth and up again, in a minute. */
+    Q_INVOKABLE static QVariant dive(int number, double begin, double depth)
+    {
+        Dive dive;
+        dive.diveNumber = std::uint16_t(number);
+        dive.stamp = std::uint64_t(begin);
+        dive.serialNumber = QStringLiteral("00000001");
+        dive.lines = {DiveLine{}, DiveLine{}, DiveLine{}};
+        dive.lines[1].time = 30;
+        dive.lines[1].depth = depth;
+        dive.lines[2].time = 60;
+        return QVariant::fromValue(dive);
+    }
+
+private:
+    QTemporaryDir m_folder;
+    int m_count = 0;
+};
+
 /** Has the simulator ready before anything looks at the bus. */
 class Setup : public QObject
 {
@@ -54,10 +124,12 @@ public Q_SLOTS:
     {
         engine->addImportPath(QStringLiteral(VARDA_QML));
         qmlRegisterSingletonInstance("VardaTest", 1, 0, "Simulator", &m_computers);
+        qmlRegisterSingletonInstance("VardaTest", 1, 0, "Files", &m_files);
     }
 
 private:
     SimulatedComputers m_computers;
+    TestFiles m_files;
 };
 
 QUICK_TEST_MAIN_WITH_SETUP(qml, Setup)

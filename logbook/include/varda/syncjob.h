@@ -27,6 +27,11 @@ class SyncJobPrivate;
 class VARDA_LOGBOOK_EXPORT SyncJob final : public VardaJob
 {
     Q_OBJECT
+    Q_PROPERTY(qint64 computerId READ computerId NOTIFY stateChanged)
+    Q_PROPERTY(int added READ added NOTIFY diveStored)
+    Q_PROPERTY(int known READ known NOTIFY headersRead)
+    Q_PROPERTY(QList<std::uint16_t> damaged READ damaged NOTIFY diveDamaged)
+    Q_PROPERTY(LogbookError storeError READ storeError NOTIFY stateChanged)
 public:
     ~SyncJob() override;
 
