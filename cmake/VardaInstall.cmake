@@ -33,10 +33,13 @@ if(NOT BUILD_SHARED_LIBS)
     list(APPEND VARDA_CONFIG_QT ${private_qt})
 endif()
 list(JOIN VARDA_CONFIG_QT " " VARDA_CONFIG_QT)
+if(NOT DEFINED VARDA_INSTALL_QMLDIR)
+    set(VARDA_INSTALL_QMLDIR "${CMAKE_INSTALL_LIBDIR}/qt6/qml") # nothing is there
+endif()
 configure_package_config_file(
     "${CMAKE_CURRENT_LIST_DIR}/VardaConfig.cmake.in" "${PROJECT_BINARY_DIR}/VardaConfig.cmake"
     INSTALL_DESTINATION "${package_dir}"
-    PATH_VARS CMAKE_INSTALL_BINDIR)
+    PATH_VARS CMAKE_INSTALL_BINDIR VARDA_INSTALL_QMLDIR)
 # Below 1.0 a new minor version may break what was built against the one before.
 write_basic_package_version_file(
     "${PROJECT_BINARY_DIR}/VardaConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
