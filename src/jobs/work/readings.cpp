@@ -124,6 +124,11 @@ VardaIdentity identityOf(const VardaSession &session)
     return identity;
 }
 
+VardaSensors sensorsOf(const VardaSession &session)
+{
+    return {session.psurf(), session.pamb(), session.dstop(), session.density()};
+}
+
 Request Requests::identification()
 {
     Request request = command(u"identification"_s, TidemarCommand::Identification);
@@ -152,6 +157,12 @@ Request Requests::samples(std::uint16_t number)
         return Reason::None;
     };
     return request;
+}
+
+QList<Request> Requests::sensors()
+{
+    return {command(u"surface pressure"_s, TidemarCommand::SimulParams),
+            command(u"sensors"_s, TidemarCommand::Sensors)};
 }
 
 Request Requests::command(QString what, TidemarCommand::TidemarCommandIn command)

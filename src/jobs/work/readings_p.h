@@ -8,6 +8,7 @@
 
 #include <varda/tidemardiveheader.h>
 #include <varda/vardaidentity.h>
+#include <varda/vardasensors.h>
 
 #include "jobs/work/work_p.h"
 
@@ -17,6 +18,9 @@ class ListWork final : public Work
 public:
     /** Called when the last request is answered: nothing later can change the result. */
     using Take = std::function<QVariant(VardaSession &, SessionDoor &, const Exchange &)>;
+
+    /** For what has no result but that it is done. */
+    static QVariant nothing(VardaSession &, SessionDoor &, const Exchange &) { return {}; }
 
     ListWork(QList<Request> requests, Take take)
         : m_requests(std::move(requests)), m_take(std::move(take))
@@ -68,6 +72,7 @@ namespace Requests {
 /** The headers of the dives but @p known, as many as one write carries; it refers to @p known. */
 [[nodiscard]] Request logbook(const KnownDives &known);
 [[nodiscard]] Request samples(std::uint16_t number);
+[[nodiscard]] QList<Request> sensors();
 
 } // namespace Requests
 
@@ -112,5 +117,6 @@ private:
 };
 
 [[nodiscard]] VardaIdentity identityOf(const VardaSession &session);
+[[nodiscard]] VardaSensors sensorsOf(const VardaSession &session);
 /** Each number once, the oldest first. */
 [[nodiscard]] QList<TidemarDiveHeader> oldestFirst(const QList<TidemarDiveHeader> &headers);
