@@ -47,6 +47,7 @@ private Q_SLOTS:
     void sameVersion();
     void bootloaderUnknown();
     void silentClose();
+    void silentCloseAndASlowSystem();
     void lateClose();
     void silentBlock();
     void identifiedAnewAfterAnUpload();
@@ -253,6 +254,23 @@ void TestFirmwareJob::silentClose()
     ENDS_WELL(next);
     QVERIFY(lost.isEmpty());
     QCOMPARE(Simulator::count(u"connected"_s), 2);
+}
+
+/** The link that the system is slow to end is on its way down: it is not the next job's. */
+void TestFirmwareJob::silentCloseAndASlowSystem()
+{
+    LOAD(Simulator::loadScenario(
+        R"({"disconnectDelay":1500,"devices":[{"known":true,"owner":"Ada",)"
+        R"("faults":[{"step":"answer","command":"Close","kind":"silent"}]}]})"));
+    JobSpy spy(upload(image(kSize, kFirmwareHeader)));
+    auto *const reading = m_computer->readOwner();
+    reading->setRetries(0);
+    JobSpy next(reading);
+    ENDS_WELL(spy);
+    ENDS_WELL(next);
+    QCOMPARE(next.value.toString(), u"Ada"_s);
+    QCOMPARE(Simulator::record({u"connected"_s, u"disconnected"_s}),
+             (QStringList{u"connected"_s, u"disconnected"_s, u"connected"_s}));
 }
 
 void TestFirmwareJob::lateClose()
