@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
+#include "commands/dives/divelist.h"
 #include "commands/dives/divewriter.h"
 #include "commands/dives/download.h"
 #include "commands/dives/numbergaps.h"
 #include "commands/dives/saveddives.h"
 #include "line/arguments.h"
 #include "line/choices/divenumbers.h"
-#include "line/choices/knowndives.h"
 #include "output/divetext.h"
 #include "output/plot.h"
 #include "output/records.h"
@@ -234,34 +234,15 @@ QList<TidemarDiveHeader> unknown(QList<TidemarDiveHeader> headers, const Numbers
     return headers;
 }
 
-class ReadAllDives : public Command
+class ReadAllDives : public DiveList
 {
 public:
-    ReadAllDives() : Command("dives", "List all dives with their depths") { }
-
-    void declare(Arguments &arguments) override
-    {
-        m_known.declare(arguments);
-        m_choice.declareWithFlag(arguments);
-    }
-
-    [[nodiscard]] bool usesComputer() const override { return !m_choice.isSaved(); }
-
-    void run(const Options &options) const override
-    {
-        if (m_choice.isSaved()) {
-            m_known.requireNone(u"Omit it, or --saved."_s);
-            showSaved(options);
-        } else {
-            m_choice.requireNone(u"Add --saved."_s);
-            showLive(options);
-        }
-    }
+    ReadAllDives() : DiveList("dives", "List all dives with their depths") { }
 
 private:
-    void showSaved(const Options &options) const
+    void showSaved(const SavedChoice &choice, const Options &options) const override
     {
-        SavedDives saved(m_choice, options);
+        SavedDives saved(choice, options);
         const auto entries = saved.all();
         if (!options.json) {
             print(savedDivesText(entries, saved, options.units.value_or(Units::Metric)));
@@ -273,9 +254,8 @@ private:
             document.add(saved.store().dive(each.id).dive, fieldsOf(each));
     }
 
-    void showLive(const Options &options) const
+    void showLive(const Numbers &known, const Options &options) const override
     {
-        const Numbers known = m_known.numbers();
         Runner runner(options);
         const Units units = options.units.value_or(Units::Metric);
         DiveDocument document;
@@ -298,9 +278,6 @@ private:
         };
         download.run();
     }
-
-    KnownDives m_known;
-    SavedChoice m_choice;
 };
 
 } // namespace

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
+#include "commands/dives/divelist.h"
 #include "commands/dives/numbergaps.h"
 #include "commands/dives/saveddives.h"
-#include "line/choices/knowndives.h"
 #include "output/divetext.h"
 #include "output/records.h"
 #include "output/tables.h"
@@ -81,34 +81,15 @@ Fields documentOf(const Runner &runner, const QList<TidemarDiveHeader> &headers,
              listOf(headers, [](const TidemarDiveHeader &each) { return fieldsOf(each); })}};
 }
 
-class Logbook : public Command
+class Logbook : public DiveList
 {
 public:
-    Logbook() : Command("logbook", "List the dives in the logbook") { }
-
-    void declare(Arguments &arguments) override
-    {
-        m_known.declare(arguments);
-        m_choice.declareWithFlag(arguments);
-    }
-
-    [[nodiscard]] bool usesComputer() const override { return !m_choice.isSaved(); }
-
-    void run(const Options &options) const override
-    {
-        if (m_choice.isSaved()) {
-            m_known.requireNone(u"Omit it, or --saved."_s);
-            showSaved(options);
-        } else {
-            m_choice.requireNone(u"Add --saved."_s);
-            showLive(options);
-        }
-    }
+    Logbook() : DiveList("logbook", "List the dives in the logbook") { }
 
 private:
-    void showSaved(const Options &options) const
+    void showSaved(const SavedChoice &choice, const Options &options) const override
     {
-        SavedDives saved(m_choice, options);
+        SavedDives saved(choice, options);
         const auto entries = saved.all();
         LogbookTable table(true);
         std::vector<Json> headers;
@@ -128,9 +109,8 @@ private:
         }
     }
 
-    void showLive(const Options &options) const
+    void showLive(const QList<std::uint16_t> &known, const Options &options) const override
     {
-        const QList<std::uint16_t> known = m_known.numbers();
         Runner runner(options);
         auto *const job = runner.computer().readLogbook(known);
         const auto headers = runner.resultOf(job, u"Reading the logbook"_s, [job] {
@@ -142,9 +122,6 @@ private:
         warnAbout(gaps);
         print(headers.isEmpty() ? noDivesText(!known.isEmpty()) : logbookText(headers));
     }
-
-    KnownDives m_known;
-    SavedChoice m_choice;
 };
 
 } // namespace
