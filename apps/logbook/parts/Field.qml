@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Layouts
+import Logbook
+
+/** A line of a record: its name at the left, its value at the right. */
+RowLayout {
+    id: root
+
+    required property string name
+    required property string value
+
+    visible: value
+    spacing: 2 * Theme.unit
+    Layout.fillWidth: true
+    Accessible.role: Accessible.StaticText
+    Accessible.name: qsTr("%1: %2", "a figure").arg(name).arg(value)
+
+    PlainText {
+        text: root.name
+        color: Theme.faint
+        Layout.fillWidth: true
+        Layout.preferredWidth: 2
+        Layout.alignment: Qt.AlignTop
+        Accessible.ignored: true
+    }
+    PlainText {
+        text: root.value
+        horizontalAlignment: Text.AlignRight
+        Layout.fillWidth: true
+        Layout.preferredWidth: 3
+        Accessible.ignored: true
+    }
+}

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Controls
+import Logbook
+
+/** Yes or no. */
+CheckBox {
+    id: root
+
+    implicitHeight: Math.max(Theme.touch, implicitContentHeight)
+    spacing: Theme.unit
+    padding: 0
+    font.pixelSize: Theme.body
+    Accessible.name: text
+
+    indicator: TickMark {
+        y: (root.height - height) / 2
+        ticked: root.checked
+    }
+    contentItem: PlainText {
+        leftPadding: root.indicator.width + root.spacing
+        text: root.text
+        verticalAlignment: Text.AlignVCenter
+        Accessible.ignored: true
+    }
+    background: FocusRing {
+        control: root
+    }
+}

@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+pragma Singleton
+import QtQuick
+
+/** Where the user is. */
+QtObject {
+    enum Page { Dives, Computer, Settings }
+
+    property int page: Navigation.Dives
+}
