@@ -23,7 +23,11 @@ man-db            man (optional, for the same)
 mandoc            mandoc (optional, for the same)
 ccache            ccache (optional, makes the second build fast)
 "
-# For the QML module, in the builds of everything and of what gets installed.
+# From Debian 13 on, the plugin for SVG is in a package of its own.
+svg_plugin=qt6-svg-plugins
+# shellcheck disable=SC1091 # the system's
+case $(. /etc/os-release 2>/dev/null && echo "$ID$VERSION_ID") in debian12 | ubuntu24.04) svg_plugin=libqt6svg6 ;; esac
+# For the QML module and the app, in the builds of everything and of what gets installed.
 qml_packages="
 qt6-declarative-dev        Qt Quick (development files)
 qt6-declarative-dev-tools  qmllint
@@ -31,6 +35,15 @@ qml6-module-qtqml-workerscript  the QML module QtQml.WorkerScript
 qml6-module-qtquick        the QML module QtQuick
 qml6-module-qtquick-window  the QML module QtQuick.Window
 qml6-module-qttest         the QML module QtTest
+qml6-module-qtquick-controls  the QML module QtQuick.Controls
+qml6-module-qtquick-dialogs  the QML module QtQuick.Dialogs
+qml6-module-qtquick-layouts  the QML module QtQuick.Layouts
+qml6-module-qtquick-templates  the QML module QtQuick.Templates
+$svg_plugin                Qt's plugin for SVG images
+qt6-tools-dev              Qt's CMake files for translations
+qt6-l10n-tools             lupdate and lrelease
+desktop-file-utils         desktop-file-validate
+appstream                  appstreamcli
 "
 # One version on every machine: another formats otherwise and warns otherwise.
 lint_packages="
@@ -100,7 +113,11 @@ need_elsewhere() {
             libxml2-utils) found xmllint ;;
             libqt6sql6-sqlite) qt_has Sql ;;
             qt6-declarative-dev | qml6-module-*) qt_has Quick && qt_has QuickTest ;;
-            qt6-declarative-dev-tools) [ -x "$(pkg-config --variable=bindir Qt6Core 2>/dev/null)/qmllint" ] ;;
+            qt6-declarative-dev-tools) [ -x "$(qt_tools)/qmllint" ] ;;
+            qt6-tools-dev | qt6-l10n-tools) [ -x "$(qt_tools)/lrelease" ] ;;
+            desktop-file-utils) found desktop-file-validate ;;
+            appstream) found appstreamcli ;;
+            "$svg_plugin") qt_has Svg ;;
             fonts-dejavu-core) fc-list 2>/dev/null | grep -q 'DejaVu Sans' ;;
             libcli11-dev) pkg-config --exists CLI11 2>/dev/null ;;
             dbus) found dbus-daemon ;;
@@ -114,4 +131,5 @@ need_elsewhere() {
 $absent(on Debian:$(awk 'NF { printf " %s", $1 }' <<<"$1"))"
 }
 found() { command -v "$1" >/dev/null; }
+qt_tools() { pkg-config --variable=bindir Qt6Core 2>/dev/null || true; }
 qt_has() { pkg-config --exists "Qt6$1 >= 6.4" >/dev/null 2>&1; }
