@@ -16,7 +16,8 @@ struct Path {
     QColor line;
     double width = 0;
     QColor fill;
-    bool dashed = false;
+    // NOLINTNEXTLINE(readability-redundant-member-init): GCC asks for it in a line without dashes
+    QList<double> dashes = {}; ///< lengths of dashes and gaps in turn; solid without
 };
 
 struct Box {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "header_p.h"
 
+#include <algorithm>
+
 #include "style_p.h"
 #include "texts_p.h"
 
@@ -40,34 +42,67 @@ QString descriptionOf(const Dive &dive, const Readings &readings, PictureOptions
 
 } // namespace
 
-Drawing emptyDrawing(const Dive &dive, const Readings &readings, const PictureOptions &options,
-                     QSizeF size)
+Drawing emptyDrawing(const QString &title, const QString &description,
+                     const PictureOptions &options, QSizeF size)
 {
     Drawing drawing;
     drawing.size = size;
-    drawing.title = titleOf(dive) + u", "_s + beginText(dive);
-    drawing.description = descriptionOf(dive, readings, options.units);
+    drawing.title = title;
+    drawing.description = description;
     drawing.fontFamily = shown(options.fontFamily);
-    drawing.background = Style::of(options.theme).background;
-    drawing.items.emplace_back(
-        Box{.place = QRectF(QPointF(0, 0), size), .fill = drawing.background});
+    drawing.background = options.background.isValid() ? options.background
+                                                      : Style::of(options).background;
+    if (drawing.background.alpha() > 0)
+        drawing.items.emplace_back(
+            Box{.place = QRectF(QPointF(0, 0), size), .fill = drawing.background});
     return drawing;
+}
+
+Drawing emptyDrawing(const Dive &dive, const Readings &readings, const PictureOptions &options,
+                     QSizeF size)
+{
+    return emptyDrawing(titleOf(dive) + u", "_s + beginText(dive),
+                        descriptionOf(dive, readings, options.units), options, size);
+}
+
+QString titleOf(std::span<const Dive> dives)
+{
+    return u"%1 dives"_s.arg(dives.size());
+}
+
+QString descriptionOf(std::span<const Dive> dives, std::span<const Readings> readings,
+                      const PictureOptions &options)
+{
+    constexpr std::size_t kMostDives = 24;
+    QString text = u"Depth over time."_s;
+    for (std::size_t i = 0; i < std::min(dives.size(), kMostDives); ++i) {
+        const DiveProfile &profile = readings[i].profile;
+        text += u" %1: greatest depth %2, duration %3."_s.arg(
+            nameOf(dives[i], options.names.value(qsizetype(i))),
+            depthText(options.units, profile.maximumDepth), durationText(profile.duration));
+    }
+    return text;
+}
+
+void drawTitle(Drawing &drawing, const QString &title, const QString &below,
+               const PictureOptions &options, const QRectF &place)
+{
+    const Style style = Style::of(options);
+    drawing.items.emplace_back(Text{.at = place.topLeft() + QPointF(0, 18),
+                                    .text = title,
+                                    .size = 20,
+                                    .colour = style.text,
+                                    .anchor = Text::Anchor::Start,
+                                    .bold = true});
+    drawing.items.emplace_back(Text{
+        .at = place.topLeft() + QPointF(0, 38), .text = below, .size = 13, .colour = style.muted});
 }
 
 void drawHeader(Drawing &drawing, const Dive &dive, const Readings &readings,
                 const PictureOptions &options, const QRectF &place)
 {
-    const Style style = Style::of(options.theme);
-    drawing.items.emplace_back(Text{.at = place.topLeft() + QPointF(0, 18),
-                                    .text = titleOf(dive),
-                                    .size = 20,
-                                    .colour = style.text,
-                                    .anchor = Text::Anchor::Start,
-                                    .bold = true});
-    drawing.items.emplace_back(Text{.at = place.topLeft() + QPointF(0, 38),
-                                    .text = beginText(dive),
-                                    .size = 13,
-                                    .colour = style.muted});
+    const Style style = Style::of(options);
+    drawTitle(drawing, titleOf(dive), beginText(dive), options, place);
     if (readings.depths.isEmpty())
         return;
     const DiveProfile &profile = readings.profile;

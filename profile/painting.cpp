@@ -20,10 +20,13 @@ public:
         QPen pen(Qt::NoPen);
         if (path.line.isValid()) {
             pen = QPen(path.line, path.width, Qt::SolidLine,
-                       path.dashed ? Qt::FlatCap : Qt::RoundCap, Qt::RoundJoin);
+                       path.dashes.isEmpty() ? Qt::RoundCap : Qt::FlatCap, Qt::RoundJoin);
             // Qt counts in widths of the line.
-            if (path.dashed)
-                pen.setDashPattern({3 / path.width, 3 / path.width});
+            QList<double> widths = path.dashes;
+            for (double &each : widths)
+                each /= path.width;
+            if (!widths.isEmpty())
+                pen.setDashPattern(widths);
         }
         m_painter.setPen(pen);
         m_painter.setBrush(path.fill.isValid() ? QBrush(path.fill) : QBrush(Qt::NoBrush));

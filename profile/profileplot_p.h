@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <span>
+
 #include <varda/dive.h>
 #include <varda/pictureoptions.h>
 
@@ -9,14 +11,20 @@
 #include "scales_p.h"
 #include "style_p.h"
 
-/** Depth, gases and temperature over time, in a part of a drawing. */
+/** Depth, gases and temperature over time, in a part of a drawing; only the depths of several dives. */
 class ProfilePlot
 {
 public:
-    ProfilePlot(const Dive &dive, const Readings &readings, const PictureOptions &options,
-                const QRectF &place);
+    /** @param dives, readings  as many of each, at least one */
+    ProfilePlot(std::span<const Dive> dives, std::span<const Readings> readings,
+                const PictureOptions &options, const QRectF &place);
 
     void draw(Drawing &drawing);
+
+    /** From the surface to the deepest line of the grid. */
+    [[nodiscard]] QRectF water() const { return m_water; }
+    [[nodiscard]] const Scale &time() const { return m_time; }
+    [[nodiscard]] const Scale &depth() const { return m_depth; }
 
 private:
     /** A stretch of time with one gas. */
@@ -35,6 +43,18 @@ private:
         QColor colour;
     };
 
+    /** The name of a dive among others, in a row as well. */
+    struct Entry {
+        QString name;
+        double x = 0;
+        int row = 0;
+        qsizetype dive = -1; ///< -1 for those that have no room
+    };
+
+    [[nodiscard]] bool isComparison() const { return m_dives.size() > 1; }
+    [[nodiscard]] int mostRows() const;
+    [[nodiscard]] QList<Entry> entries() const;
+    [[nodiscard]] QList<QPointF> lineOf(const Readings &readings) const;
     [[nodiscard]] QList<Stretch> stretches() const;
     [[nodiscard]] QList<Label> labels() const;
     [[nodiscard]] double xOf(double seconds) const;
@@ -43,12 +63,18 @@ private:
     void drawGrid();
     void drawTemperature();
     void drawDepth();
+    void drawDepths();
+    void drawEntries();
     void drawGases();
     void drawNothing();
-    void line(QPointF from, QPointF to, const QColor &colour, double width, bool dashed = false);
+    void line(QPointF from, QPointF to, const QColor &colour, double width,
+              const QList<double> &dashes = {});
 
-    const Dive &m_dive;
-    const Readings &m_readings;
+    std::span<const Dive> m_dives;
+    std::span<const Readings> m_all;
+    const Dive &m_dive;         ///< the only one, or the first
+    const Readings &m_readings; ///< of it
+    const PictureOptions &m_options;
     PictureOptions::Units m_units;
     Style m_style;
     QRectF m_place;
@@ -58,5 +84,6 @@ private:
     Scale m_depth;
     QList<Stretch> m_stretches;
     QList<Label> m_labels;
+    QList<Entry> m_entries;
     Drawing *m_drawing = nullptr;
 };

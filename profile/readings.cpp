@@ -37,14 +37,23 @@ Readings Readings::of(const Dive &dive)
         // Gauges drift a little at the surface.
         line.depth = std::max(line.depth, 0.0);
         readings.depths.append({line.time, line.depth});
+        const bool isGas = line.gasIndex >= 0 && line.gasIndex < dive.gases.size();
+        readings.samples.append({.time = line.time,
+                                 .depth = line.depth,
+                                 .temperature = {},
+                                 .gasIndex = isGas ? line.gasIndex : -1});
         if (isTemperature(line)) {
+            readings.samples.back().temperature = line.aux1Value;
             readings.temperatures.append({line.time, line.aux1Value});
             hasTemperature = hasTemperature || line.aux1Value != 0;
         }
         usable.lines.append(line);
     }
-    if (!hasTemperature)
+    if (!hasTemperature) {
         readings.temperatures.clear();
+        for (DiveReading &reading : readings.samples)
+            reading.temperature.reset();
+    }
     readings.profile = DiveProfile::fromDive(usable);
     readings.profile.temperature.reset();
     if (hasTemperature) {
@@ -73,6 +82,28 @@ QList<QPointF> thinned(const QList<QPointF> &points)
         result.append(points[std::min(least, greatest)]);
         if (least != greatest)
             result.append(points[std::max(least, greatest)]);
+    }
+    return result;
+}
+
+QList<QPointF> cut(const QList<QPointF> &points, double from, double to)
+{
+    QList<QPointF> result;
+    for (qsizetype i = 0; i < points.size(); ++i) {
+        const auto crossing = [&](double x) {
+            const QPointF &before = points[i - 1];
+            const QPointF way = points[i] - before;
+            return QPointF(x, before.y() + way.y() * (x - before.x()) / way.x());
+        };
+        const bool isSecond = i > 0;
+        if (isSecond && points[i - 1].x() < from && points[i].x() > from)
+            result.append(crossing(from));
+        if (isSecond && points[i - 1].x() < to && points[i].x() > to)
+            result.append(crossing(to));
+        if (points[i].x() > to)
+            break;
+        if (points[i].x() >= from)
+            result.append(points[i]);
     }
     return result;
 }

@@ -8,12 +8,14 @@
 
 #include <varda/dive.h>
 #include <varda/diveprofile.h>
+#include <varda/divereading.h>
 
 /** What of a dive can be drawn. */
 struct Readings {
     QList<QPointF> depths;       ///< seconds and metres
     QList<QPointF> temperatures; ///< seconds and degrees Celsius
-    DiveProfile profile;         ///< of the samples above
+    QList<DiveReading> samples;  ///< both, with the gases
+    DiveProfile profile;         ///< of the samples
 
     [[nodiscard]] static Readings of(const Dive &dive);
 };
@@ -25,3 +27,9 @@ struct Readings {
  * @param points  by rising x
  */
 [[nodiscard]] QList<QPointF> thinned(const QList<QPointF> &points);
+/**
+ * The part of a line between two places, which are points of it as well if it passes them.
+ *
+ * @param points  by rising x
+ */
+[[nodiscard]] QList<QPointF> cut(const QList<QPointF> &points, double from, double to);

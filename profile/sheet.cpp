@@ -25,7 +25,7 @@ public:
     Sheet(const Dive &dive, const PictureOptions &options)
         : m_dive(dive),
           m_options(options),
-          m_style(Style::of(options.theme)),
+          m_style(Style::of(options)),
           m_readings(Readings::of(dive)),
           m_drawing(emptyDrawing(dive, m_readings, options, kPage))
     {
@@ -38,7 +38,7 @@ public:
         // What a short table of gases leaves.
         const double height =
             316 + 15 * double(qMax<qsizetype>(0, kMostGases / 2 - m_dive.gases.size()));
-        ProfilePlot(m_dive, m_readings, m_options,
+        ProfilePlot({&m_dive, 1}, {&m_readings, 1}, m_options,
                     QRectF(kMargin - 8, kMargin + 62, kPage.width() - 2 * kMargin + 8, height))
             .draw(m_drawing);
         m_y = kMargin + 98 + height;

@@ -3,7 +3,9 @@
 
 #include <array>
 
-Style Style::of(PictureOptions::Theme theme)
+namespace {
+
+Style themed(PictureOptions::Theme theme)
 {
     if (theme == PictureOptions::Theme::Dark) {
         return {.background = QColor(0x10, 0x18, 0x20),
@@ -27,6 +29,17 @@ Style Style::of(PictureOptions::Theme theme)
             .dark = false};
 }
 
+} // namespace
+
+Style Style::of(const PictureOptions &options)
+{
+    Style style = themed(options.theme);
+    // Dots have a rim of the background, even if that is somebody else's.
+    if (options.background.isValid() && options.background.alpha() > 0)
+        style.background = options.background;
+    return style;
+}
+
 QColor Style::gas(int index) const
 {
     static constexpr std::array<QRgb, 6> kOnLight{0xFF2B8A3E, 0xFF7048C8, 0xFFD08700,
@@ -35,4 +48,27 @@ QColor Style::gas(int index) const
                                                  0xFF4DD4E6, 0xFFFF8FB3, 0xFFC0D860};
     const std::size_t place = std::size_t(qMax(index, 0)) % kOnLight.size();
     return QColor(dark ? kOnDark.at(place) : kOnLight.at(place));
+}
+
+QColor Style::dive(qsizetype index) const
+{
+    static constexpr std::array<QRgb, 6> kOnLight{0xFF1565A8, 0xFFDE6A08, 0xFF0A3D1E,
+                                                  0xFFC4668F, 0xFF2B0A38, 0xFF7A6E3C};
+    static constexpr std::array<QRgb, 6> kOnDark{0xFF5CB3F5, 0xFFF07F2E, 0xFF2FA37C,
+                                                 0xFFF5A9DC, 0xFFFFFFFF, 0xFFF2E24E};
+    const std::size_t place = std::size_t(index) % kOnLight.size();
+    return QColor(dark ? kOnDark.at(place) : kOnLight.at(place));
+}
+
+QList<double> Style::dashes(qsizetype index)
+{
+    static const std::array<QList<double>, 6> kDashes{{
+        {},
+        {9, 4},
+        {3, 3},
+        {9, 3, 2, 3},
+        {6, 3},
+        {9, 3, 2, 3, 2, 3},
+    }};
+    return kDashes.at(std::size_t(index) % kDashes.size());
 }

@@ -50,9 +50,12 @@ QString svg(const Path &path)
     if (path.line.isValid()) {
         text += paint("stroke", path.line) + attribute("stroke-width", path.width)
                 + attribute("stroke-linejoin", u"round"_s);
-        text += attribute("stroke-linecap", path.dashed ? u"butt"_s : u"round"_s);
-        if (path.dashed)
-            text += attribute("stroke-dasharray", u"3 3"_s);
+        text += attribute("stroke-linecap", path.dashes.isEmpty() ? u"round"_s : u"butt"_s);
+        QStringList dashes;
+        for (const double each : path.dashes)
+            dashes.append(number(each));
+        if (!dashes.isEmpty())
+            text += attribute("stroke-dasharray", dashes.join(u' '));
     }
     return text + u"/>"_s;
 }

@@ -10,6 +10,20 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/** Not valid unless it is a time in this century. */
+QDateTime beginOf(const Dive &dive)
+{
+    constexpr quint64 kEarliest = 946684800; // 2000-01-01
+    constexpr quint64 kLatest = 4102444800;  // 2100-01-01
+    if (dive.stamp < kEarliest || dive.stamp >= kLatest)
+        return {};
+    return QDateTime::fromSecsSinceEpoch(qint64(dive.stamp), QTimeZone::utc());
+}
+
+} // namespace
+
 double depthIn(PictureOptions::Units units, double metres)
 {
     constexpr double kMetresAFoot = 0.3048;
@@ -58,12 +72,18 @@ QString durationText(double seconds)
 
 QString beginText(const Dive &dive)
 {
-    constexpr quint64 kEarliest = 946684800; // 2000-01-01
-    constexpr quint64 kLatest = 4102444800;  // 2100-01-01
-    if (dive.stamp < kEarliest || dive.stamp >= kLatest)
-        return u"begin unknown"_s;
-    return QDateTime::fromSecsSinceEpoch(qint64(dive.stamp), QTimeZone::utc())
-        .toString(u"yyyy-MM-dd HH:mm"_s);
+    const QDateTime begin = beginOf(dive);
+    return begin.isValid() ? begin.toString(u"yyyy-MM-dd HH:mm"_s) : u"begin unknown"_s;
+}
+
+QString nameOf(const Dive &dive, const QString &given)
+{
+    QString clean = shown(given);
+    if (!clean.isEmpty())
+        return clean;
+    const QDateTime begin = beginOf(dive);
+    const QString number = u"#%1"_s.arg(dive.diveNumber);
+    return begin.isValid() ? number + begin.toString(u", yyyy-MM-dd"_s) : number;
 }
 
 QString modelText(const Dive &dive)

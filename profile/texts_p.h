@@ -22,6 +22,8 @@
 [[nodiscard]] QString durationText(double seconds);
 /** "2024-03-02 10:15", or "begin unknown" unless it is a time in this century. */
 [[nodiscard]] QString beginText(const Dive &dive);
+/** Of a dive among others: the name that it is given, else "#3, 2024-03-02", or "#3". */
+[[nodiscard]] QString nameOf(const Dive &dive, const QString &given);
 [[nodiscard]] QString modelText(const Dive &dive);
 /** A stranger's text on one line, with an end. */
 [[nodiscard]] QString shown(const QString &text);

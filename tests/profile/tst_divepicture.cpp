@@ -21,6 +21,7 @@ private Q_SLOTS:
     void fitsIntoItsTarget();
     void pdf();
     void hostile();
+    void transparent();
 };
 
 namespace {
@@ -157,6 +158,17 @@ void TestDivePicture::hostile()
         QVERIFY(!DivePicture::profile(dive).toImage(0.5).isNull());
         QVERIFY(!DivePicture::sheet(dive).toImage(0.5).isNull());
     }
+}
+
+void TestDivePicture::transparent()
+{
+    PictureOptions options;
+    options.size = {96, 32};
+    options.background = Qt::transparent;
+    const QImage image = DivePicture::thumbnail(shallowDive(), options).toImage();
+    QCOMPARE(image.pixelColor(1, 30).alpha(), 0);
+    QVERIFY(image.pixelColor(20, 4).alpha() > 0);
+    QCOMPARE(DivePicture::thumbnail(shallowDive()).toImage().pixelColor(0, 539), QColor(Qt::white));
 }
 
 QTEST_MAIN(TestDivePicture)
