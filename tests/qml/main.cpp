@@ -10,6 +10,7 @@
 
 #include <varda/dive.h>
 
+#include "dives.h"
 #include "simulator.h"
 
 /** What a test in QML needs of the simulator. */
@@ -111,6 +112,17 @@ private:
     int m_count = 0;
 };
 
+/** The dives that pictures are tested with. */
+class SampleDives : public QObject
+{
+    Q_OBJECT
+
+public:
+    Q_INVOKABLE static QVariant deep() { return QVariant::fromValue(deepDive()); }
+    Q_INVOKABLE static QVariant shallow() { return QVariant::fromValue(shallowDive()); }
+    Q_INVOKABLE static QVariant many() { return QVariant::fromValue(manySamples()); }
+};
+
 /** Has the simulator ready before anything looks at the bus. */
 class Setup : public QObject
 {
@@ -125,11 +137,13 @@ public Q_SLOTS:
         engine->addImportPath(QStringLiteral(VARDA_QML));
         qmlRegisterSingletonInstance("VardaTest", 1, 0, "Simulator", &m_computers);
         qmlRegisterSingletonInstance("VardaTest", 1, 0, "Files", &m_files);
+        qmlRegisterSingletonInstance("VardaTest", 1, 0, "Dives", &m_dives);
     }
 
 private:
     SimulatedComputers m_computers;
     TestFiles m_files;
+    SampleDives m_dives;
 };
 
 QUICK_TEST_MAIN_WITH_SETUP(qml, Setup)
