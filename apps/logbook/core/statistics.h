@@ -23,7 +23,7 @@ class Statistics : public QObject
     /** Width of a step of the histogram in metres. */
     Q_PROPERTY(double step READ step WRITE setStep NOTIFY changed)
     /** Dives by greatest depth: how many in each step, from the surface to the deepest. */
-    Q_PROPERTY(QList<int> depths READ depths NOTIFY changed)
+    Q_PROPERTY(QVariantList depths READ depths NOTIFY changed)
 
 public:
     explicit Statistics(QObject *parent = nullptr);
@@ -38,7 +38,7 @@ public:
     [[nodiscard]] QVariantList years() const { return m_years; }
     [[nodiscard]] double step() const { return m_step; }
     void setStep(double metres);
-    [[nodiscard]] QList<int> depths() const { return m_depths; }
+    [[nodiscard]] QVariantList depths() const { return {m_depths.begin(), m_depths.end()}; }
 
 Q_SIGNALS:
     void divesChanged();
