@@ -207,13 +207,13 @@ LogbookCall *StoreType::addDive(const QVariant &computer, const QVariant &dive)
     else
         return refuse(call, u"what was to be added is no dive"_s);
     using Added = LogbookStore::Added;
-    m_store.addDive(computer.value<LogbookComputer>(), added, call,
-                    [store = QPointer(this), call,
-                     ended = into<Added>(call)](const LogbookResult<Added> &result) {
-                        if (store && result.value.isNew)
-                            Q_EMIT store->changed(double(result.value.id));
-                        ended(result);
-                    });
+    m_store.addDive(
+        computer.value<LogbookComputer>(), added, call,
+        [store = QPointer(this), ended = into<Added>(call)](const LogbookResult<Added> &result) {
+            if (store && result.value.isNew)
+                Q_EMIT store->changed(double(result.value.id));
+            ended(result);
+        });
     return call;
 }
 

@@ -13,7 +13,7 @@ struct RecordKind {
     const QMetaObject &gadget; ///< the value type, whose properties are the fields
     QMetaType type;
     QMetaType listType;
-    QVariantList (*listOf)(const QVariant &list); ///< one of listType
+    QVariantList (*listOf)(const QVariant &list) = nullptr; ///< one of listType
 
     template <typename Value, typename Record> static RecordKind of()
     {
