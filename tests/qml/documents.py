@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""documents.py QMLLINT IMPORTS FOLDER: writes each program of docs/qml.md into FOLDER and looks at all QML"""
+"""Writes each program of docs/qml.md into a folder, and looks at all QML that people see."""
 
+import argparse
 import re
 import subprocess
 import sys
@@ -11,13 +12,17 @@ ROOT = Path(__file__).resolve().parents[2]
 
 
 def main():
-    qmllint, imports, folder = sys.argv[1:]
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("qmllint")
+    parser.add_argument("--imports", required=True)
+    parser.add_argument("--folder", type=Path, required=True)
+    options = parser.parse_args()
     text = (ROOT / "docs/qml.md").read_text(encoding="utf-8")
     programs = re.findall(r"^```qml\n(.*?)^```$", text, re.MULTILINE | re.DOTALL)
     files = []
-    Path(folder).mkdir(parents=True, exist_ok=True)
+    options.folder.mkdir(parents=True, exist_ok=True)
     for number, program in enumerate(programs):
-        files.append(Path(folder, f"Document{number}.qml"))
+        files.append(options.folder / f"Document{number}.qml")
         files[-1].write_text(program, encoding="utf-8")
     example = ROOT / "examples/qml-reader/Main.qml"
     if programs[0] != example.read_text(encoding="utf-8"):
@@ -26,7 +31,7 @@ def main():
     if len(lines) > 20:
         sys.exit(f"the first program has {len(lines)} lines, and 20 were promised")
     lint = subprocess.run(
-        [qmllint, "-I", imports, *files, ROOT / "tests/consumer/qml/Main.qml"],
+        [options.qmllint, "-I", options.imports, *files, ROOT / "tests/consumer/qml/Main.qml"],
         capture_output=True, text=True,
     )
     output = lint.stdout + lint.stderr
