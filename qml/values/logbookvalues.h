@@ -76,14 +76,9 @@ struct LogbookAddedValue : LogbookStore::Added {
     VARDA_FIELD(bool, isNew)
 };
 
+/** What a store reported. */
 struct LogbookErrorValue {
     Q_GADGET
     QML_FOREIGN(LogbookError)
     QML_VALUE_TYPE(logbookError)
 };
-
-namespace LogbookErrorEnum {
-Q_NAMESPACE
-QML_FOREIGN_NAMESPACE(LogbookError)
-QML_NAMED_ELEMENT(LogbookError)
-} // namespace LogbookErrorEnum

@@ -17,10 +17,6 @@ TestCase {
         return bytes.buffer;
     }
 
-    function textOf(bytes) {
-        return String.fromCharCode(...new Uint8Array(bytes));
-    }
-
     function test_writtenAndRead_data() {
         return [
             {tag: "uddf", format: DiveFormats.Uddf, begin: "<?xml"},
@@ -57,14 +53,14 @@ TestCase {
     function test_pictures(data) {
         const dive = Files.dive(5, 1767225600, 12.5);
         const bytes = DiveFormats.bytes(data.format, [dive], {width: 500, height: 300});
-        compare(textOf(bytes.slice(0, data.begin.length)), data.begin);
+        compare(Files.text(bytes.slice(0, data.begin.length)), data.begin);
         compare(DiveFormats.write(data.format, [dive, dive], Files.newPath("dive")).error,
                 "a picture shows one dive, and these are 2");
     }
 
     function test_pictureOptions() {
         const dive = Files.dive(5, 1767225600, 12.5);
-        const text = options => textOf(DiveFormats.bytes(DiveFormats.Svg, [dive], options));
+        const text = options => Files.text(DiveFormats.bytes(DiveFormats.Svg, [dive], options));
         verify(text({width: 500, height: 300}).includes('width="500" height="300"'));
         verify(text({imperial: true}).includes("ft"));
         verify(text({dark: true}) !== text({}));
@@ -113,7 +109,7 @@ TestCase {
         compare(image.size, 8);
         compare(image.canResume, false);
         compare(image.fileName, "Varda.1.4.2.b.bin");
-        compare(textOf(image.data), "an image");
+        compare(Files.text(image.data), "an image");
         compare(Firmware.fromData(bytesOf("an image"), "Varda.1.4.2.b.bin").checksum, image.checksum);
         verify(image.checksum > 0);
     }

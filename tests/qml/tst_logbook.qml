@@ -357,12 +357,17 @@ TestCase {
         }
     }
 
+    function itemAt(view, row) {
+        return view.itemAt(row);
+    }
+
     function test_roles() {
         add([1767225600]);
         tryCompare(listed, "count", 1);
-        compare(listed.itemAt(0).number, 1);
-        compare(listed.itemAt(0).month, "2026-01");
-        compare(listed.itemAt(0).record.greatestDepth, 10);
+        const dive = itemAt(listed, 0);
+        compare(dive.number, 1);
+        compare(dive.month, "2026-01");
+        compare(dive.record.greatestDepth, 10);
     }
 
     // Synchronising
@@ -400,7 +405,7 @@ TestCase {
         synchronise();
         compare(job.error, VardaJob.NotStored);
         compare(job.reason, VardaJob.Reason.StoreFailed);
-        compare(job.storeError.kind, LogbookError.NotOpen);
+        compare((job as SyncJob).storeError.kind, LogbookError.NotOpen);
         compare(store.error, LogbookError.NotOpen);
     }
 
@@ -409,6 +414,12 @@ TestCase {
     }
 
     // What QML holds
+
+    /** Whether no more than that many watched objects are left. Qt 6.8 collects in steps. */
+    function collected(most) {
+        gc();
+        return Simulator.alive() <= most;
+    }
 
     /** The garbage collector takes a call that has ended, but none that somebody refers to. */
     function test_callStaysAsLongAsItIsReferredTo() {
@@ -419,8 +430,7 @@ TestCase {
         compare(call.value, []);
         finished.clear();
         call = null;
-        gc();
-        tryVerify(() => Simulator.alive() === 0);
+        tryVerify(() => collected(0));
     }
 
     function listDives() {
@@ -434,8 +444,7 @@ TestCase {
         compare(Simulator.alive(), 1);
         tryVerify(() => seen.length === 1, 20000);
         compare(seen[0], []);
-        gc();
-        tryVerify(() => Simulator.alive() === 0);
+        tryVerify(() => collected(0));
     }
 
     function ask() {
@@ -447,8 +456,7 @@ TestCase {
     function test_nobodyCaresForTheCall() {
         forget();
         ended(store.dives());
-        gc();
-        tryVerify(() => Simulator.alive() === 0);
+        tryVerify(() => collected(0));
     }
 
     function forget() {
@@ -457,7 +465,9 @@ TestCase {
     }
 
     function test_callOutlivesTheStore() {
-        const other = storeComponent.createObject(test, {file: Files.newFile("other.sqlite")});
+        const other = storeComponent.createObject(test, {
+            file: Files.newFile("other.sqlite"),
+        }) as LogbookStore;
         call = other.check();
         finished.clear();
         other.destroy();

@@ -44,14 +44,19 @@ TestCase {
         }
     }
 
+    function itemAt(view, row) {
+        return view.itemAt(row);
+    }
+
     function test_battery() {
         compare(Simulator.load({}), "");
         batteryModel.records = value(computer.readBatteryHistory());
         compare(batteryModel.count, 5);
         compare(battery.count, 5);
-        compare(battery.itemAt(2).kind, 1);
-        compare(battery.itemAt(2).value20, 86400);
-        compare(battery.itemAt(2).record.kind, 1);
+        const third = itemAt(battery, 2);
+        compare(third.kind, 1);
+        compare(third.value20, 86400);
+        compare(third.record.kind, 1);
         compare(batteryModel.get(3).value20, 172801);
         compare(batteryModel.get(5), undefined);
         batteryModel.records = [];

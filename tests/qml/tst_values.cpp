@@ -9,6 +9,7 @@
 
 #include "computervalues.h"
 #include "divevalues.h"
+#include "errorkinds.h"
 
 using namespace Qt::StringLiterals;
 
@@ -21,6 +22,7 @@ private Q_SLOTS:
     void fields();
     void identity();
     void computed();
+    void errorKinds();
 
 private:
     template <typename Record, typename Value> static void check(const char *name);
@@ -156,6 +158,18 @@ void TestValues::computed()
     QCOMPARE(read(DiveProfileValue::staticMetaObject, &profile, "duration").toDouble(), 5.0);
     QCOMPARE(read(DiveProfileValue::staticMetaObject, &profile, "maximumDepth").toDouble(), 12.5);
     QVERIFY(!read(DiveProfileValue::staticMetaObject, &profile, "lowestTemperature").isValid());
+}
+
+/** QML has each kind of error under its name. */
+void TestValues::errorKinds()
+{
+    const auto kinds = QMetaEnum::fromType<LogbookError::Kind>();
+    const auto named = QMetaEnum::fromType<ErrorKinds::Kind>();
+    QCOMPARE(named.keyCount(), kinds.keyCount());
+    for (int i = 0; i < kinds.keyCount(); ++i) {
+        QCOMPARE(named.key(i), kinds.key(i));
+        QCOMPARE(named.value(i), kinds.value(i));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestValues)
