@@ -362,7 +362,7 @@ Item {
             profile.cursorTime = 430;
             compare(profile.Accessible.description,
                     "At 7:10: 43.9 m, 6 °C, 21/35. " + profile.summary);
-            const item = made.createObject(page);
+            const item = made.createObject(page) as DiveProfile;
             compare(item.Accessible.name, "The deep one");
             compare(item.Accessible.description, item.summary);
             compare([item.from, item.to], [600, 1200]);
