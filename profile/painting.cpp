@@ -4,6 +4,8 @@
 #include <QtGui/qfont.h>
 #include <QtGui/qfontmetrics.h>
 
+#include <algorithm>
+
 namespace {
 
 class Brush
@@ -30,11 +32,10 @@ public:
         }
         m_painter.setPen(pen);
         m_painter.setBrush(path.fill.isValid() ? QBrush(path.fill) : QBrush(Qt::NoBrush));
-        const auto count = int(path.points.size());
         if (path.fill.isValid())
-            m_painter.drawPolygon(path.points.constData(), count);
+            m_painter.drawPolygon(path.points.constData(), int(path.points.size()));
         else
-            m_painter.drawPolyline(path.points.constData(), count);
+            drawLine(path.points, pen);
     }
 
     void operator()(const Box &box) const
@@ -68,6 +69,23 @@ public:
     }
 
 private:
+    /** In pieces: the time that Qt needs for one line grows with the square of its points. */
+    void drawLine(const QList<QPointF> &points, QPen pen) const
+    {
+        constexpr qsizetype kPiece = 16;
+        double length = 0;
+        for (qsizetype at = 0; at == 0 || at + 1 < points.size(); at += kPiece) {
+            const qsizetype count = std::min(points.size() - at, kPiece + 1);
+            if (pen.style() == Qt::CustomDashLine) {
+                pen.setDashOffset(length / pen.widthF());
+                m_painter.setPen(pen);
+            }
+            m_painter.drawPolyline(points.constData() + at, int(count));
+            for (qsizetype i = at + 1; i < at + count; ++i)
+                length += QLineF(points[i - 1], points[i]).length();
+        }
+    }
+
     QPainter &m_painter;
     QFont m_font;
 };

@@ -65,15 +65,15 @@ Readings Readings::of(const Dive &dive)
     return readings;
 }
 
-QList<QPointF> thinned(const QList<QPointF> &points)
+QList<QPointF> thinned(const QList<QPointF> &points, double column)
 {
     QList<QPointF> result;
     qsizetype at = 0;
     while (at < points.size()) {
-        const double column = std::floor(points[at].x());
+        const double here = std::floor(points[at].x() / column);
         qsizetype least = at;
         qsizetype greatest = at;
-        for (; at < points.size() && std::floor(points[at].x()) <= column; ++at) {
+        for (; at < points.size() && std::floor(points[at].x() / column) <= here; ++at) {
             if (points[at].y() < points[least].y())
                 least = at;
             if (points[at].y() > points[greatest].y())

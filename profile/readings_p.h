@@ -25,8 +25,9 @@ struct Readings {
  * points, if there are no more than two to a column.
  *
  * @param points  by rising x
+ * @param column  its width
  */
-[[nodiscard]] QList<QPointF> thinned(const QList<QPointF> &points);
+[[nodiscard]] QList<QPointF> thinned(const QList<QPointF> &points, double column = 1);
 /**
  * The part of a line between two places, which are points of it as well if it passes them.
  *

@@ -12,6 +12,7 @@ Drawing thumbnailOf(const Dive &dive, const PictureOptions &options)
     constexpr QSize kLeast(16, 8);
     constexpr QSize kMost(1000, 1000);
     constexpr double kLine = 1.5;
+    constexpr double kColumn = 2; // half of the points, and the same look
 
     const Readings readings = Readings::of(dive);
     const QSize size = options.size.expandedTo(kLeast).boundedTo(kMost);
@@ -26,7 +27,7 @@ Drawing thumbnailOf(const Dive &dive, const PictureOptions &options)
     for (const QPointF &reading : readings.depths)
         points.append({place.left() + reading.x() / duration * place.width(),
                        place.top() + reading.y() / depth * place.height()});
-    points = thinned(points);
+    points = thinned(points, kColumn);
     const Style style = Style::of(options);
     QList<QPointF> outline = points;
     outline.append({points.back().x(), place.top()});
