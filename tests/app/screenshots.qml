@@ -31,7 +31,10 @@ Page {
             wanted("statisticsCount");
         },
         "dives-filter": () => wanted("filter").clicked(),
-        "dives-nothing-found": () => wanted("search").textEdited(wanted("search").text = "xyz"),
+        "dives-nothing-found": () => {
+            wanted("search").text = "xyz";
+            wanted("search").textEdited();
+        },
         "dives-hidden": () => {
             open(9);
             wanted("hide").clicked();
@@ -99,9 +102,14 @@ Page {
         // Thumbnails are read a little later.
         tryVerify(() => {
             const list = find("dives");
-            return !list || !list.count || list.itemAtIndex(0) === null || list.itemAtIndex(0).dive !== undefined;
+            for (let row = 0; list && row < list.count; ++row) {
+                const item = list.itemAtIndex(row);
+                if (item && item.dive === undefined)
+                    return false;
+            }
+            return true;
         });
-        wait(100);
+        waitForRendering(window.contentItem, 200);
         grabImage(window.contentItem).save(folder + "/" + row.tag + ".png");
     }
 }

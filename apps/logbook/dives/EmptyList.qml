@@ -26,7 +26,7 @@ EmptyState {
         symbol: "sync"
         text: qsTr("Go to the computer")
         Layout.fillWidth: true
-        Layout.minimumWidth: 32 * Theme.unit
+        Layout.preferredWidth: 36 * Theme.unit
         onClicked: Navigation.page = Navigation.Computer
     }
     ActionButton {
@@ -34,7 +34,7 @@ EmptyState {
         symbol: "import"
         text: qsTr("Import a file")
         Layout.fillWidth: true
-        Layout.minimumWidth: 32 * Theme.unit
+        Layout.preferredWidth: 36 * Theme.unit
         onClicked: root.importRequested()
     }
     ActionButton {
@@ -43,14 +43,14 @@ EmptyState {
         symbol: "computer"
         text: qsTr("Try a simulated computer")
         Layout.fillWidth: true
-        Layout.minimumWidth: 32 * Theme.unit
+        Layout.preferredWidth: 36 * Theme.unit
         onClicked: Simulation.start()
     }
     ActionButton {
         visible: root.filtered
         text: qsTr("Show all dives")
         Layout.fillWidth: true
-        Layout.minimumWidth: 32 * Theme.unit
+        Layout.preferredWidth: 36 * Theme.unit
         onClicked: root.clearRequested()
     }
 }

@@ -80,42 +80,11 @@ Item {
                 Layout.fillWidth: true
             }
             ProfileView {
-                id: view
-
                 dive: root.drawn.length ? root.drawn[0].dive : undefined
                 others: root.drawn.slice(1).map(each => each.dive)
-                names: root.drawn.map(each => qsTr("Dive %1").arg(each.number))
+                names: root.drawn.map(each => qsTr("Dive %1").arg(each.number) + ", " + Units.date(each.beginDate))
                 Layout.fillWidth: true
                 Layout.preferredHeight: Math.max(34 * Theme.unit, Math.min(root.height * 0.5, root.width * 0.5))
-            }
-            Flow {
-                spacing: 2 * Theme.unit
-                Layout.fillWidth: true
-
-                Repeater {
-                    model: root.drawn
-
-                    delegate: Row {
-                        id: entry
-
-                        required property var modelData
-                        required property int index
-
-                        spacing: Theme.unit
-
-                        Rectangle {
-                            width: 3 * Theme.unit
-                            height: Theme.half
-                            radius: height / 2
-                            anchors.verticalCenter: parent.verticalCenter
-                            color: view.profile.lineColor(entry.index)
-                        }
-                        PlainText {
-                            text: qsTr("Dive %1, %2, %3").arg(entry.modelData.number)
-                                      .arg(Units.date(entry.modelData.beginDate)).arg(Units.depth(entry.modelData.greatestDepth))
-                        }
-                    }
-                }
             }
         }
     }

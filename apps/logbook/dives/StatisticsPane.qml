@@ -12,12 +12,14 @@ Item {
     property bool filtered: false
     property bool closable: false
 
-    readonly property var yearBars: statistics.years.map(each => ({
+    // The bars come last; while the figures are made they would be made again and again.
+    property bool complete: false
+    readonly property var yearBars: !complete ? [] : statistics.years.map(each => ({
         name: String(each.year),
         value: each.dives,
         text: qsTr("%n dive(s), %1", "", each.dives).arg(Units.hours(each.seconds))
     }))
-    readonly property var depthBars: statistics.depths.map((count, index) => ({
+    readonly property var depthBars: !complete ? [] : statistics.depths.map((count, index) => ({
         name: qsTr("%1 to %2 %3", "a range of depths and its unit")
                   .arg(Units.count(Units.depthValue(index * statistics.step)))
                   .arg(Units.count(Units.depthValue((index + 1) * statistics.step))).arg(Units.depthUnit),
@@ -27,6 +29,8 @@ Item {
 
     signal back
     signal importRequested
+
+    Component.onCompleted: complete = true
 
     Statistics {
         id: statistics

@@ -55,6 +55,6 @@ ColumnLayout {
         spacing: Theme.unit
         Layout.topMargin: 2 * Theme.unit
         Layout.alignment: Qt.AlignHCenter
-        Layout.maximumWidth: root.width
+        Layout.maximumWidth: Math.min(root.width, 40 * Theme.unit)
     }
 }

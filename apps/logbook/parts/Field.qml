@@ -28,7 +28,7 @@ RowLayout {
         text: root.value
         horizontalAlignment: Text.AlignRight
         Layout.fillWidth: true
-        Layout.preferredWidth: 3
+        Layout.preferredWidth: 4
         Accessible.ignored: true
     }
 }

@@ -69,7 +69,7 @@ QtObject {
     function shortDay(date: var): string {
         if (!isDate(date))
             return qsTr("no date");
-        return date.toLocaleString(locale, qsTr("ddd d MMM", "a day, as Qt formats dates")) + ", " + time(date);
+        return date.toLocaleString(locale, qsTr("ddd d", "a day, as Qt formats dates")) + ", " + time(date);
     }
     function time(date: var): string {
         return isDate(date) ? date.toLocaleTimeString(locale, Locale.ShortFormat) : "";

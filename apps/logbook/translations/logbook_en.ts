@@ -10,7 +10,7 @@
             <numerusform>Go on with %n dives</numerusform>
         </translation>
     </message>
-</context>
+    </context>
 <context>
     <name>DiveListHeader</name>
     <message numerus="yes">
@@ -34,7 +34,7 @@
             <numerusform>%n dives</numerusform>
         </translation>
     </message>
-</context>
+    </context>
 <context>
     <name>DivesPage</name>
     <message numerus="yes">
@@ -68,7 +68,7 @@
             <numerusform>%n dives written to %1</numerusform>
         </translation>
     </message>
-</context>
+    </context>
 <context>
     <name>ImportDialog</name>
     <message numerus="yes">
@@ -119,7 +119,7 @@
             <numerusform>%n dives</numerusform>
         </translation>
     </message>
-</context>
+    </context>
 <context>
     <name>Units</name>
     <message numerus="yes">

@@ -681,10 +681,6 @@
         <source>Dive %1</source>
         <translation>Plongée %1</translation>
     </message>
-    <message>
-        <source>Dive %1, %2, %3</source>
-        <translation>Plongée %1, %2, %3</translation>
-    </message>
 </context>
 <context>
     <name>SimulationCard</name>
@@ -931,11 +927,6 @@
         <translation>sans date</translation>
     </message>
     <message>
-        <source>ddd d MMM</source>
-        <comment>a day, as Qt formats dates</comment>
-        <translation>ddd d MMM</translation>
-    </message>
-    <message>
         <source>Without a date</source>
         <translation>Sans date</translation>
     </message>
@@ -954,6 +945,11 @@
     <message>
         <source>Unknown</source>
         <translation>Inconnu</translation>
+    </message>
+    <message>
+        <source>ddd d</source>
+        <comment>a day, as Qt formats dates</comment>
+        <translation>ddd d</translation>
     </message>
 </context>
 </TS>

@@ -1,0 +1,42 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Every text of the app is in French, and each with a number has its forms in English as well.
+
+translations.py LUPDATE"""
+
+import shutil
+import subprocess
+import sys
+import tempfile
+import xml.etree.ElementTree as ElementTree
+from pathlib import Path
+
+APP = Path(__file__).resolve().parents[2] / "apps/logbook"
+
+
+def unfinished(file, only_plurals):
+    for context in ElementTree.parse(file).iter("context"):
+        for message in context.iter("message"):
+            if only_plurals and message.get("numerus") != "yes":
+                continue
+            translation = message.find("translation")
+            forms = [form.text for form in translation.iter("numerusform")] or [translation.text]
+            if translation.get("type") == "unfinished" or not all(forms):
+                yield f'{context.findtext("name")}: "{message.findtext("source")}"'
+
+
+def main(lupdate):
+    missing = []
+    with tempfile.TemporaryDirectory() as folder:
+        for language in ("en", "fr"):
+            file = Path(folder, f"logbook_{language}.ts")
+            shutil.copy(APP / "translations" / file.name, file)
+            # It adds what the sources have beyond the file.
+            subprocess.run([lupdate, "-silent", "-locations", "none", APP, "-ts", file], check=True)
+            missing += [f"{language}: {each}" for each in unfinished(file, language == "en")]
+    print("\n".join(missing) or "complete")
+    return bool(missing)
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1]))
