@@ -9,6 +9,8 @@ import Logbook
 Page {
     id: root
 
+    name: "screenshots"
+
     readonly property string folder: World.environment("VARDA_SCREENSHOTS")
     // Each prepares a page; what it returns is awaited.
     readonly property var scenes: ({
@@ -109,7 +111,7 @@ Page {
             }
             return true;
         });
-        waitForRendering(window.contentItem, 200);
+        wait(300);
         grabImage(window.contentItem).save(folder + "/" + row.tag + ".png");
     }
 }

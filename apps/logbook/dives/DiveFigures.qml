@@ -12,7 +12,7 @@ Card {
     readonly property var profile: saved ? saved.dive.profile : null
 
     GridLayout {
-        columns: Math.max(2, Math.min(5, Math.floor(root.width / (15 * Theme.unit))))
+        columns: Math.max(2, Math.min(5, Math.floor(root.width / (18 * Theme.unit))))
         columnSpacing: 2 * Theme.unit
         rowSpacing: 2 * Theme.unit
         Layout.fillWidth: true

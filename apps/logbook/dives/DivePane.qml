@@ -61,81 +61,78 @@ Item {
         anchors.centerIn: parent
         onRetry: root.read()
     }
-    Loader {
+    PageScroll {
         anchors.fill: parent
-        active: root.saved !== null && root.error === LogbookError.NoError
-        sourceComponent: Component {
-            PageScroll {
-                readonly property real shownId: root.saved ? root.saved.id : 0
+        visible: root.saved !== null && root.error === LogbookError.NoError
 
-                onShownIdChanged: contentY = 0
+        readonly property real shownId: root.saved ? root.saved.id : 0
 
-                PaneHeader {
-                    title: root.saved ? qsTr("Dive %1").arg(root.saved.number) : ""
-                    subtitle: root.saved ? [Units.longDate(root.saved.beginDate), Units.time(root.saved.beginDate)]
-                                           .filter(each => each).join(", ") : ""
-                    closable: root.closable
-                    onBack: root.back()
+        onShownIdChanged: contentY = 0
 
-                    IconButton {
-                        objectName: "export"
-                        symbol: "export"
-                        text: qsTr("Export")
-                        onClicked: root.exportRequested()
-                    }
-                    IconButton {
-                        objectName: "hide"
-                        readonly property bool hidden: root.saved ? root.saved.hidden : false
+        PaneHeader {
+            title: root.saved ? qsTr("Dive %1").arg(root.saved.number) : ""
+            subtitle: root.saved ? [Units.longDate(root.saved.beginDate), Units.time(root.saved.beginDate)]
+                                   .filter(each => each).join(", ") : ""
+            closable: root.closable
+            onBack: root.back()
 
-                        symbol: hidden ? "show" : "hide"
-                        text: hidden ? qsTr("Restore") : qsTr("Hide")
-                        onClicked: root.hideRequested(!hidden)
-                    }
-                }
-                PlainText {
-                    visible: root.saved && root.saved.hidden
-                    text: qsTr("This dive is hidden. Restore it to see it in the list again.")
-                    color: Theme.faint
-                    Layout.fillWidth: true
-                }
-                DiveFigures {
-                    saved: root.saved
-                    Layout.fillWidth: true
-                }
-                Card {
-                    title: qsTr("Profile")
-                    Layout.fillWidth: true
-
-                    ProfileView {
-                        dive: root.saved ? root.saved.dive : undefined
-                        Layout.fillWidth: true
-                        Layout.preferredHeight: Math.max(34 * Theme.unit, Math.min(root.height * 0.5, root.width * 0.5))
-                    }
-                }
-                GridLayout {
-                    columns: root.roomy ? 2 : 1
-                    columnSpacing: 2 * Theme.unit
-                    rowSpacing: 2 * Theme.unit
-                    Layout.fillWidth: true
-
-                    GasCard {
-                        dive: root.saved ? root.saved.dive : null
-                        Layout.fillWidth: true
-                        Layout.preferredWidth: 1
-                        Layout.fillHeight: true
-                    }
-                    RecorderCard {
-                        saved: root.saved
-                        Layout.fillWidth: true
-                        Layout.preferredWidth: 1
-                        Layout.fillHeight: true
-                    }
-                }
-                NotesCard {
-                    saved: root.saved
-                    Layout.fillWidth: true
-                }
+            IconButton {
+                objectName: "export"
+                symbol: "export"
+                text: qsTr("Export")
+                onClicked: root.exportRequested()
             }
+            IconButton {
+                objectName: "hide"
+                readonly property bool hidden: root.saved ? root.saved.hidden : false
+
+                symbol: hidden ? "show" : "hide"
+                text: hidden ? qsTr("Restore") : qsTr("Hide")
+                onClicked: root.hideRequested(!hidden)
+            }
+        }
+        PlainText {
+            visible: root.saved && root.saved.hidden
+            text: qsTr("This dive is hidden. Restore it to see it in the list again.")
+            color: Theme.faint
+            Layout.fillWidth: true
+        }
+        DiveFigures {
+            saved: root.saved
+            Layout.fillWidth: true
+        }
+        Card {
+            title: qsTr("Profile")
+            Layout.fillWidth: true
+
+            ProfileView {
+                dive: root.saved ? root.saved.dive : undefined
+                Layout.fillWidth: true
+                Layout.preferredHeight: Math.max(34 * Theme.unit, Math.min(root.height * 0.5, root.width * 0.5))
+            }
+        }
+        GridLayout {
+            columns: root.roomy ? 2 : 1
+            columnSpacing: 2 * Theme.unit
+            rowSpacing: 2 * Theme.unit
+            Layout.fillWidth: true
+
+            GasCard {
+                dive: root.saved ? root.saved.dive : null
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                Layout.fillHeight: true
+            }
+            RecorderCard {
+                saved: root.saved
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                Layout.fillHeight: true
+            }
+        }
+        NotesCard {
+            saved: root.saved
+            Layout.fillWidth: true
         }
     }
 }

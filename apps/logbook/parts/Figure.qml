@@ -21,6 +21,8 @@ Item {
 
         width: parent.width
         text: root.name
+        wrapMode: Text.NoWrap
+        elide: Text.ElideRight
         color: Theme.faint
         font.pixelSize: Theme.small
         Accessible.ignored: true
@@ -31,6 +33,8 @@ Item {
         y: label.implicitHeight + Theme.half / 2
         width: parent.width
         text: root.value || "–"
+        wrapMode: Text.NoWrap
+        elide: Text.ElideRight
         font.pixelSize: Theme.figure
         font.weight: Font.DemiBold
         Accessible.ignored: true
