@@ -636,8 +636,7 @@ void DiveProfileItem::moveTo(QPointF place)
         && std::abs(way.x()) >= QGuiApplication::styleHints()->startDragDistance()) {
         // From here on it is not a page that is scrolled.
         m_drag.isAcross = true;
-        setKeepMouseGrab(true);
-        setKeepTouchGrab(true);
+        hold(true);
     }
     if (!isZoomed()) {
         setCursorTime(timeAt(place.x()));
@@ -661,7 +660,7 @@ void DiveProfileItem::mouseMoveEvent(QMouseEvent *event)
 
 void DiveProfileItem::mouseReleaseEvent(QMouseEvent *)
 {
-    setKeepMouseGrab(false);
+    hold(false);
 }
 
 void DiveProfileItem::mouseDoubleClickEvent(QMouseEvent *)
@@ -671,7 +670,7 @@ void DiveProfileItem::mouseDoubleClickEvent(QMouseEvent *)
 
 void DiveProfileItem::mouseUngrabEvent()
 {
-    setKeepMouseGrab(false);
+    hold(false);
 }
 
 void DiveProfileItem::touchEvent(QTouchEvent *event)
@@ -682,7 +681,7 @@ void DiveProfileItem::touchEvent(QTouchEvent *event)
             fingers.append(point.position());
     }
     if (fingers.size() >= 2) {
-        setKeepTouchGrab(true);
+        hold(true);
         pinch(fingers[0], fingers[1]);
     } else if (event->type() == QEvent::TouchBegin && fingers.size() == 1) {
         tap(fingers[0]);
@@ -692,6 +691,13 @@ void DiveProfileItem::touchEvent(QTouchEvent *event)
         touchUngrabEvent();
     }
     event->accept();
+}
+
+/** Whether a page around it has to wait. It asks for both, whatever the event is. */
+void DiveProfileItem::hold(bool isHeld)
+{
+    setKeepMouseGrab(isHeld);
+    setKeepTouchGrab(isHeld);
 }
 
 /** The second one within a moment shows all. */
@@ -728,7 +734,7 @@ void DiveProfileItem::pinch(QPointF one, QPointF other)
 void DiveProfileItem::touchUngrabEvent()
 {
     m_pinch.reset();
-    setKeepTouchGrab(false);
+    hold(false);
 }
 
 void DiveProfileItem::wheelEvent(QWheelEvent *event)

@@ -201,6 +201,7 @@ private:
     void goTo(double seconds);
     void press(QPointF place);
     void moveTo(QPointF place);
+    void hold(bool isHeld);
     void tap(QPointF place);
     void pinch(QPointF one, QPointF other);
     bool handleKey(int key, bool isFar);

@@ -317,6 +317,14 @@ Item {
             });
             touch.release(0, flickable, x, y).commit();
             compare(pageScrolled.count, 0);
+            y = 30;
+            touch.press(0, flickable, 150, y).commit();
+            tryVerify(() => {
+                touch.move(0, flickable, 150, y -= 2).commit();
+                return pageScrolled.count > 0;
+            });
+            touch.release(0, flickable, 150, y).commit();
+            flickable.cancelFlick();
         }
 
         function test_notInteractive() {
