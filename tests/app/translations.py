@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Every text of the app is in French, and each with a number has its forms in English as well.
+"""Every text of the app and of the QML module is in French, and each with a number has its English forms.
 
 translations.py LUPDATE"""
 
@@ -11,7 +11,8 @@ import tempfile
 import xml.etree.ElementTree as ElementTree
 from pathlib import Path
 
-APP = Path(__file__).resolve().parents[2] / "apps/logbook"
+ROOT = Path(__file__).resolve().parents[2]
+APP = ROOT / "apps/logbook"
 
 
 def unfinished(file, only_plurals):
@@ -32,7 +33,7 @@ def main(lupdate):
             file = Path(folder, f"logbook_{language}.ts")
             shutil.copy(APP / "translations" / file.name, file)
             # It adds what the sources have beyond the file.
-            subprocess.run([lupdate, "-silent", "-locations", "none", APP, "-ts", file], check=True)
+            subprocess.run([lupdate, "-silent", "-locations", "none", APP, ROOT / "qml", "-ts", file], check=True)
             missing += [f"{language}: {each}" for each in unfinished(file, language == "en")]
     print("\n".join(missing) or "complete")
     return bool(missing)

@@ -952,4 +952,49 @@
         <translation>ddd d</translation>
     </message>
 </context>
+<context>
+    <name>DiveProfileItem</name>
+    <message>
+        <source>no samples</source>
+        <translation>aucun relevé</translation>
+    </message>
+    <message>
+        <source>At %1: %2.</source>
+        <comment>time, then depth and more</comment>
+        <translation>À %1 : %2.</translation>
+    </message>
+    <message>
+        <source>greatest depth %1</source>
+        <translation>profondeur maximale %1</translation>
+    </message>
+    <message>
+        <source>duration %1</source>
+        <translation>durée %1</translation>
+    </message>
+    <message>
+        <source>Dive %1: %2</source>
+        <comment>number, then depth and more</comment>
+        <translation>Plongée %1 : %2</translation>
+    </message>
+    <message>
+        <source>temperature %1</source>
+        <translation>température %1</translation>
+    </message>
+    <message>
+        <source>temperature %1 to %2</source>
+        <translation>température de %1 à %2</translation>
+    </message>
+    <message>
+        <source>gases %1</source>
+        <translation>gaz %1</translation>
+    </message>
+    <message>
+        <source>Profile of dive %1</source>
+        <translation>Profil de la plongée %1</translation>
+    </message>
+    <message>
+        <source>Profiles of %1 dives</source>
+        <translation>Profils de %1 plongées</translation>
+    </message>
+</context>
 </TS>
