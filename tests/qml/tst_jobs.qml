@@ -194,7 +194,19 @@ TestCase {
     function ask() {
         const asked = computer.readOwner();
         Simulator.watch(asked);
-        asked.finished.connect(ended => seen.push(ended.value));
+        asked.finished.connect(() => seen.push(asked.value)); // it refers to the job itself
+    }
+
+    function test_nobodyCaresForTheJob() {
+        load({});
+        forget();
+        gc();
+        value(computer.readOwner());
+        tryVerify(() => collected(0));
+    }
+
+    function forget() {
+        Simulator.watch(computer.readOwner());
     }
 
     function test_jobOutlivesTheComputer() {

@@ -450,7 +450,7 @@ TestCase {
     function ask() {
         const asked = store.dives();
         Simulator.watch(asked);
-        asked.finished.connect(done => seen.push(done.value));
+        asked.finished.connect(() => seen.push(asked.value)); // it refers to the call itself
     }
 
     function test_nobodyCaresForTheCall() {

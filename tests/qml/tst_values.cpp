@@ -31,7 +31,7 @@ private:
 namespace {
 
 template <typename T>
-inline constexpr bool isText = std::is_same_v<T, QString> || std::is_same_v<T, QByteArray>;
+inline constexpr bool kIsText = std::is_same_v<T, QString> || std::is_same_v<T, QByteArray>;
 
 /** A value that no field has by default, and each field another one. */
 template <typename T> T valueOf(int n)
@@ -70,7 +70,7 @@ template <typename Record, typename Value> void TestValues::check(const char *na
                                                                     : valueOf<Field>(count);
             set(record, value);
             QCOMPARE(property.readOnGadget(&record).toDouble(), double(value));
-        } else if constexpr (isText<Field>) {
+        } else if constexpr (kIsText<Field>) {
             set(record, valueOf<Field>(count));
             QCOMPARE(property.readOnGadget(&record).template value<Field>(), valueOf<Field>(count));
         } else {
