@@ -22,11 +22,10 @@ SingleInstance::SingleInstance(const QString &name, QObject *parent) : QObject(p
 
 bool SingleInstance::claim()
 {
-    if (m_server.listen(m_name))
-        return true;
+    // Asked before listen(), which would take the socket of a living app away from it.
     if (raiseFirst())
         return false;
-    // Nobody answers there: the first was killed, and its socket is left.
+    // Nobody answers there. If the first was killed, its socket is left.
     QLocalServer::removeServer(m_name);
     // Without a socket two may run, and both may use the file.
     m_server.listen(m_name);
