@@ -178,9 +178,12 @@ struct SyslogBinValue : SyslogBinRecord {
     VARDA_FIELD(int, arg2)
     /** The entry in English, with its date and time. */
     Q_PROPERTY(QString text READ text CONSTANT)
+    /** The entry in English alone. */
+    Q_PROPERTY(QString message READ message CONSTANT)
 
 public:
     QString text() const { return convertSyslogRecord(*this, false); }
+    QString message() const { return convertSyslogRecord(*this, true); }
 };
 
 struct LayoutEntryValue : LayoutEntry {

@@ -11,8 +11,11 @@
 #include <QtQuick/qquickwindow.h>
 #include <QtQuickTest/quicktest.h>
 
+#include <varda/bledeviceinfo.h>
+
 #include "core/logbookui.h"
 #include "core/preferences.h"
+#include "images.h"
 #include "simulator.h"
 
 using namespace Qt::StringLiterals;
@@ -96,6 +99,13 @@ public:
             QJsonDocument(QJsonObject::fromVariantMap(device)).toJson(QJsonDocument::Compact);
         return Simulator::loadKnown(json.mid(1, json.size() - 2));
     }
+    /** Of that world, as one that was chosen. */
+    Q_INVOKABLE static BleDeviceInfo computer()
+    {
+        return BleDeviceInfo::fromAddress(QString::fromLatin1(kAddress), u"Varda"_s);
+    }
+    Q_INVOKABLE static BleDeviceInfo noComputer() { return {}; }
+    Q_INVOKABLE static int frameCount() { return int(Simulator::frames().size()); }
     Q_INVOKABLE static QVariantMap state() { return Simulator::state().toVariantMap(); }
     Q_INVOKABLE static void drop() { Simulator::drop(); }
     Q_INVOKABLE static void setPowered(bool on) { Simulator::setPowered(on); }
@@ -119,6 +129,14 @@ public:
     Q_INVOKABLE void copy(const QString &from, const QString &to) const
     {
         QFile::copy(file(from), file(to));
+    }
+    /** A firmware image with this header at its place, in hexadecimal. */
+    Q_INVOKABLE QUrl imageFile(const QString &name, const QString &header) const
+    {
+        QFile file(m_folder.filePath(name));
+        if (file.open(QIODevice::WriteOnly))
+            file.write(image(5000, header.toLatin1()));
+        return url(name);
     }
     Q_INVOKABLE static QString environment(const QString &name)
     {

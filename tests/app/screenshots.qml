@@ -4,6 +4,7 @@ import QtTest
 import Varda
 import VardaTest
 import Logbook
+import Logbook.Core
 
 /** A picture of each page and of its empty, busy and error states; see ./dev screenshots. */
 Page {
@@ -59,12 +60,41 @@ Page {
             AppStore.file = World.file("cat.sqlite");
             tryVerify(() => AppStore.error !== LogbookError.NoError);
         },
+        "computer-first": () => {
+            Preferences.device = World.noComputer();
+            Navigation.page = Navigation.Computer;
+            wanted("search");
+        },
+        "computer": () => connect({}),
+        "computer-syncing": () => {
+            connect({ serial: "00420017-3138510D-37373935", dives: 200 });
+            wanted("synchronise").clicked();
+            tryVerify(() => wanted("progress").value > 0.02, 60000);
+        },
+        "computer-lost": () => {
+            connect({});
+            World.drop();
+            tryVerify(() => AppComputer.state === VardaComputer.Unconnected, 20000);
+            wanted("lostError");
+        },
+        "computer-delete": () => {
+            connect({});
+            wanted("deleteAll").clicked();
+        },
         "settings": () => {
             Navigation.page = Navigation.Settings;
             wanted("language");
         }
     })
 
+    function connect(keys) {
+        compare(World.load(keys), "");
+        Preferences.device = World.computer();
+        Navigation.page = Navigation.Computer;
+        wanted("connect").clicked();
+        tryVerify(() => find("batteryType"), 60000);
+        tryVerify(() => !AppComputer.currentJob, 60000);
+    }
     function open(row) {
         const list = wanted("dives");
         list.itemAtIndex(row) || list.positionViewAtIndex(row, ListView.Center);

@@ -2,16 +2,44 @@
 import QtQuick
 import Logbook
 
-/** All that is done with a computer. */
+/** All that is done with a computer: first which one, then what is in it. */
 Item {
     id: root
 
     readonly property string title: qsTr("Computer")
+    readonly property bool chosen: Preferences.device.valid
+    property bool choosing: false
 
-    EmptyState {
-        anchors.centerIn: parent
-        width: Math.min(parent.width - 4 * Theme.unit, Theme.textWidth)
-        icon: "computer"
-        title: root.title
+    Accessible.role: Accessible.Pane
+    Accessible.name: title
+
+    DeviceChoice {
+        anchors.fill: parent
+        visible: !root.chosen || root.choosing
+        cancellable: root.chosen
+        onChosen: {
+            root.choosing = false;
+            if (cards.item)
+                cards.item.connectNow();
+        }
+        onCancelled: root.choosing = false
+    }
+    Loader {
+        id: cards
+
+        property string address: Preferences.device.address
+
+        anchors.fill: parent
+        visible: root.chosen && !root.choosing
+        active: root.chosen
+        sourceComponent: ComputerCards {
+            onOtherWanted: root.choosing = true
+        }
+
+        // What was read from another computer is not shown for this one.
+        onAddressChanged: {
+            active = false;
+            active = Qt.binding(() => root.chosen);
+        }
     }
 }

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#include "localfile.h"
+
+#include <QtCore/qfile.h>
+#include <QtCore/qfileinfo.h>
+#include <QtCore/qsavefile.h>
+
+#include <cerrno>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// No image and no layout is nearly as long, and a wrong file would fill the memory.
+constexpr qint64 kLongest = 16LL * 1024 * 1024;
+
+} // namespace
+
+QVariantMap LocalFile::read(const QUrl &file)
+{
+    QFile source(file.toLocalFile());
+    QVariantMap result{{u"name"_s, QFileInfo(source.fileName()).fileName()}};
+    QString error;
+    if (!source.open(QIODevice::ReadOnly))
+        error = source.errorString();
+    else if (source.size() > kLongest)
+        error = qt_error_string(EFBIG);
+    const QByteArray bytes = error.isEmpty() ? source.read(kLongest) : QByteArray();
+    if (error.isEmpty() && source.error() != QFileDevice::NoError)
+        error = source.errorString();
+    result.insert(u"bytes"_s, bytes);
+    result.insert(u"error"_s, error);
+    return result;
+}
+
+QString LocalFile::write(const QUrl &file, const QVariant &contents)
+{
+    QSaveFile target(file.toLocalFile());
+    if (!target.open(QIODevice::WriteOnly))
+        return target.errorString();
+    target.write(contents.toByteArray());
+    return target.commit() ? QString() : target.errorString();
+}
