@@ -2,6 +2,16 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en">
 <context>
+    <name>BatteryCard</name>
+    <message numerus="yes">
+        <source>History: %n record(s)</source>
+        <translation>
+            <numerusform>History: %n record</numerusform>
+            <numerusform>History: %n records</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>DiveList</name>
     <message numerus="yes">
         <source>Go on with %n dive(s)</source>
@@ -51,7 +61,7 @@
             <numerusform>%n dives restored</numerusform>
         </translation>
     </message>
-    </context>
+</context>
 <context>
     <name>ExportDialog</name>
     <message numerus="yes">
@@ -85,7 +95,48 @@
             <numerusform>%n dives here already</numerusform>
         </translation>
     </message>
-    </context>
+</context>
+<context>
+    <name>LocalTime</name>
+    <message numerus="yes">
+        <source>%n second(s)</source>
+        <translation>
+            <numerusform>%n second</numerusform>
+            <numerusform>%n seconds</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minute(s)</source>
+        <translation>
+            <numerusform>%n minute</numerusform>
+            <numerusform>%n minutes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n hour(s)</source>
+        <translation>
+            <numerusform>%n hour</numerusform>
+            <numerusform>%n hours</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n day(s)</source>
+        <translation>
+            <numerusform>%n day</numerusform>
+            <numerusform>%n days</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>LogCard</name>
+    <message numerus="yes">
+        <source>%n entry(ies), in English</source>
+        <translation>
+            <numerusform>%n entry, in English</numerusform>
+            <numerusform>%n entries, in English</numerusform>
+        </translation>
+    </message>
+</context>
 <context>
     <name>SeveralPane</name>
     <message numerus="yes">
@@ -102,7 +153,7 @@
             <numerusform>The first %n of them</numerusform>
         </translation>
     </message>
-    </context>
+</context>
 <context>
     <name>StatisticsPane</name>
     <message numerus="yes">
@@ -121,6 +172,33 @@
     </message>
     </context>
 <context>
+    <name>SyncCard</name>
+    <message numerus="yes">
+        <source>%n new dive(s) saved.</source>
+        <translation>
+            <numerusform>%n new dive saved.</numerusform>
+            <numerusform>%n new dives saved.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n dive(s) arrived damaged. The next synchronisation asks for them again.</source>
+        <translation>
+            <numerusform>%n dive arrived damaged. The next synchronisation asks for it again.</numerusform>
+            <numerusform>%n dives arrived damaged. The next synchronisation asks for them again.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>TimeLeft</name>
+    <message numerus="yes">
+        <source>about %n minute(s) left</source>
+        <translation>
+            <numerusform>about %n minute left</numerusform>
+            <numerusform>about %n minutes left</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>Units</name>
     <message numerus="yes">
         <source>%n minute(s)</source>
@@ -129,5 +207,5 @@
             <numerusform>%n minutes</numerusform>
         </translation>
     </message>
-    </context>
+</context>
 </TS>

@@ -2,11 +2,100 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="fr">
 <context>
+    <name>AboutCard</name>
+    <message>
+        <source>About the computer</source>
+        <translation>À propos de l'ordinateur</translation>
+    </message>
+    <message>
+        <source>Its model, its versions and its serial number.</source>
+        <translation>Son modèle, ses versions et son numéro de série.</translation>
+    </message>
+    <message>
+        <source>Model</source>
+        <translation>Modèle</translation>
+    </message>
+    <message>
+        <source>Firmware</source>
+        <translation>Micrologiciel</translation>
+    </message>
+    <message>
+        <source>Bootloader</source>
+        <translation>Programme d'amorçage</translation>
+    </message>
+    <message>
+        <source>Serial number</source>
+        <translation>Numéro de série</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Adresse</translation>
+    </message>
+    <message>
+        <source>The computer is waiting for firmware. Everything else works once its firmware is installed.</source>
+        <translation>L'ordinateur attend un micrologiciel. Tout le reste fonctionnera une fois celui-ci installé.</translation>
+    </message>
+</context>
+<context>
     <name>BarChart</name>
     <message>
         <source>%1: %2</source>
         <comment>a figure</comment>
         <translation>%1 : %2</translation>
+    </message>
+</context>
+<context>
+    <name>BatteryCard</name>
+    <message>
+        <source>Alkaline</source>
+        <translation>Alcaline</translation>
+    </message>
+    <message>
+        <source>Nickel metal hydride, rechargeable</source>
+        <translation>Nickel-hydrure métallique, rechargeable</translation>
+    </message>
+    <message>
+        <source>Lithium ion, 3.6 V, rechargeable</source>
+        <translation>Lithium-ion 3,6 V, rechargeable</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>Inconnu</translation>
+    </message>
+    <message>
+        <source>Battery</source>
+        <translation>Pile</translation>
+    </message>
+    <message>
+        <source>The type of the battery, and what the computer has noted about it.</source>
+        <translation>Le type de la pile et ce que l'ordinateur a noté à son sujet.</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Type</translation>
+    </message>
+    <message numerus="yes">
+        <source>History: %n record(s)</source>
+        <translation>
+            <numerusform>Historique : %n enregistrement</numerusform>
+            <numerusform>Historique : %n enregistrements</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The computer has noted nothing yet.</source>
+        <translation>L'ordinateur n'a encore rien noté.</translation>
+    </message>
+    <message>
+        <source>As the computer sends it; what the numbers mean is not known.</source>
+        <translation>Tel que l'ordinateur l'envoie ; on ignore le sens de ces nombres.</translation>
+    </message>
+    <message>
+        <source>Scroll</source>
+        <translation>Faire défiler</translation>
+    </message>
+    <message>
+        <source>History of the battery</source>
+        <translation>Historique de la pile</translation>
     </message>
 </context>
 <context>
@@ -17,10 +106,175 @@
     </message>
 </context>
 <context>
+    <name>ClockCard</name>
+    <message>
+        <source>The same as on this machine.</source>
+        <translation>La même que sur cet appareil.</translation>
+    </message>
+    <message>
+        <source>%1 behind this machine.</source>
+        <comment>a time</comment>
+        <translation>%1 de retard sur cet appareil.</translation>
+    </message>
+    <message>
+        <source>%1 ahead of this machine.</source>
+        <comment>a time</comment>
+        <translation>%1 d'avance sur cet appareil.</translation>
+    </message>
+    <message>
+        <source>Clock</source>
+        <translation>Horloge</translation>
+    </message>
+    <message>
+        <source>Set it before a journey, and after one.</source>
+        <translation>Réglez-la avant et après chaque voyage.</translation>
+    </message>
+    <message>
+        <source>Set to now</source>
+        <translation>Mettre à l'heure</translation>
+    </message>
+    <message>
+        <source>Setting the clock</source>
+        <translation>Mise à l'heure</translation>
+    </message>
+    <message>
+        <source>The clock is set.</source>
+        <translation>L'horloge est à l'heure.</translation>
+    </message>
+</context>
+<context>
     <name>ComputerPage</name>
     <message>
         <source>Computer</source>
         <translation>Ordinateur</translation>
+    </message>
+</context>
+<context>
+    <name>ConfirmDialog</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+</context>
+<context>
+    <name>DeleteCard</name>
+    <message>
+        <source>Delete dives</source>
+        <translation>Supprimer des plongées</translation>
+    </message>
+    <message>
+        <source>In the computer only: the dives in this app stay.</source>
+        <translation>Dans l'ordinateur seulement : les plongées de cette application restent.</translation>
+    </message>
+    <message>
+        <source>Delete the last dive…</source>
+        <translation>Supprimer la dernière plongée…</translation>
+    </message>
+    <message>
+        <source>Delete all dives…</source>
+        <translation>Supprimer toutes les plongées…</translation>
+    </message>
+    <message>
+        <source>Deleting</source>
+        <translation>Suppression en cours</translation>
+    </message>
+    <message>
+        <source>All dives in the computer are deleted.</source>
+        <translation>Toutes les plongées de l'ordinateur sont supprimées.</translation>
+    </message>
+    <message>
+        <source>The last dive in the computer is deleted.</source>
+        <translation>La dernière plongée de l'ordinateur est supprimée.</translation>
+    </message>
+    <message>
+        <source>Delete all dives in the computer?</source>
+        <translation>Supprimer toutes les plongées de l'ordinateur ?</translation>
+    </message>
+    <message>
+        <source>Delete the last dive in the computer?</source>
+        <translation>Supprimer la dernière plongée de l'ordinateur ?</translation>
+    </message>
+    <message>
+        <source>Dives that you have not synchronised are lost for good, with their profiles. Those that are saved in this app stay.</source>
+        <translation>Les plongées que vous n'avez pas synchronisées seront perdues pour toujours, avec leurs profils. Celles qui sont enregistrées dans cette application restent.</translation>
+    </message>
+    <message>
+        <source>If you have not synchronised this dive, it is lost for good, with its profile. If it is saved in this app, it stays there.</source>
+        <translation>Si vous n'avez pas synchronisé cette plongée, elle sera perdue pour toujours, avec son profil. Si elle est enregistrée dans cette application, elle y reste.</translation>
+    </message>
+    <message>
+        <source>Delete all</source>
+        <translation>Tout supprimer</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Supprimer</translation>
+    </message>
+    <message>
+        <source>Synchronise first</source>
+        <translation>Synchroniser d'abord</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceChoice</name>
+    <message>
+        <source>No computer in reach</source>
+        <translation>Aucun ordinateur à portée</translation>
+    </message>
+    <message>
+        <source>Choose your computer</source>
+        <translation>Choisissez votre ordinateur</translation>
+    </message>
+    <message>
+        <source>Switch your diving computer on, choose its Bluetooth mode, and keep it near this machine. Then search for it.</source>
+        <translation>Allumez votre ordinateur de plongée, choisissez son mode Bluetooth et gardez-le près de cet appareil. Lancez ensuite la recherche.</translation>
+    </message>
+    <message>
+        <source>Search again</source>
+        <translation>Chercher encore</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Chercher</translation>
+    </message>
+    <message>
+        <source>Try a simulated computer</source>
+        <translation>Essayer un ordinateur simulé</translation>
+    </message>
+    <message>
+        <source>Computers in reach</source>
+        <translation>Ordinateurs à portée</translation>
+    </message>
+    <message>
+        <source>Searching</source>
+        <translation>Recherche en cours</translation>
+    </message>
+    <message>
+        <source>Stop searching</source>
+        <translation>Arrêter la recherche</translation>
+    </message>
+    <message>
+        <source>Back to %1</source>
+        <translation>Retour à %1</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceLine</name>
+    <message>
+        <source>Strong signal</source>
+        <translation>Signal fort</translation>
+    </message>
+    <message>
+        <source>Medium signal</source>
+        <translation>Signal moyen</translation>
+    </message>
+    <message>
+        <source>Weak signal</source>
+        <translation>Signal faible</translation>
+    </message>
+    <message>
+        <source>chosen now</source>
+        <translation>choisi actuellement</translation>
     </message>
 </context>
 <context>
@@ -254,6 +508,61 @@
     </message>
 </context>
 <context>
+    <name>ExpertCard</name>
+    <message>
+        <source>Expert</source>
+        <translation>Expert</translation>
+    </message>
+    <message>
+        <source>Show settings without a known meaning</source>
+        <translation>Afficher les réglages dont on ignore le sens</translation>
+    </message>
+    <message>
+        <source>These eight settings cannot be read from the computer, and what they do depends on the model. Write them only if you know them.</source>
+        <translation>Ces huit réglages ne peuvent pas être lus dans l'ordinateur, et leur effet dépend du modèle. Ne les écrivez que si vous les connaissez.</translation>
+    </message>
+    <message>
+        <source>a number</source>
+        <translation>un nombre</translation>
+    </message>
+    <message>
+        <source>0 to 255</source>
+        <translation>0 à 255</translation>
+    </message>
+    <message>
+        <source>Enter a number.</source>
+        <translation>Entrez un nombre.</translation>
+    </message>
+    <message>
+        <source>Enter a whole number from 0 to 255.</source>
+        <translation>Entrez un nombre entier de 0 à 255.</translation>
+    </message>
+    <message>
+        <source>Write to the computer…</source>
+        <translation>Écrire dans l'ordinateur…</translation>
+    </message>
+    <message>
+        <source>Writing</source>
+        <translation>Écriture en cours</translation>
+    </message>
+    <message>
+        <source>The computer has accepted the settings.</source>
+        <translation>L'ordinateur a accepté les réglages.</translation>
+    </message>
+    <message>
+        <source>Write these settings?</source>
+        <translation>Écrire ces réglages ?</translation>
+    </message>
+    <message>
+        <source>They replace those of the computer. What it has now cannot be read, so there is no way back.</source>
+        <translation>Ils remplacent ceux de l'ordinateur. Ses réglages actuels ne peuvent pas être lus : il n'y a pas de retour possible.</translation>
+    </message>
+    <message>
+        <source>Write</source>
+        <translation>Écrire</translation>
+    </message>
+</context>
+<context>
     <name>ExportDialog</name>
     <message numerus="yes">
         <source>Export %n dive(s)</source>
@@ -370,6 +679,142 @@
     </message>
 </context>
 <context>
+    <name>FirmwareCard</name>
+    <message>
+        <source>Firmware</source>
+        <translation>Micrologiciel</translation>
+    </message>
+    <message>
+        <source>Firmware of the older kind</source>
+        <translation>Micrologiciel de l'ancien type</translation>
+    </message>
+    <message>
+        <source>Bootloader</source>
+        <translation>Programme d'amorçage</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>Inconnu</translation>
+    </message>
+    <message>
+        <source>The file is empty or could not be read</source>
+        <translation>Le fichier est vide ou n'a pas pu être lu</translation>
+    </message>
+    <message>
+        <source>Installs new firmware from a file that is made for your model.</source>
+        <translation>Installe un nouveau micrologiciel à partir d'un fichier prévu pour votre modèle.</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Fichier</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Sorte</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Nom</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>not known</source>
+        <translation>inconnue</translation>
+    </message>
+    <message>
+        <source>In the computer</source>
+        <translation>Dans l'ordinateur</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Taille</translation>
+    </message>
+    <message>
+        <source>Checksum</source>
+        <translation>Somme de contrôle</translation>
+    </message>
+    <message>
+        <source>Look whether you may read it, or choose another one.</source>
+        <translation>Vérifiez que vous avez le droit de le lire, ou choisissez-en un autre.</translation>
+    </message>
+    <message>
+        <source>Choose a file that is made for this model.</source>
+        <translation>Choisissez un fichier prévu pour ce modèle.</translation>
+    </message>
+    <message>
+        <source>Choose another file…</source>
+        <translation>Choisir un autre fichier…</translation>
+    </message>
+    <message>
+        <source>Install…</source>
+        <translation>Installer…</translation>
+    </message>
+    <message>
+        <source>Choose a file…</source>
+        <translation>Choisir un fichier…</translation>
+    </message>
+    <message>
+        <source>Installation</source>
+        <translation>Installation</translation>
+    </message>
+    <message>
+        <source>Preparing</source>
+        <translation>Préparation</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <comment>sizes</comment>
+        <translation>%1 sur %2</translation>
+    </message>
+    <message>
+        <source>Installed. The computer may restart now.</source>
+        <translation>Installé. L'ordinateur va peut-être redémarrer.</translation>
+    </message>
+    <message>
+        <source>Install it again…</source>
+        <translation>L'installer à nouveau…</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Réessayer</translation>
+    </message>
+    <message>
+        <source>Leave the computer switched on and near until this is finished.</source>
+        <translation>Laissez l'ordinateur allumé et à proximité jusqu'à la fin.</translation>
+    </message>
+    <message>
+        <source>Firmware (*.bin)</source>
+        <translation>Micrologiciel (*.bin)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Tous les fichiers (*)</translation>
+    </message>
+    <message>
+        <source>Replace the bootloader?</source>
+        <translation>Remplacer le programme d'amorçage ?</translation>
+    </message>
+    <message>
+        <source>Replace the firmware?</source>
+        <translation>Remplacer le micrologiciel ?</translation>
+    </message>
+    <message>
+        <source>%1 gets version %2.</source>
+        <translation>%1 reçoit la version %2.</translation>
+    </message>
+    <message>
+        <source>Synchronise first, so that your dives are safe. See that the battery is charged, and do not interrupt the installation.</source>
+        <translation>Synchronisez d'abord, pour que vos plongées soient en sécurité. Vérifiez que la pile est chargée et n'interrompez pas l'installation.</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>Installer</translation>
+    </message>
+</context>
+<context>
     <name>GasCard</name>
     <message>
         <source>at %1</source>
@@ -455,6 +900,121 @@
     </message>
 </context>
 <context>
+    <name>JobRun</name>
+    <message>
+        <source>Waiting for its turn</source>
+        <translation>En attente de son tour</translation>
+    </message>
+    <message>
+        <source>Connecting</source>
+        <translation>Connexion en cours</translation>
+    </message>
+    <message>
+        <source>Trying again after a fault</source>
+        <translation>Nouvel essai après une erreur</translation>
+    </message>
+    <message>
+        <source>Stopping</source>
+        <translation>Arrêt en cours</translation>
+    </message>
+</context>
+<context>
+    <name>JobStatus</name>
+    <message>
+        <source>Reading</source>
+        <translation>Lecture en cours</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Réessayer</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation>Annulé</translation>
+    </message>
+</context>
+<context>
+    <name>LocalTime</name>
+    <message numerus="yes">
+        <source>%n second(s)</source>
+        <translation>
+            <numerusform>%n seconde</numerusform>
+            <numerusform>%n secondes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minute(s)</source>
+        <translation>
+            <numerusform>%n minute</numerusform>
+            <numerusform>%n minutes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n hour(s)</source>
+        <translation>
+            <numerusform>%n heure</numerusform>
+            <numerusform>%n heures</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n day(s)</source>
+        <translation>
+            <numerusform>%n jour</numerusform>
+            <numerusform>%n jours</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>LogCard</name>
+    <message>
+        <source>System log</source>
+        <translation>Journal du système</translation>
+    </message>
+    <message>
+        <source>What the computer has noted about itself, for whoever helps you with it.</source>
+        <translation>Ce que l'ordinateur a noté sur lui-même, pour qui vous aide à l'entretenir.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n entry(ies), in English</source>
+        <translation>
+            <numerusform>%n entrée, en anglais</numerusform>
+            <numerusform>%n entrées, en anglais</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The log is empty.</source>
+        <translation>Le journal est vide.</translation>
+    </message>
+    <message>
+        <source>Scroll</source>
+        <translation>Faire défiler</translation>
+    </message>
+    <message>
+        <source>Save as text…</source>
+        <translation>Enregistrer comme texte…</translation>
+    </message>
+    <message>
+        <source>Saved.</source>
+        <translation>Enregistré.</translation>
+    </message>
+    <message>
+        <source>Save the log</source>
+        <translation>Enregistrer le journal</translation>
+    </message>
+    <message>
+        <source>Text (*.txt)</source>
+        <translation>Texte (*.txt)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Tous les fichiers (*)</translation>
+    </message>
+</context>
+<context>
     <name>Main</name>
     <message>
         <source>Logbook – simulated computer</source>
@@ -527,6 +1087,37 @@
     </message>
 </context>
 <context>
+    <name>OwnerCard</name>
+    <message>
+        <source>Owner</source>
+        <translation>Propriétaire</translation>
+    </message>
+    <message>
+        <source>The name that the computer shows, so that it finds its way back to you.</source>
+        <translation>Le nom que l'ordinateur affiche, pour qu'il vous revienne si vous le perdez.</translation>
+    </message>
+    <message>
+        <source>Name, telephone</source>
+        <translation>Nom, téléphone</translation>
+    </message>
+    <message>
+        <source>Save in the computer</source>
+        <translation>Enregistrer dans l'ordinateur</translation>
+    </message>
+    <message>
+        <source>Saving</source>
+        <translation>Enregistrement en cours</translation>
+    </message>
+    <message>
+        <source>Saved in the computer.</source>
+        <translation>Enregistré dans l'ordinateur.</translation>
+    </message>
+    <message>
+        <source>Enter a shorter name: computers keep about 30 letters, fewer with accents.</source>
+        <translation>Entrez un nom plus court : les ordinateurs gardent environ 30 lettres, moins avec des accents.</translation>
+    </message>
+</context>
+<context>
     <name>PageScroll</name>
     <message>
         <source>Scroll</source>
@@ -538,6 +1129,61 @@
     <message>
         <source>Back</source>
         <translation>Retour</translation>
+    </message>
+</context>
+<context>
+    <name>PressureCard</name>
+    <message>
+        <source>Surface pressure</source>
+        <translation>Pression en surface</translation>
+    </message>
+    <message>
+        <source>The air pressure at the water, which depth and decompression depend on.</source>
+        <translation>La pression de l'air au bord de l'eau, dont dépendent la profondeur et la décompression.</translation>
+    </message>
+    <message>
+        <source>At the surface</source>
+        <translation>En surface</translation>
+    </message>
+    <message>
+        <source>Around the computer</source>
+        <translation>Autour de l'ordinateur</translation>
+    </message>
+    <message>
+        <source>New surface pressure</source>
+        <translation>Nouvelle pression en surface</translation>
+    </message>
+    <message>
+        <source>Set…</source>
+        <translation>Régler…</translation>
+    </message>
+    <message>
+        <source>Set the surface pressure</source>
+        <translation>Régler la pression en surface</translation>
+    </message>
+    <message>
+        <source>Enter a pressure from %1 to %2.</source>
+        <translation>Entrez une pression de %1 à %2.</translation>
+    </message>
+    <message>
+        <source>Setting the pressure</source>
+        <translation>Réglage de la pression</translation>
+    </message>
+    <message>
+        <source>The surface pressure is set.</source>
+        <translation>La pression en surface est réglée.</translation>
+    </message>
+    <message>
+        <source>Set the surface pressure?</source>
+        <translation>Régler la pression en surface ?</translation>
+    </message>
+    <message>
+        <source>The computer reckons depth and decompression with %1 from now on. A wrong pressure makes both wrong.</source>
+        <translation>L'ordinateur calculera désormais la profondeur et la décompression avec %1. Une pression fausse les rend fausses toutes les deux.</translation>
+    </message>
+    <message>
+        <source>Set it</source>
+        <translation>Régler</translation>
     </message>
 </context>
 <context>
@@ -553,6 +1199,281 @@
     <message>
         <source>Whole dive</source>
         <translation>Toute la plongée</translation>
+    </message>
+</context>
+<context>
+    <name>Reasons</name>
+    <message>
+        <source>The computer does not have this</source>
+        <translation>L'ordinateur n'a rien de tel</translation>
+    </message>
+    <message>
+        <source>This text is too long for the computer</source>
+        <translation>Ce texte est trop long pour l'ordinateur</translation>
+    </message>
+    <message>
+        <source>This file is not firmware for a diving computer</source>
+        <translation>Ce fichier n'est pas un micrologiciel d'ordinateur de plongée</translation>
+    </message>
+    <message>
+        <source>The computer has this version already</source>
+        <translation>L'ordinateur a déjà cette version</translation>
+    </message>
+    <message>
+        <source>The computer does not say which bootloader it has</source>
+        <translation>L'ordinateur n'indique pas son programme d'amorçage</translation>
+    </message>
+    <message>
+        <source>The computer has refused</source>
+        <translation>L'ordinateur a refusé</translation>
+    </message>
+    <message>
+        <source>The computer does not accept this firmware</source>
+        <translation>L'ordinateur n'accepte pas ce micrologiciel</translation>
+    </message>
+    <message>
+        <source>The computer has stopped the update</source>
+        <translation>L'ordinateur a arrêté la mise à jour</translation>
+    </message>
+    <message>
+        <source>The computer has received the firmware and does not accept it</source>
+        <translation>L'ordinateur a reçu le micrologiciel et ne l'accepte pas</translation>
+    </message>
+    <message>
+        <source>An answer of the computer arrived damaged</source>
+        <translation>Une réponse de l'ordinateur est arrivée abîmée</translation>
+    </message>
+    <message>
+        <source>Part of an answer did not arrive</source>
+        <translation>Une partie d'une réponse n'est pas arrivée</translation>
+    </message>
+    <message>
+        <source>The computer's answer was too long</source>
+        <translation>La réponse de l'ordinateur était trop longue</translation>
+    </message>
+    <message>
+        <source>An answer of the computer could not be understood</source>
+        <translation>Une réponse de l'ordinateur n'a pas été comprise</translation>
+    </message>
+    <message>
+        <source>The connection carries too little at a time</source>
+        <translation>La connexion transporte trop peu à la fois</translation>
+    </message>
+    <message>
+        <source>Another program is connected to the computer too</source>
+        <translation>Un autre programme est aussi connecté à l'ordinateur</translation>
+    </message>
+    <message>
+        <source>The computer does not answer</source>
+        <translation>L'ordinateur ne répond pas</translation>
+    </message>
+    <message>
+        <source>The computer did not come to an end with its answer</source>
+        <translation>L'ordinateur n'a pas terminé sa réponse</translation>
+    </message>
+    <message>
+        <source>It took too long</source>
+        <translation>Cela a duré trop longtemps</translation>
+    </message>
+    <message>
+        <source>The connection was lost</source>
+        <translation>La connexion a été perdue</translation>
+    </message>
+    <message>
+        <source>The computer could not be connected</source>
+        <translation>L'ordinateur n'a pas pu être connecté</translation>
+    </message>
+    <message>
+        <source>This device is not a diving computer that the app knows</source>
+        <translation>Cet appareil n'est pas un ordinateur de plongée que l'application connaît</translation>
+    </message>
+    <message>
+        <source>The computer offers another kind of connection</source>
+        <translation>L'ordinateur propose une autre sorte de connexion</translation>
+    </message>
+    <message>
+        <source>Your system did not send the request</source>
+        <translation>Votre système n'a pas envoyé la demande</translation>
+    </message>
+    <message>
+        <source>No Bluetooth was found here</source>
+        <translation>Aucun Bluetooth n'a été trouvé ici</translation>
+    </message>
+    <message>
+        <source>Bluetooth is switched off</source>
+        <translation>Le Bluetooth est désactivé</translation>
+    </message>
+    <message>
+        <source>The Bluetooth adapter was removed</source>
+        <translation>L'adaptateur Bluetooth a été retiré</translation>
+    </message>
+    <message>
+        <source>The Bluetooth service of your system does not run</source>
+        <translation>Le service Bluetooth de votre système n'est pas lancé</translation>
+    </message>
+    <message>
+        <source>The Bluetooth service of your system does not respond</source>
+        <translation>Le service Bluetooth de votre système ne répond pas</translation>
+    </message>
+    <message>
+        <source>This app may not use Bluetooth</source>
+        <translation>Cette application n'a pas le droit d'utiliser le Bluetooth</translation>
+    </message>
+    <message>
+        <source>Bluetooth does not work with diving computers here</source>
+        <translation>Le Bluetooth de cet appareil ne convient pas aux ordinateurs de plongée</translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation>Annulé</translation>
+    </message>
+    <message>
+        <source>Cancelled, as the computer was disconnected</source>
+        <translation>Annulé, car l'ordinateur a été déconnecté</translation>
+    </message>
+    <message>
+        <source>Cancelled, as another computer was chosen</source>
+        <translation>Annulé, car un autre ordinateur a été choisi</translation>
+    </message>
+    <message>
+        <source>Cancelled, as the app was closing</source>
+        <translation>Annulé, car l'application se fermait</translation>
+    </message>
+    <message>
+        <source>The computer was not found</source>
+        <translation>L'ordinateur n'a pas été trouvé</translation>
+    </message>
+    <message>
+        <source>More than one computer is in reach</source>
+        <translation>Plusieurs ordinateurs sont à portée</translation>
+    </message>
+    <message>
+        <source>Another part of the app is using the computer</source>
+        <translation>Une autre partie de l'application utilise l'ordinateur</translation>
+    </message>
+    <message>
+        <source>The computer was found, but did not connect</source>
+        <translation>L'ordinateur a été trouvé, mais ne s'est pas connecté</translation>
+    </message>
+    <message>
+        <source>The dives could not be saved</source>
+        <translation>Les plongées n'ont pas pu être enregistrées</translation>
+    </message>
+    <message>
+        <source>This did not work</source>
+        <translation>Cela n'a pas fonctionné</translation>
+    </message>
+    <message>
+        <source>Check what you have entered, then try again.</source>
+        <translation>Vérifiez ce que vous avez entré, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Enter a shorter one.</source>
+        <translation>Entrez-en un plus court.</translation>
+    </message>
+    <message>
+        <source>Choose a file that is made for this model.</source>
+        <translation>Choisissez un fichier prévu pour ce modèle.</translation>
+    </message>
+    <message>
+        <source>There is nothing to do. Install it again only if the computer does not work well.</source>
+        <translation>Il n'y a rien à faire. Ne l'installez à nouveau que si l'ordinateur fonctionne mal.</translation>
+    </message>
+    <message>
+        <source>Restart the computer, then try again.</source>
+        <translation>Redémarrez l'ordinateur, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Leave the computer switched on and near, then try again.</source>
+        <translation>Laissez l'ordinateur allumé et à proximité, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Move nearer to the computer, then try again.</source>
+        <translation>Rapprochez-vous de l'ordinateur, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Switch Bluetooth off and on again on this machine, then try again.</source>
+        <translation>Désactivez puis réactivez le Bluetooth de cet appareil, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Close the other program, then try again.</source>
+        <translation>Fermez l'autre programme, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Look whether the computer is still on and near, then try again.</source>
+        <translation>Vérifiez que l'ordinateur est toujours allumé et à proximité, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Keep the computer switched on and near, then try again.</source>
+        <translation>Gardez l'ordinateur allumé et à proximité, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Switch on the Bluetooth mode of the computer, keep it near, then try again.</source>
+        <translation>Activez le mode Bluetooth de l'ordinateur, gardez-le à proximité, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Choose your computer from the list.</source>
+        <translation>Choisissez votre ordinateur dans la liste.</translation>
+    </message>
+    <message>
+        <source>Choose the computer from the list once more.</source>
+        <translation>Choisissez encore une fois l'ordinateur dans la liste.</translation>
+    </message>
+    <message>
+        <source>Plug in a Bluetooth adapter, then try again.</source>
+        <translation>Branchez un adaptateur Bluetooth, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Switch it on in the settings of your system, then try again.</source>
+        <translation>Activez-le dans les réglages de votre système, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Plug it in again, then try again.</source>
+        <translation>Rebranchez-le, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Start the Bluetooth service, or restart this machine, then try again.</source>
+        <translation>Lancez le service Bluetooth ou redémarrez cet appareil, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Restart this machine, then try again.</source>
+        <translation>Redémarrez cet appareil, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Allow it in the settings of your system, then try again.</source>
+        <translation>Autorisez-la dans les réglages de votre système, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Use a machine with Bluetooth 4.0 or newer.</source>
+        <translation>Utilisez un appareil avec Bluetooth 4.0 ou plus récent.</translation>
+    </message>
+    <message>
+        <source>Start it again when you like.</source>
+        <translation>Relancez quand vous voulez.</translation>
+    </message>
+    <message>
+        <source>Switch the computer on, choose its Bluetooth mode, keep it near, then try again.</source>
+        <translation>Allumez l'ordinateur, choisissez son mode Bluetooth, gardez-le à proximité, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Wait until that has finished, then try again.</source>
+        <translation>Attendez qu'elle ait terminé, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Disconnect it from your phone and from other machines, then try again.</source>
+        <translation>Déconnectez-le de votre téléphone et d'autres appareils, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Look at the file with the dives in the settings.</source>
+        <translation>Regardez le fichier des plongées dans les réglages.</translation>
+    </message>
+    <message>
+        <source>Try again.</source>
+        <translation>Réessayez.</translation>
+    </message>
+    <message>
+        <source>It may have been done all the same: look at the computer before you try again.</source>
+        <translation>Cela a peut-être été fait malgré tout : regardez l'ordinateur avant de réessayer.</translation>
     </message>
 </context>
 <context>
@@ -588,6 +1509,100 @@
     <message>
         <source>Saved</source>
         <translation>Enregistré</translation>
+    </message>
+</context>
+<context>
+    <name>ScreensCard</name>
+    <message>
+        <source>Layout %1</source>
+        <translation>Écran %1</translation>
+    </message>
+    <message>
+        <source>Screens</source>
+        <translation>Écrans</translation>
+    </message>
+    <message>
+        <source>The screen layouts in the computer, and the one of each dive mode.</source>
+        <translation>Les mises en page des écrans de l'ordinateur, et celle de chaque mode de plongée.</translation>
+    </message>
+    <message>
+        <source>There are no layouts in the computer.</source>
+        <translation>Il n'y a pas de mise en page dans l'ordinateur.</translation>
+    </message>
+    <message>
+        <source>Save %1 in a file</source>
+        <translation>Enregistrer %1 dans un fichier</translation>
+    </message>
+    <message>
+        <source>Remove %1</source>
+        <translation>Retirer %1</translation>
+    </message>
+    <message>
+        <source>Add from a file…</source>
+        <translation>Ajouter depuis un fichier…</translation>
+    </message>
+    <message>
+        <source>In use</source>
+        <translation>En service</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Aucune</translation>
+    </message>
+    <message>
+        <source>Dive mode %1</source>
+        <translation>Mode de plongée %1</translation>
+    </message>
+    <message>
+        <source>Layout of dive mode %1</source>
+        <translation>Mise en page du mode de plongée %1</translation>
+    </message>
+    <message>
+        <source>Reading the layout</source>
+        <translation>Lecture de la mise en page</translation>
+    </message>
+    <message>
+        <source>Changing the layouts</source>
+        <translation>Modification des mises en page</translation>
+    </message>
+    <message>
+        <source>Choose another layout, or remove one to make room.</source>
+        <translation>Choisissez une autre mise en page, ou retirez-en une pour faire de la place.</translation>
+    </message>
+    <message>
+        <source>Add a layout</source>
+        <translation>Ajouter une mise en page</translation>
+    </message>
+    <message>
+        <source>Save the layout</source>
+        <translation>Enregistrer la mise en page</translation>
+    </message>
+    <message>
+        <source>Remove this layout?</source>
+        <translation>Retirer cette mise en page ?</translation>
+    </message>
+    <message>
+        <source>“%1” is lost unless you have saved it in a file. Dive modes that use it are left without a layout.</source>
+        <translation>« %1 » sera perdue si vous ne l'avez pas enregistrée dans un fichier. Les modes de plongée qui l'utilisent restent sans mise en page.</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Retirer</translation>
+    </message>
+</context>
+<context>
+    <name>Section</name>
+    <message>
+        <source>Read</source>
+        <translation>Lire</translation>
+    </message>
+    <message>
+        <source>Read from the computer: %1</source>
+        <translation>Lire dans l'ordinateur : %1</translation>
+    </message>
+    <message>
+        <source>Read again: %1</source>
+        <translation>Relire : %1</translation>
     </message>
 </context>
 <context>
@@ -891,6 +1906,129 @@
     <message>
         <source>Look whether its folder exists and may be read, then try again.</source>
         <translation>Vérifiez que son dossier existe et peut être lu, puis réessayez.</translation>
+    </message>
+</context>
+<context>
+    <name>SyncCard</name>
+    <message>
+        <source>Searching</source>
+        <translation>Recherche en cours</translation>
+    </message>
+    <message>
+        <source>Connecting</source>
+        <translation>Connexion en cours</translation>
+    </message>
+    <message>
+        <source>Connected</source>
+        <translation>Connecté</translation>
+    </message>
+    <message>
+        <source>Waiting for the end of an answer</source>
+        <translation>En attente de la fin d'une réponse</translation>
+    </message>
+    <message>
+        <source>Disconnecting</source>
+        <translation>Déconnexion en cours</translation>
+    </message>
+    <message>
+        <source>Not connected</source>
+        <translation>Non connecté</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n new dive(s) saved.</source>
+        <translation>
+            <numerusform>%n nouvelle plongée enregistrée.</numerusform>
+            <numerusform>%n nouvelles plongées enregistrées.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>No new dives.</source>
+        <translation>Pas de nouvelle plongée.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n dive(s) arrived damaged. The next synchronisation asks for them again.</source>
+        <translation>
+            <numerusform>%n plongée est arrivée abîmée. La prochaine synchronisation la redemandera.</numerusform>
+            <numerusform>%n plongées sont arrivées abîmées. La prochaine synchronisation les redemandera.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Cancelled.</source>
+        <translation>Annulé.</translation>
+    </message>
+    <message>
+        <source>Looking for new dives</source>
+        <translation>Recherche de nouvelles plongées</translation>
+    </message>
+    <message>
+        <source>Dive %1 of %2</source>
+        <translation>Plongée %1 sur %2</translation>
+    </message>
+    <message>
+        <source>Connection</source>
+        <translation>Connexion</translation>
+    </message>
+    <message>
+        <source>Synchronising</source>
+        <translation>Synchronisation…</translation>
+    </message>
+    <message>
+        <source>Synchronise</source>
+        <translation>Synchroniser</translation>
+    </message>
+    <message>
+        <source>Synchronisation</source>
+        <translation>Synchronisation</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Cancel the synchronisation</source>
+        <translation>Annuler la synchronisation</translation>
+    </message>
+    <message>
+        <source>Show the dives</source>
+        <translation>Voir les plongées</translation>
+    </message>
+    <message>
+        <source>Keep the computer switched on and near.</source>
+        <translation>Gardez l'ordinateur allumé et à proximité.</translation>
+    </message>
+    <message>
+        <source>Connect again</source>
+        <translation>Se reconnecter</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>Se connecter</translation>
+    </message>
+    <message>
+        <source>Stop connecting</source>
+        <translation>Arrêter la connexion</translation>
+    </message>
+    <message>
+        <source>Disconnect</source>
+        <translation>Se déconnecter</translation>
+    </message>
+    <message>
+        <source>Another computer…</source>
+        <translation>Autre ordinateur…</translation>
+    </message>
+</context>
+<context>
+    <name>TimeLeft</name>
+    <message>
+        <source>less than a minute left</source>
+        <translation>moins d'une minute restante</translation>
+    </message>
+    <message numerus="yes">
+        <source>about %n minute(s) left</source>
+        <translation>
+            <numerusform>environ %n minute restante</numerusform>
+            <numerusform>environ %n minutes restantes</numerusform>
+        </translation>
     </message>
 </context>
 <context>
