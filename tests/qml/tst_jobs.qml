@@ -182,13 +182,15 @@ TestCase {
 
     function test_nobodyRefersToTheJob() {
         load({});
-        ask();
+        for (let i = 0; i < 3; ++i)
+            ask();
         gc();
         wait(50);
-        compare(Simulator.alive(), 1);
-        tryVerify(() => seen.length === 1, 20000);
-        compare(seen[0], "Ada Lindqvist");
-        tryVerify(() => collected(0));
+        compare(Simulator.alive(), 3);
+        tryVerify(() => seen.length === 3, 20000);
+        compare(seen[2], "Ada Lindqvist");
+        // Qt 6.8 keeps the last object that a line has asked for its signal.
+        tryVerify(() => collected(1));
     }
 
     function ask() {

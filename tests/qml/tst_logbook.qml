@@ -439,18 +439,20 @@ TestCase {
     }
 
     function test_nobodyRefersToTheCall() {
-        ask();
+        for (let i = 0; i < 3; ++i)
+            ask();
         gc();
-        compare(Simulator.alive(), 1);
-        tryVerify(() => seen.length === 1, 20000);
-        compare(seen[0], []);
-        tryVerify(() => collected(0));
+        compare(Simulator.alive(), 3);
+        tryVerify(() => seen.length === 3, 20000);
+        compare(seen[2], LogbookError.NoError);
+        // Qt 6.8 keeps the last object that a line has asked for its signal.
+        tryVerify(() => collected(1));
     }
 
     function ask() {
         const asked = store.dives();
         Simulator.watch(asked);
-        asked.finished.connect(() => seen.push(asked.value)); // it refers to the call itself
+        asked.finished.connect(() => seen.push(asked.error)); // it refers to the call itself
     }
 
     function test_nobodyCaresForTheCall() {
