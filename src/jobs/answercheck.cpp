@@ -70,8 +70,11 @@ quint16 shifted(quint16 checksum, unsigned byte)
 QByteArray closingFrame(Code code)
 {
     const quint16 checksum = shifted(shifted(shifted(kChecksumBegin, quint8(code)), 0), 0);
-    return QByteArray("\xDC\xDC\x01\x00", 4) + char(checksum & 0xFFU) + char(checksum >> 8U)
-           + QByteArray(2, '\0') + char(code);
+    QByteArray frame("\xDC\xDC\x01\0\0\0\0\0\0", kHeaderSize + 1);
+    frame[4] = char(checksum & 0xFFU);
+    frame[5] = char(checksum >> 8U);
+    frame[kCodeAt] = char(code);
+    return frame;
 }
 
 } // namespace

@@ -16,20 +16,19 @@ constexpr auto kAcknowledgement = 2s;
 
 } // namespace
 
-Exchange::Exchange(ComputerLink *link)
-    : QObject(link), m_link(link), m_quiet(new QTimer(this)), m_longest(new QTimer(this))
+Exchange::Exchange(ComputerLink *link) : QObject(link), m_link(link), m_quiet(this), m_longest(this)
 {
-    for (QTimer *timer : {m_quiet, m_longest}) {
+    for (QTimer *timer : {&m_quiet, &m_longest}) {
         timer->setSingleShot(true);
         timer->setTimerType(Qt::PreciseTimer);
     }
-    connect(m_quiet, &QTimer::timeout, this, [this] {
+    connect(&m_quiet, &QTimer::timeout, this, [this] {
         if (m_whenQuiet)
             onQuiet(*m_whenQuiet);
-        else if (m_running) // nothing has acknowledged it
+        else // nothing has acknowledged it
             finish({});
     });
-    connect(m_longest, &QTimer::timeout, this, [this] {
+    connect(&m_longest, &QTimer::timeout, this, [this] {
         m_isNoisy = true;
         finish(m_whenQuiet.value_or(JobEnd{VardaJob::Damaged, Reason::Undecodable}));
     });
@@ -45,13 +44,9 @@ void Exchange::watch(VardaSession &session)
         return;
     m_watched = &session;
     m_check.reset();
-    connect(&session, &QObject::destroyed, this, [this, gone = &session] {
-        if (m_watched == gone)
-            m_watched = nullptr;
-    });
     connect(&session, &VardaSession::endCommand, this,
             [this](TidemarCommand::TidemarCommandIn command) {
-                if (!m_running || command != m_request.end)
+                if (command != m_request.end)
                     return;
                 m_ended = true;
                 judgeLater();
@@ -68,10 +63,8 @@ void Exchange::start(const Request &request)
     watch(m_link->session());
     m_request = request;
     const auto answer = request.answer.value_or(request.end);
-    if (m_check)
-        m_check = AnswerCheck(answer, *m_check);
-    else
-        m_check.emplace(answer);
+    m_check = m_check ? std::make_unique<AnswerCheck>(answer, *m_check)
+                      : std::make_unique<AnswerCheck>(answer);
     m_check->setUnlimited();
     m_collected = SessionDoor::collectsAnswers(answer);
     m_running = true;
@@ -80,11 +73,11 @@ void Exchange::start(const Request &request)
     m_whenQuiet.reset();
     m_doubt.reset();
     m_bytes = 0;
-    m_quiet->stop();
-    m_longest->stop();
+    m_quiet.stop();
+    m_longest.stop();
     // To a service that is frozen Qt would wait for half a minute, in the middle of a write.
     m_link->ping([this, serial = m_serial](Reason reason) {
-        if (!m_running || serial != m_serial)
+        if (serial != m_serial)
             return;
         judge(); // what came meanwhile belongs to the request before
         if (!m_running || m_whenQuiet)
@@ -100,25 +93,25 @@ void Exchange::start(const Request &request)
 
 void Exchange::send()
 {
+    if (m_request.ending == Request::Ending::AnyFrame)
+        m_quiet.start(kAcknowledgement);
     SessionDoor door(m_link->session());
     const Reason rejected = m_request.send(m_link->session(), door);
     if (rejected != Reason::None)
         finish({VardaJob::Rejected, rejected});
-    else if (m_running && m_request.ending == Request::Ending::AnyFrame)
-        m_quiet->start(kAcknowledgement);
 }
 
 void Exchange::abandon()
 {
     ++m_serial;
     m_running = false;
-    m_quiet->stop();
-    m_longest->stop();
+    m_quiet.stop();
+    m_longest.stop();
 }
 
 void Exchange::stopSteps()
 {
-    if (!m_running || m_link->state() != ComputerLink::State::Up)
+    if (!m_running)
         return;
     m_stopped = true;
     SessionDoor(m_link->session()).stopSteps();
@@ -143,8 +136,8 @@ void Exchange::judgeLater()
 {
     QMetaObject::invokeMethod(
         this,
-        [this, serial = m_serial] {
-            if (m_running && serial == m_serial)
+        [this] {
+            if (m_running)
                 judge();
         },
         Qt::QueuedConnection);
@@ -152,7 +145,7 @@ void Exchange::judgeLater()
 
 void Exchange::judge()
 {
-    if (m_whenQuiet || !m_check)
+    if (m_whenQuiet)
         return;
     if (const auto end = damage()) {
         finishWhenQuiet(*end);
@@ -171,12 +164,12 @@ void Exchange::judge()
 /** Whether its answer is one of several steps, none of which has to be the last. */
 bool Exchange::isStep() const
 {
-    return m_check && !m_check->hasEnd();
+    return !m_check->hasEnd();
 }
 
 std::optional<JobEnd> Exchange::damage() const
 {
-    if (m_tooMany || !m_check)
+    if (m_tooMany)
         return JobEnd{VardaJob::Damaged, Reason::TooManyNotifications};
     switch (m_check->finding()) {
     case AnswerCheck::Finding::Repeated:
@@ -202,8 +195,8 @@ void Exchange::finishWhenQuiet(const JobEnd &end)
     m_whenQuiet = end;
     if (m_sent)
         stopSteps();
-    m_quiet->start(kQuiet);
-    m_longest->start(kLongestNoise);
+    m_quiet.start(kQuiet);
+    m_longest.start(kLongestNoise);
 }
 
 void Exchange::onQuiet(const JobEnd &why)
@@ -231,8 +224,6 @@ void Exchange::finish(const JobEnd &end)
 
 void Exchange::onRefused(ExchangeError::ExchangeErrorIn error)
 {
-    if (!m_running)
-        return;
     switch (error) {
     case ExchangeError::InvalidCrc: // known already
         return;
@@ -260,13 +251,13 @@ void Exchange::written(QByteArrayView /*bytes*/)
 void Exchange::notified(QByteArrayView bytes)
 {
     m_awaiting = false;
-    if (m_running && m_check) {
+    if (m_running) {
         m_bytes += bytes.size();
         m_check->add(bytes.toByteArray());
         if (m_whenQuiet)
-            m_quiet->start(kQuiet);
-        else if (m_collected && m_check->isHopeless() && !m_longest->isActive())
-            m_longest->start(kLongestNoise); // the line may never be quiet
+            m_quiet.start(kQuiet);
+        else if (m_collected && m_check->isHopeless() && !m_longest.isActive())
+            m_longest.start(kLongestNoise); // the line may never be quiet
     }
     Q_EMIT alive();
 }
@@ -287,7 +278,7 @@ void Exchange::tooManyNotifications()
 
 void Exchange::answerProcessed()
 {
-    if (!m_running || !m_check)
+    if (!m_running)
         return;
     if (m_collected)
         m_check->onQuiet();

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <QtCore/qobject.h>
+#include <QtCore/qpointer.h>
 #include <QtCore/qtimer.h>
 
+#include <memory>
 #include <optional>
 
 #include "jobs/answercheck_p.h"
@@ -72,9 +74,9 @@ private:
     void answerProcessed() override;
 
     ComputerLink *m_link;
-    VardaSession *m_watched = nullptr;
+    QPointer<VardaSession> m_watched;
     Request m_request;
-    std::optional<AnswerCheck> m_check;
+    std::unique_ptr<AnswerCheck> m_check; ///< while it runs, and of the last request
     bool m_collected = false;
     bool m_running = false;
     bool m_sent = false;
@@ -89,6 +91,6 @@ private:
     std::optional<quint64> m_doubt;
     qint64 m_bytes = 0;
     quint64 m_serial = 0;
-    QTimer *m_quiet;
-    QTimer *m_longest;
+    QTimer m_quiet;
+    QTimer m_longest;
 };

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "jobs/jobengine_p.h"
 
-#include "jobs/work/readings_p.h"
 #include "logging_p.h"
 
 using namespace Qt::StringLiterals;
@@ -31,9 +30,9 @@ JobEngine::JobEngine(QObject *parent)
     : QObject(parent),
       m_link(new ComputerLink(this)),
       m_exchange(new Exchange(m_link)),
-      m_tick(new QTimer(this)),
-      m_settling(new QTimer(this)),
-      m_lingering(new QTimer(this))
+      m_tick(this),
+      m_settling(this),
+      m_lingering(this)
 {
     connect(m_link, &ComputerLink::stateChanged, this, &JobEngine::updateState);
     connect(m_link, &ComputerLink::opened, this, &JobEngine::onLinkOpened);
@@ -42,20 +41,17 @@ JobEngine::JobEngine(QObject *parent)
     connect(m_link, &ComputerLink::closed, this, &JobEngine::onLinkClosed);
     connect(m_exchange, &Exchange::ended, this, &JobEngine::onExchangeEnded);
     connect(m_exchange, &Exchange::alive, this, &JobEngine::onAlive);
-    m_tick->setInterval(kTick);
-    connect(m_tick, &QTimer::timeout, this, &JobEngine::onTick);
-    for (QTimer *timer : {m_settling, m_lingering})
+    m_tick.setInterval(kTick);
+    connect(&m_tick, &QTimer::timeout, this, &JobEngine::onTick);
+    for (QTimer *timer : {&m_settling, &m_lingering})
         timer->setSingleShot(true);
-    connect(m_settling, &QTimer::timeout, this, [this] {
+    connect(&m_settling, &QTimer::timeout, this, [this] {
         m_exchange->abandon();
         if (m_phase == Phase::Cancelling)
             endCurrent({VardaJob::Cancelled, Reason::ByCaller});
         closeLink();
     });
-    connect(m_lingering, &QTimer::timeout, this, [this] {
-        if (!m_current && m_phase == Phase::Free)
-            closeLink();
-    });
+    connect(&m_lingering, &QTimer::timeout, this, [this] { closeLink(); });
 }
 
 JobEngine::~JobEngine()
@@ -96,14 +92,12 @@ void JobEngine::advance()
 
 const Request *JobEngine::nextRequest()
 {
-    static const Request kIdentification = Requests::identification();
-    static const Request kBootloader = Requests::bootloaderVersion();
     const Work &work = *current().work;
     m_ownRequest = true;
-    if ((work.needsIdentity || work.needsBootloader) && !m_identified)
-        return &kIdentification;
+    if (work.needsIdentity && !m_identified)
+        return &m_identification;
     if (work.needsBootloader && !m_bootloaderKnown)
-        return &kBootloader;
+        return &m_bootloaderVersion;
     m_ownRequest = false;
     return current().work->next();
 }
@@ -116,10 +110,8 @@ void JobEngine::ask(const Request &request)
     m_lossExpected = false;
     current().bytes = 0;
     setPhase(Phase::Asking);
-    VardaJob *const job = m_current;
     current().setState(VardaJob::Running);
-    if (isRunning(job) && m_phase == Phase::Asking)
-        m_exchange->start(m_request);
+    m_exchange->start(m_request);
 }
 
 void JobEngine::onExchangeEnded(const JobEnd &end)
@@ -135,19 +127,16 @@ void JobEngine::onExchangeEnded(const JobEnd &end)
             settled();
         return;
     }
-    if (m_phase != Phase::Asking)
-        return;
-    if (!m_current || current().isEnding()) {
-        setPhase(Phase::Free);
+    setPhase(Phase::Free);
+    if (!isAtWork()) {
         goOn();
         return;
     }
-    setPhase(Phase::Free);
     // Whether equal frames are sound or came twice, a second answer decides.
     const auto doubt = m_exchange->doubt();
     if (end.isGood() || (doubt && m_doubt == doubt)) {
         onAnswered();
-    } else if (doubt && !m_doubt && m_request.repeatable) {
+    } else if (doubt && !m_doubt) {
         m_doubt = doubt;
         advance();
     } else if (m_exchange->isNoisy()) {
@@ -183,7 +172,7 @@ void JobEngine::onAnswered()
         m_lossExpected = true;
         if (m_exchange->isAwaiting()) {
             setPhase(Phase::Settling);
-            m_settling->start(kCloseTime);
+            m_settling.start(kCloseTime);
         }
         endCurrent({}, current().work->result());
         return;
@@ -199,7 +188,7 @@ void JobEngine::onTick()
     m_hadGap = m_hadGap || gap;
     const auto tick = gap ? kTick : elapsed;
     const bool hasLimit = m_phase != Phase::Held && m_phase != Phase::Cancelling;
-    if (!m_current || current().isEnding() || !hasLimit)
+    if (current().isEnding() || !hasLimit)
         return;
     m_altogether += tick;
     if (m_phase == Phase::Opening)
@@ -281,7 +270,7 @@ QString JobEngine::computerName() const
 
 VardaIdentity JobEngine::identity() const
 {
-    if (!m_link->hasSession() || !m_identified)
+    if (!m_identified)
         return {};
     return identityOf(m_link->session());
 }

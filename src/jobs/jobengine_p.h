@@ -15,6 +15,7 @@
 #include "jobs/exchange_p.h"
 #include "jobs/link/computerlink_p.h"
 #include "jobs/vardajob_p.h"
+#include "jobs/work/readings_p.h"
 
 /**
  * The queue of one computer, and the one job that has the line: connects for it, asks its requests
@@ -102,6 +103,8 @@ private:
     void onLimit();
 
     [[nodiscard]] VardaJobPrivate &current() const { return VardaJobPrivate::of(*m_current); }
+    /** Whether there is a job, and it has not ended. */
+    [[nodiscard]] bool isAtWork() const { return m_current && !current().isEnding(); }
     [[nodiscard]] bool isRunning(const VardaJob *job) const;
     [[nodiscard]] std::chrono::milliseconds silenceLimit() const;
     [[nodiscard]] int &tries();
@@ -120,6 +123,8 @@ private:
     VardaJob *m_current = nullptr;
     QList<VardaJob *> m_closers; ///< wait for the link to be down
 
+    const Request m_identification = Requests::identification();
+    const Request m_bootloaderVersion = Requests::bootloaderVersion();
     bool m_identified = false;
     bool m_bootloaderKnown = false;
     bool m_lossExpected = false;
@@ -134,12 +139,12 @@ private:
     bool m_closesForJob = false;   ///< and goes on with it, or ends it, when the link is down
 
     // Clocks of the job that runs
-    QTimer *m_tick;
+    QTimer m_tick;
     QElapsedTimer m_sinceTick;
     std::chrono::milliseconds m_connecting{0};
     std::chrono::milliseconds m_silent{0};
     std::chrono::milliseconds m_altogether{0};
     bool m_hadGap = false;
-    QTimer *m_settling;
-    QTimer *m_lingering;
+    QTimer m_settling;
+    QTimer m_lingering;
 };

@@ -12,13 +12,12 @@ void JobEngine::add(VardaJob *job)
 
 bool JobEngine::isRunning(const VardaJob *job) const
 {
-    return job && m_current == job && !current().isEnding();
+    return m_current == job && isAtWork();
 }
 
 void JobEngine::goOn()
 {
-    if (m_current || m_phase == Phase::Cancelling || m_phase == Phase::Settling
-        || m_phase == Phase::Closing)
+    if (m_current || m_phase == Phase::Settling || m_phase == Phase::Closing)
         return;
     if (m_phase == Phase::Opening
         && (m_queue.isEmpty() || !mayShareAttempt(*m_queue.constFirst()))) {
@@ -28,12 +27,12 @@ void JobEngine::goOn()
     if (!m_queue.isEmpty())
         run(m_queue.takeFirst());
     else if (m_link->state() == ComputerLink::State::Up && m_linger)
-        m_lingering->start(*m_linger);
+        m_lingering.start(*m_linger);
 }
 
 void JobEngine::run(VardaJob *job)
 {
-    m_lingering->stop();
+    m_lingering.stop();
     m_current = job;
     m_tries = m_checkTries = 0;
     m_doubt.reset();
@@ -41,7 +40,7 @@ void JobEngine::run(VardaJob *job)
     m_unclear = false;
     m_connecting = m_silent = m_altogether = 0ms;
     m_sinceTick.start();
-    m_tick->start();
+    m_tick.start();
     const QPointer<JobEngine> alive(this);
     Q_EMIT currentJobChanged();
     if (!alive || !isRunning(job))
@@ -60,7 +59,7 @@ void JobEngine::release(VardaJob *job)
     if (m_current != job)
         return;
     m_current = nullptr;
-    m_tick->stop();
+    m_tick.stop();
     Q_EMIT currentJobChanged();
 }
 
@@ -74,7 +73,7 @@ void JobEngine::forget(VardaJob *job)
     if (m_current != job)
         return;
     m_current = nullptr;
-    m_tick->stop();
+    m_tick.stop();
     m_closesForJob = false;
     if (m_phase == Phase::Asking || m_phase == Phase::Cancelling)
         settle(Phase::Settling);
@@ -159,27 +158,22 @@ void JobEngine::setDevice(const BleDeviceInfo &device)
     if (same)
         return;
     m_identified = m_bootloaderKnown = false;
-    const QPointer<JobEngine> alive(this);
     disconnectLink(nullptr, Reason::ByOtherDevice);
-    if (alive)
-        Q_EMIT deviceChanged();
+    Q_EMIT deviceChanged();
 }
 
 void JobEngine::setLinger(std::chrono::milliseconds time)
 {
-    m_lingering->stop();
+    m_lingering.stop();
     m_linger.reset();
     if (time >= 0ms)
         m_linger = time;
-    if (!m_current && m_phase == Phase::Free)
-        QMetaObject::invokeMethod(this, &JobEngine::goOn, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &JobEngine::goOn, Qt::QueuedConnection);
 }
 
 void JobEngine::wake(VardaJob *job)
 {
-    if (!isRunning(job))
-        return;
-    if (m_phase == Phase::Held && !current().work->isHeld()) {
+    if (isRunning(job) && m_phase == Phase::Held) {
         setPhase(Phase::Free);
         advance();
     }

@@ -31,8 +31,8 @@ bool JobEngine::mayAskAgain(const JobEnd &end)
     if (end.error == VardaJob::NoBluetooth && end.reason != Reason::ServiceGone)
         return false;
     // A firmware may not know the request, a write may always be too long.
-    const bool once = (end.reason == Reason::NoAnswer && m_exchange->bytes() == 0)
-                      || end.reason == Reason::WriteFailed || end.reason == Reason::SmallMtu;
+    const bool once = end.reason == Reason::NoAnswer || end.reason == Reason::WriteFailed
+                      || end.reason == Reason::SmallMtu;
     return tries() < std::min(current().retries, once ? 1 : current().retries);
 }
 
@@ -53,8 +53,7 @@ void JobEngine::onNotAnswered(const JobEnd &end)
         qCInfo(lcSession).noquote()
             << "asking again for" << m_request.what << "after" << end.reason;
         current().setState(VardaJob::Recovering);
-        if (isRunning(job))
-            advance();
+        advance();
         return;
     }
     tries() = 0;
@@ -79,12 +78,12 @@ void JobEngine::settle(Phase phase)
 {
     m_exchange->stopSteps();
     setPhase(phase);
-    m_settling->start(kSettleTime);
+    m_settling.start(kSettleTime);
 }
 
 void JobEngine::settled()
 {
-    m_settling->stop();
+    m_settling.stop();
     setPhase(Phase::Free);
     goOn();
 }
@@ -112,10 +111,7 @@ void JobEngine::openLink()
     const bool again = m_cause.has_value();
     setPhase(Phase::Opening);
     m_connecting = 0ms;
-    VardaJob *const job = m_current;
     current().setState(again ? VardaJob::Recovering : VardaJob::Connecting);
-    if (!isRunning(job) || m_phase != Phase::Opening)
-        return;
     m_opensForWriter = current().work->writes;
     m_link->open({.device = m_device,
                   .onlyOne = m_opensForWriter,
@@ -139,7 +135,7 @@ void JobEngine::onLinkOpened()
     }
     if (!alive || m_phase != Phase::Free || m_link->state() != ComputerLink::State::Up)
         return;
-    if (m_current && !current().isEnding())
+    if (isAtWork())
         advance();
     else
         goOn();
@@ -148,7 +144,7 @@ void JobEngine::onLinkOpened()
 void JobEngine::onLinkFailed(const JobEnd &end)
 {
     setPhase(Phase::Free);
-    if (m_current && !current().isEnding()) {
+    if (isAtWork()) {
         JobEnd own = end;
         if (end.error == VardaJob::NoBluetooth)
             own = end;
@@ -178,7 +174,7 @@ void JobEngine::onLinkLost(const JobEnd &end)
     const QPointer<JobEngine> alive(this);
     if (m_phase == Phase::Settling || m_phase == Phase::Cancelling) {
         m_exchange->abandon();
-        m_settling->stop();
+        m_settling.stop();
         const bool cancelling = m_phase == Phase::Cancelling;
         if (cancelling)
             endCurrent({VardaJob::Cancelled, Reason::ByCaller});
@@ -200,8 +196,8 @@ void JobEngine::onLinkLost(const JobEnd &end)
 
 void JobEngine::closeLink(const JobEnd &why)
 {
-    m_lingering->stop();
-    m_settling->stop();
+    m_lingering.stop();
+    m_settling.stop();
     m_unclear = isUnclear();
     m_exchange->abandon();
     setPhase(Phase::Closing);
@@ -221,7 +217,7 @@ void JobEngine::onLinkClosed(const JobEnd &why)
     const QList<VardaJob *> closers = std::exchange(m_closers, {});
     for (VardaJob *job : closers)
         VardaJobPrivate::of(*job).end({});
-    if (std::exchange(m_closesForJob, false) && m_current && !current().isEnding())
+    if (std::exchange(m_closesForJob, false) && isAtWork())
         onNotAnswered(why);
     else
         goOn();

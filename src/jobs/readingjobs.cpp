@@ -35,8 +35,7 @@ Request gasTable(std::uint8_t number)
 QStringList linesOf(const QString &log)
 {
     QStringList lines = log.split(u'\n');
-    if (lines.constLast().isEmpty())
-        lines.removeLast();
+    lines.removeLast(); // behind the end of the last line there is nothing
     return lines;
 }
 
@@ -63,7 +62,10 @@ VardaReply<VardaGasTables> *VardaComputer::readGasTables()
         return QVariant::fromValue(
             VardaGasTables{session.config().gasTable1, session.config().gasTable2});
     };
-    return d->list<VardaReply<VardaGasTables>>(u"gas tables"_s, {gasTable(0), gasTable(1)}, take);
+    QList<Request> requests;
+    requests.append(gasTable(0));
+    requests.append(gasTable(1));
+    return d->list<VardaReply<VardaGasTables>>(u"gas tables"_s, requests, take);
 }
 
 VardaReply<QString> *VardaComputer::readOwner()

@@ -15,19 +15,19 @@ SearchJobPrivate::SearchJobPrivate(std::chrono::seconds searchTime, bool everyth
 
 void SearchJobPrivate::start()
 {
-    m_search = new DeviceSearch(q);
-    m_watch = new BluetoothWatch(q);
-    QObject::connect(m_search, &DeviceSearch::seen, q,
+    m_search = std::make_unique<DeviceSearch>();
+    m_watch = std::make_unique<BluetoothWatch>();
+    QObject::connect(m_search.get(), &DeviceSearch::seen, q,
                      [this](const BleDeviceInfo &device) { onSeen(device); });
-    QObject::connect(m_search, &DeviceSearch::finished, q, [this] { finish({}); });
-    QObject::connect(m_search, &DeviceSearch::failed, q,
+    QObject::connect(m_search.get(), &DeviceSearch::finished, q, [this] { finish({}); });
+    QObject::connect(m_search.get(), &DeviceSearch::failed, q,
                      [this](DeviceSearch::Failure failure, const QString &) {
                          m_watch->findOut([this, failure](Reason reason) {
                              finish({VardaJob::NoBluetooth,
                                      reason == Reason::None ? failureReason(failure) : reason});
                          });
                      });
-    QObject::connect(m_watch, &BluetoothWatch::lost, q,
+    QObject::connect(m_watch.get(), &BluetoothWatch::lost, q,
                      [this](Reason reason) { finish({VardaJob::NoBluetooth, reason}); });
     setState(VardaJob::Running);
     m_watch->check([this](Reason reason) {
@@ -42,8 +42,8 @@ void SearchJobPrivate::start()
 
 void SearchJobPrivate::onSeen(const BleDeviceInfo &device)
 {
-    if (isEnding() || device.name().isEmpty()
-        || (!allDevices && !VardaComputer::isComputerName(device.name())))
+    const QString called = device.name();
+    if (called.isEmpty() || (!allDevices && !VardaComputer::isComputerName(called)))
         return;
     auto *const job = static_cast<SearchJob *>(q);
     const auto it = std::find_if(devices.begin(), devices.end(), [&](const BleDeviceInfo &each) {

@@ -4,6 +4,7 @@
 #include <QtCore/qlist.h>
 
 #include <chrono>
+#include <memory>
 
 #include <varda/bledeviceinfo.h>
 #include <varda/searchjob.h>
@@ -27,6 +28,6 @@ public:
 private:
     void onSeen(const BleDeviceInfo &device);
 
-    DeviceSearch *m_search = nullptr; ///< a child of the job, as the watch
-    BluetoothWatch *m_watch = nullptr;
+    std::unique_ptr<DeviceSearch> m_search;
+    std::unique_ptr<BluetoothWatch> m_watch;
 };

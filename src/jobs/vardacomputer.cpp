@@ -27,7 +27,7 @@ template <> VardaJob *VardaComputerPrivate::create<VardaJob>(VardaJobPrivate *d)
 
 VardaComputerPrivate::~VardaComputerPrivate()
 {
-    delete engine; // ends the jobs
+    engine.reset(); // ends the jobs
     if (!home)
         return;
     const auto searches = home->findChildren<SearchJob *>(Qt::FindDirectChildrenOnly);
@@ -40,7 +40,7 @@ VardaComputerPrivate::~VardaComputerPrivate()
 void VardaComputerPrivate::takeIn(VardaJob *job)
 {
     if (!home) // not before: the computer may have been moved since it was made
-        home = new JobHome;
+        home = std::make_unique<JobHome>().release();
     job->setParent(home);
 }
 
@@ -48,10 +48,11 @@ VardaComputer::VardaComputer(QObject *parent)
     : QObject(parent), d(std::make_unique<VardaComputerPrivate>(this))
 {
     qRegisterMetaType<BleDeviceInfo>("BleDeviceInfo");
-    connect(d->engine, &JobEngine::stateChanged, this, &VardaComputer::stateChanged);
-    connect(d->engine, &JobEngine::deviceChanged, this, &VardaComputer::deviceChanged);
-    connect(d->engine, &JobEngine::currentJobChanged, this, &VardaComputer::currentJobChanged);
-    connect(d->engine, &JobEngine::linkLost, this, &VardaComputer::linkLost);
+    connect(d->engine.get(), &JobEngine::stateChanged, this, &VardaComputer::stateChanged);
+    connect(d->engine.get(), &JobEngine::deviceChanged, this, &VardaComputer::deviceChanged);
+    connect(d->engine.get(), &JobEngine::currentJobChanged, this,
+            &VardaComputer::currentJobChanged);
+    connect(d->engine.get(), &JobEngine::linkLost, this, &VardaComputer::linkLost);
 }
 
 VardaComputer::~VardaComputer()
@@ -111,7 +112,7 @@ QList<VardaJob *> VardaComputer::waitingJobs() const
 
 SearchJob *VardaComputer::search(std::chrono::seconds time, bool allDevices)
 {
-    return d->adopt<SearchJob>(new SearchJobPrivate(time, allDevices));
+    return d->adopt<SearchJob>(std::make_unique<SearchJobPrivate>(time, allDevices));
 }
 
 VardaJob *VardaComputer::connectToComputer()
@@ -129,7 +130,7 @@ VardaJob *VardaComputer::connectToOnlyComputer()
 VardaJob *VardaComputer::disconnectFromComputer()
 {
     auto *const job = d->adopt<VardaJob>(
-        new VardaJobPrivate(d->engine, u"disconnection"_s, nullptr));
+        std::make_unique<VardaJobPrivate>(d->engine.get(), u"disconnection"_s, nullptr));
     d->engine->disconnectLink(job, Reason::ByDisconnect);
     return job;
 }

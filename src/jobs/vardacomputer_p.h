@@ -15,22 +15,23 @@ class VardaComputerPrivate
 {
 public:
     explicit VardaComputerPrivate(VardaComputer *computer)
-        : q(computer), engine(new JobEngine(computer))
+        : q(computer), engine(std::make_unique<JobEngine>(computer))
     {
     }
     ~VardaComputerPrivate();
     Q_DISABLE_COPY_MOVE(VardaComputerPrivate)
 
-    template <typename Job> Job *adopt(VardaJobPrivate *d)
+    template <typename Job> Job *adopt(std::unique_ptr<VardaJobPrivate> d)
     {
-        Job *const job = create<Job>(d);
+        Job *const job = create<Job>(d.release());
         takeIn(job);
         return job;
     }
 
     template <typename Job> Job *queue(QString name, std::unique_ptr<Work> work)
     {
-        Job *const job = adopt<Job>(new VardaJobPrivate(engine, std::move(name), std::move(work)));
+        Job *const job = adopt<Job>(
+            std::make_unique<VardaJobPrivate>(engine.get(), std::move(name), std::move(work)));
         engine->add(job);
         return job;
     }
@@ -59,7 +60,7 @@ public:
     void takeIn(VardaJob *job);
 
     VardaComputer *q;
-    JobEngine *engine;
+    std::unique_ptr<JobEngine> engine;
     JobHome *home = nullptr;
 };
 

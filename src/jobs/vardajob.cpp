@@ -21,8 +21,8 @@ VardaJobPrivate::~VardaJobPrivate() = default;
 
 std::chrono::milliseconds VardaJobPrivate::totalLimitNow() const
 {
-    return totalLimit.value_or(work && work->isLong ? std::chrono::milliseconds(0)
-                                                    : std::chrono::milliseconds(kTotalLimit));
+    return totalLimit.value_or(work->isLong ? std::chrono::milliseconds(0)
+                                            : std::chrono::milliseconds(kTotalLimit));
 }
 
 void VardaJobPrivate::setState(VardaJob::State state)
@@ -96,7 +96,7 @@ void VardaJobPrivate::report()
         alive->deleteLater();
 }
 
-VardaJob::VardaJob(Unit unit) : VardaJob(new VardaJobPrivate)
+VardaJob::VardaJob(Unit unit) : VardaJob(std::make_unique<VardaJobPrivate>().release())
 {
     d->unit = unit;
 }

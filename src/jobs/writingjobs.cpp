@@ -19,14 +19,13 @@ bool isTooLong(qsizetype payload, const SessionDoor &door)
 Request writing(QString what, TidemarCommand::TidemarCommandIn end,
                 std::function<void(VardaSession &)> start)
 {
-    return {.what = std::move(what),
-            .end = end,
-            .send =
-                [start = std::move(start)](VardaSession &session, SessionDoor &) {
-                    start(session);
-                    return Reason::None;
-                },
-            .writes = true};
+    Request request = Requests::command(std::move(what), end);
+    request.writes = true;
+    request.send = [start = std::move(start)](VardaSession &session, SessionDoor &) {
+        start(session);
+        return Reason::None;
+    };
+    return request;
 }
 
 Request once(Request request)
@@ -54,16 +53,14 @@ QVariant deleteResult(VardaSession &session, SessionDoor &, const Exchange &)
 
 VardaReply<QString> *VardaComputer::writeOwner(const QString &owner)
 {
-    const Request request{.what = u"owner"_s,
-                          .end = TidemarCommand::Set_owner,
-                          .send =
-                              [owner](VardaSession &session, SessionDoor &door) {
-                                  if (isTooLong(owner.toUtf8().size(), door))
-                                      return Reason::TooLong;
-                                  session.setOwner(owner);
-                                  return Reason::None;
-                              },
-                          .writes = true};
+    Request request = Requests::command(u"owner"_s, TidemarCommand::Set_owner);
+    request.writes = true;
+    request.send = [owner](VardaSession &session, SessionDoor &door) {
+        if (isTooLong(owner.toUtf8().size(), door))
+            return Reason::TooLong;
+        session.setOwner(owner);
+        return Reason::None;
+    };
     const auto take = [](VardaSession &session, SessionDoor &, const Exchange &) {
         return QVariant(session.owner());
     };
@@ -85,20 +82,19 @@ VardaReply<std::int64_t> *VardaComputer::setClock()
 VardaReply<VardaSensors> *VardaComputer::writeSurfacePressure(std::uint32_t pressure)
 {
     // One that was lost on the way must not keep the next from being sent.
-    const Request request{.what = u"surface pressure"_s,
-                          .end = TidemarCommand::Set_sensors,
-                          .send =
-                              [pressure](VardaSession &session, SessionDoor &door) {
-                                  door.forgetPressure();
-                                  session.startSetPressure(pressure);
-                                  return Reason::None;
-                              },
-                          .writes = true};
+    Request request = Requests::command(u"surface pressure"_s, TidemarCommand::Set_sensors);
+    request.writes = true;
+    request.send = [pressure](VardaSession &session, SessionDoor &door) {
+        door.forgetPressure();
+        session.startSetPressure(pressure);
+        return Reason::None;
+    };
     const auto take = [](VardaSession &session, SessionDoor &, const Exchange &) {
         return QVariant::fromValue(sensorsOf(session));
     };
-    return d->list<VardaReply<VardaSensors>>(u"surface pressure"_s,
-                                             QList<Request>{request} + Requests::sensors(), take);
+    QList<Request> requests = Requests::sensors();
+    requests.prepend(request);
+    return d->list<VardaReply<VardaSensors>>(u"surface pressure"_s, requests, take);
 }
 
 VardaJob *VardaComputer::writeSettings(const MarloSettings &settings)

@@ -48,13 +48,21 @@ Adapters adaptersIn(const QDBusArgument &objects)
             if (interface != kAdapter)
                 continue;
             found.any = true;
-            found.powered = found.powered || properties.value(u"Powered"_s, true).toBool();
+            if (properties.value(u"Powered"_s, true).toBool())
+                found.powered = true;
         }
         objects.endMap();
         objects.endMapEntry();
     }
     objects.endMap();
     return found;
+}
+
+/** Of a service that the bus starts, and cannot, there are many errors. */
+bool cannotStart(const QString &error)
+{
+    return error.startsWith("org.freedesktop.systemd1."_L1)
+           || error.startsWith("org.freedesktop.DBus.Error.Spawn."_L1);
 }
 
 Reason reasonOf(const QDBusMessage &reply)
@@ -70,11 +78,7 @@ Reason reasonOf(const QDBusMessage &reply)
         case QDBusError::TimedOut:
             return Reason::ServiceFrozen;
         default:
-            // A service that starts by the bus and cannot has many errors of its own.
-            return reply.errorName().startsWith("org.freedesktop.systemd1."_L1)
-                           || reply.errorName().startsWith("org.freedesktop.DBus.Error.Spawn."_L1)
-                       ? Reason::ServiceGone
-                       : Reason::None;
+            return cannotStart(reply.errorName()) ? Reason::ServiceGone : Reason::None;
         }
     }
     if (reply.signature() != "a{oa{sa{sv}}}"_L1) // of another call
@@ -99,7 +103,7 @@ BluetoothWatch::BluetoothWatch(QObject *parent) : QObject(parent)
                 SLOT(onInterfacesRemoved(QDBusObjectPath, QStringList)));
     // Only the adapter's: each notification of a computer is such a message too.
     bus.connect(kBluez, QString(), u"org.freedesktop.DBus.Properties"_s, u"PropertiesChanged"_s,
-                {kAdapter}, u"sa{sv}as"_s, this,
+                QStringList(kAdapter), u"sa{sv}as"_s, this,
                 SLOT(onPropertiesChanged(QString, QVariantMap, QStringList)));
 }
 
@@ -134,7 +138,7 @@ void BluetoothWatch::ping(std::function<void(Reason)> answered)
     // Any answer will do, and this one is short: an error, since the root has no properties.
     QDBusMessage message = QDBusMessage::createMethodCall(
         kBluez, u"/"_s, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-    message.setArguments({kAdapter, u"Powered"_s});
+    message << kAdapter << u"Powered"_s;
     call(message, [answered = std::move(answered)](Reason reason) {
         answered(reason == Reason::ServiceFrozen ? reason : Reason::None);
     });
@@ -185,7 +189,6 @@ void BluetoothWatch::ping(std::function<void(Reason)> answered)
 void BluetoothWatch::check(std::function<void(Reason)> answered)
 {
     ask([this, asked = ++m_asked, answered = std::move(answered)](Reason reason) {
-        m_hadAdapter = m_hadAdapter || reason == Reason::None;
         if (asked == m_asked)
             answered(reason);
     });
@@ -193,8 +196,8 @@ void BluetoothWatch::check(std::function<void(Reason)> answered)
 
 void BluetoothWatch::findOut(std::function<void(Reason)> answered)
 {
-    check([this, answered = std::move(answered)](Reason reason) {
-        answered(reason == Reason::NoAdapter && m_hadAdapter ? Reason::AdapterRemoved : reason);
+    check([answered = std::move(answered)](Reason reason) {
+        answered(reason == Reason::NoAdapter ? Reason::AdapterRemoved : reason);
     });
 }
 

@@ -54,7 +54,6 @@ private:
 #endif
     void ask(std::function<void(VardaJob::Reason)> answered);
 
-    bool m_hadAdapter = false;
     quint64 m_asked = 0; ///< counts what was asked, so that a late answer is known
 };
 

@@ -33,23 +33,19 @@ bool sameAddress(const BleDeviceInfo &one, const BleDeviceInfo &other)
 }
 
 ComputerLink::ComputerLink(QObject *parent)
-    : QObject(parent),
-      m_watch(new BluetoothWatch(this)),
-      m_search(new DeviceSearch(this)),
-      m_timer(new QTimer(this))
+    : QObject(parent), m_watch(this), m_search(this), m_timer(this)
 {
-    m_timer->setSingleShot(true);
-    connect(m_watch, &BluetoothWatch::lost, this, &ComputerLink::onBluetoothLost);
-    connect(m_watch, &BluetoothWatch::back, this, [this] {
+    m_timer.setSingleShot(true);
+    connect(&m_watch, &BluetoothWatch::lost, this, &ComputerLink::onBluetoothLost);
+    connect(&m_watch, &BluetoothWatch::back, this, [this] {
         if (m_patience > 0)
             begin();
     });
-    connect(m_search, &DeviceSearch::seen, this, &ComputerLink::onSeen);
-    connect(m_search, &DeviceSearch::finished, this, [this] { post([this] { choose(); }); });
-    connect(m_search, &DeviceSearch::failed, this,
-            [this](DeviceSearch::Failure failure, const QString &text) {
-                post([this, failure, text] { onSearchFailed(failure, text); });
-            });
+    connect(&m_search, &DeviceSearch::seen, this, &ComputerLink::onSeen);
+    connect(&m_search, &DeviceSearch::finished, this, [this] { post([this] { choose(); }); });
+    connect(&m_search, &DeviceSearch::failed, this, [this](DeviceSearch::Failure failure) {
+        post([this, failure] { onSearchFailed(failure); });
+    });
 }
 
 ComputerLink::~ComputerLink()
@@ -74,9 +70,8 @@ void ComputerLink::post(std::function<void()> function)
 /** What fails may be the first sign of an adapter that was switched off. */
 void ComputerLink::explain(const JobEnd &end, std::function<void(const JobEnd &)> report)
 {
-    m_watch->findOut([this, serial = m_serial, end, report = std::move(report)](Reason reason) {
-        if (serial == m_serial)
-            report(reason == Reason::None ? end : JobEnd{VardaJob::NoBluetooth, reason});
+    m_watch.findOut([end, report = std::move(report)](Reason reason) {
+        report(reason == Reason::None ? end : JobEnd{VardaJob::NoBluetooth, reason});
     });
 }
 
@@ -104,10 +99,10 @@ void ComputerLink::open(const Wish &wish)
 void ComputerLink::stopTrying()
 {
     ++m_serial;
-    m_watch->forget();
-    m_search->stop();
-    m_timer->stop();
-    m_timer->disconnect(this);
+    m_watch.forget();
+    m_search.stop();
+    m_timer.stop();
+    m_timer.disconnect(this);
     ConnectingTurn::release(this);
 }
 
@@ -115,10 +110,7 @@ void ComputerLink::begin()
 {
     stopTrying();
     setState(State::Searching);
-    m_watch->check([this, serial = m_serial](Reason reason) {
-        if (serial == m_serial)
-            onBluetoothKnown(reason);
-    });
+    m_watch.check([this](Reason reason) { onBluetoothKnown(reason); });
 }
 
 void ComputerLink::onBluetoothKnown(Reason reason)
@@ -130,8 +122,8 @@ void ComputerLink::onBluetoothKnown(Reason reason)
     // The service has its name before it has its adapter, and the adapter before it is on.
     if (m_patience > 0 && reason != Reason::PermissionDenied) {
         --m_patience;
-        connect(m_timer, &QTimer::timeout, this, &ComputerLink::begin);
-        m_timer->start(1s);
+        connect(&m_timer, &QTimer::timeout, this, &ComputerLink::begin);
+        m_timer.start(1s);
         return;
     }
     fail({VardaJob::NoBluetooth, reason});
@@ -157,8 +149,8 @@ void ComputerLink::connectTo(const BleDeviceInfo &device)
     ConnectingTurn::ask(this, [this, serial = m_serial] {
         if (serial != m_serial)
             return;
-        connect(m_timer, &QTimer::timeout, this, &ComputerLink::onAttemptFailed);
-        m_timer->start(kAttemptTime);
+        connect(&m_timer, &QTimer::timeout, this, &ComputerLink::onAttemptFailed);
+        m_timer.start(kAttemptTime);
         SessionDoor door(*m_session);
         door.liftLimits(!m_mode);
         door.observe(&m_notes);
@@ -172,14 +164,14 @@ void ComputerLink::makeSession()
     connect(m_session.get(), &VardaSession::createControllerStatus, this,
             [this](CreateControllerStatus::CreateControllerStatusIn status) {
                 if (status != CreateControllerStatus::Created)
-                    post([this] { onAttemptFailed(); });
+                    post([this] { onLinkDown(); });
             });
     connect(m_session.get(), &VardaSession::connectControllerStatus, this,
             [this](ConnectControllerStatus::ConnectControllerStatusIn status) {
                 if (status == ConnectControllerStatus::Connected)
                     post([this] { onConnected(); });
                 else
-                    post([this] { onAttemptFailed(); });
+                    post([this] { onLinkDown(); });
             });
     connect(m_session.get(), &VardaSession::disconnectController, this,
             [this] { post([this] { onLinkDown(); }); });
@@ -198,8 +190,6 @@ void ComputerLink::dropSession()
 
 void ComputerLink::onConnected()
 {
-    if (m_state != State::Connecting)
-        return;
     stopTrying();
     setState(State::Up);
     Q_EMIT opened();
@@ -207,12 +197,6 @@ void ComputerLink::onConnected()
 
 void ComputerLink::onAttemptFailed()
 {
-    if (m_state == State::Up) {
-        onLinkDown();
-        return;
-    }
-    if (m_state != State::Connecting)
-        return;
     const JobEnd end = m_notes.attemptEnd(m_mode);
     const bool hopeless = end.reason == Reason::OtherLinkMode
                           || (end.reason == Reason::NoService && m_notes.hasServices());
@@ -230,22 +214,20 @@ void ComputerLink::tryAgain(const JobEnd &end, bool hopeless)
     ++m_failures;
     qCInfo(lcSession) << "connection failed, trying again after" << pauseAfter(m_failures).count()
                       << "s";
-    connect(m_timer, &QTimer::timeout, this, &ComputerLink::begin);
-    m_timer->start(pauseAfter(m_failures));
+    connect(&m_timer, &QTimer::timeout, this, &ComputerLink::begin);
+    m_timer.start(pauseAfter(m_failures));
 }
 
 void ComputerLink::onLinkDown()
 {
     if (m_state == State::Connecting) {
         onAttemptFailed();
-        return;
+    } else if (m_state == State::Up) {
+        explain(m_notes.lossEnd(), [this](const JobEnd &known) {
+            quit();
+            Q_EMIT lost(known);
+        });
     }
-    if (m_state != State::Up)
-        return;
-    explain(m_notes.lossEnd(), [this](const JobEnd &known) {
-        quit();
-        Q_EMIT lost(known);
-    });
 }
 
 void ComputerLink::onBluetoothLost(Reason reason)
@@ -262,7 +244,7 @@ void ComputerLink::onBluetoothLost(Reason reason)
         return;
     case State::Searching:
     case State::Connecting:
-        if (m_state == State::Connecting && m_session)
+        if (m_state == State::Connecting)
             m_session->controllerDisconnect();
         stopTrying();
         if (m_wish.restores && reason == Reason::ServiceGone)

@@ -57,17 +57,13 @@ public:
     void close(const JobEnd &why = {});
 
     /** Whether the system's service is able to send something now. */
-    void ping(std::function<void(VardaJob::Reason)> answered)
-    {
-        m_watch->ping(std::move(answered));
-    }
+    void ping(std::function<void(VardaJob::Reason)> answered) { m_watch.ping(std::move(answered)); }
 
     [[nodiscard]] State state() const { return m_state; }
     /** The one that is or was connected to last. */
     [[nodiscard]] BleDeviceInfo device() const { return m_device; }
     /** Only while the link is up. */
     [[nodiscard]] VardaSession &session() { return *m_session; }
-    [[nodiscard]] bool hasSession() const { return m_session != nullptr; }
     [[nodiscard]] int mtu() const;
 
 Q_SIGNALS:
@@ -83,7 +79,7 @@ private:
     void onBluetoothKnown(VardaJob::Reason reason);
     void search();
     void onSeen(const BleDeviceInfo &device);
-    void onSearchFailed(DeviceSearch::Failure failure, const QString &text);
+    void onSearchFailed(DeviceSearch::Failure failure);
     void choose();
     void connectTo(const BleDeviceInfo &device);
     void makeSession();
@@ -110,8 +106,8 @@ private:
     bool m_othersSeen = false; ///< a computer that another object of this process has
     std::unique_ptr<VardaSession> m_session;
     LinkNotes m_notes;
-    BluetoothWatch *m_watch;
-    DeviceSearch *m_search;
-    QTimer *m_timer;
+    BluetoothWatch m_watch;
+    DeviceSearch m_search;
+    QTimer m_timer;
     quint64 m_serial = 0; ///< counts attempts, so that what comes late is known
 };

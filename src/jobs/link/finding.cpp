@@ -26,7 +26,7 @@ void ComputerLink::search()
     }
     m_candidates.clear();
     m_othersSeen = false;
-    m_search->start(kSearchTime);
+    m_search.start(kSearchTime);
 }
 
 void ComputerLink::onSeen(const BleDeviceInfo &device)
@@ -44,21 +44,18 @@ void ComputerLink::onSeen(const BleDeviceInfo &device)
         m_candidates.append(device);
     if (m_wish.device.isValid() || (!others && !m_wish.onlyOne)) {
         post([this] { choose(); });
-    } else if (!m_timer->isActive()) {
-        connect(m_timer, &QTimer::timeout, this, &ComputerLink::choose);
-        m_timer->start(kOthersTime);
+    } else if (!m_timer.isActive()) {
+        connect(&m_timer, &QTimer::timeout, this, &ComputerLink::choose);
+        m_timer.start(kOthersTime);
     }
 }
 
-void ComputerLink::onSearchFailed(DeviceSearch::Failure failure, const QString &text)
+void ComputerLink::onSearchFailed(DeviceSearch::Failure failure)
 {
-    // A service that is on its way back fails searches too.
-    if (m_patience > 0) {
-        onBluetoothKnown(failureReason(failure));
-        return;
-    }
-    explain({VardaJob::NoBluetooth, failureReason(failure), text},
-            [this](const JobEnd &known) { fail(known); });
+    m_watch.findOut([this, failure](Reason reason) {
+        // A service that is on its way back fails searches too.
+        onBluetoothKnown(reason == Reason::None ? failureReason(failure) : reason);
+    });
 }
 
 void ComputerLink::choose()

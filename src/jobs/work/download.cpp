@@ -51,8 +51,7 @@ void DownloadWork::goOnAfterComputer()
     } else {
         m_stage = Stage::Logbook;
         m_request = Requests::logbook(m_known);
-        if (job)
-            Q_EMIT job->computerRead(VardaJobPrivate::of(*job).engine->identity());
+        Q_EMIT job->computerRead(VardaJobPrivate::of(*job).engine->identity());
     }
 }
 
@@ -109,8 +108,7 @@ bool DownloadWork::failed(const JobEnd &end)
     }
     if (m_stage != Stage::Dives)
         return false;
-    const bool silent = end.error == VardaJob::TimedOut
-                        && (end.reason == Reason::NoAnswer || end.reason == Reason::NoEnd);
+    const bool silent = end.error == VardaJob::TimedOut;
     if (silent && ++m_silentDives >= kMostSilentDives)
         return false;
     if (!silent && end.error != VardaJob::Damaged && end.error != VardaJob::Refused)

@@ -161,8 +161,10 @@ Request Requests::samples(std::uint16_t number)
 
 QList<Request> Requests::sensors()
 {
-    return {command(u"surface pressure"_s, TidemarCommand::SimulParams),
-            command(u"sensors"_s, TidemarCommand::Sensors)};
+    QList<Request> requests;
+    requests.append(command(u"surface pressure"_s, TidemarCommand::SimulParams));
+    requests.append(command(u"sensors"_s, TidemarCommand::Sensors));
+    return requests;
 }
 
 Request Requests::command(QString what, TidemarCommand::TidemarCommandIn command)
