@@ -56,6 +56,8 @@ void TestBeforeSending::stopped_data()
     QTest::addColumn<int>("links");
     QTest::newRow("cancel") << u"cancel"_s << Reason::ByCaller << 1;
     QTest::newRow("abort") << u"abort"_s << Reason::ByCaller << 2;
+    // Its request is one of several steps.
+    QTest::newRow("cancel a layout") << u"cancel a layout"_s << Reason::ByCaller << 1;
     QTest::newRow("delete") << u"delete"_s << Reason::None << 1;
     QTest::newRow("disconnect") << u"disconnect"_s << Reason::ByDisconnect << 2;
     QTest::newRow("other device") << u"other device"_s << Reason::ByOtherDevice << 2;
@@ -67,10 +69,14 @@ void TestBeforeSending::stopped()
     QFETCH(const VardaJob::Reason, reason);
     QFETCH(const int, links);
     LOAD(Simulator::loadKnown(R"("clock":1000)"));
-    VardaJob *const job = m_computer->deleteLastDive();
+    VardaJob *job = nullptr;
+    if (deed == "cancel a layout"_L1)
+        job = m_computer->addLayout("New");
+    else
+        job = m_computer->deleteLastDive();
     JobSpy spy(job);
     onTurn(job, [&] {
-        if (deed == "cancel"_L1)
+        if (deed.startsWith("cancel"_L1))
             job->cancel();
         else if (deed == "abort"_L1)
             job->abort();
@@ -151,22 +157,26 @@ void TestBeforeSending::lostBeforeADeletion()
 void TestBeforeSending::answerBefore_data()
 {
     QTest::addColumn<int>("retries");
-    QTest::newRow("once") << 0;
-    QTest::newRow("again") << 3;
+    QTest::addColumn<QByteArray>("second");
+    const QByteArray accepted = "\"dcdc0200900b00002701\"";
+    const QByteArray refused = "\"dcdc0200b11b00002700\"";
+    QTest::newRow("once") << 0 << accepted;
+    QTest::newRow("again") << 3 << accepted;
+    QTest::newRow("refused once") << 0 << refused;
+    QTest::newRow("refused again") << 3 << refused;
 }
 
 /** A second copy of the answer before is not taken for the answer to what has not been sent. */
 void TestBeforeSending::answerBefore()
 {
     QFETCH(const int, retries);
-    const QByteArray accepted = "\"dcdc0200900b00002701\"";
+    QFETCH(const QByteArray, second);
     // What the second job asks of the service meanwhile is answered behind the copy.
-    LOAD(Simulator::loadKnown(R"("responses":{"LayoutRemove":{"notifications":[)"
-                              + QByteArrayList(2, accepted).join(',')
-                              + R"(]}},"faults":[{"step":"notification","nth":2,"times":1,)"
-                                R"("command":"LayoutRemove","kind":"freeze","ms":300},)"
-                                R"({"step":"notification","nth":4,"command":"LayoutRemove",)"
-                                R"("kind":"lost"}])"));
+    LOAD(Simulator::loadKnown(
+        R"("responses":{"LayoutRemove":{"notifications":["dcdc0200900b00002701",)" + second
+        + R"(]}},"faults":[{"step":"notification","nth":2,"times":1,)"
+          R"("command":"LayoutRemove","kind":"freeze","ms":300},)"
+          R"({"step":"notification","nth":4,"command":"LayoutRemove","kind":"lost"}])"));
     JobSpy first(m_computer->removeLayout(2));
     auto *const job = m_computer->removeLayout(3);
     job->setRetries(retries);

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <QtCore/qtimer.h>
 #include <QtDBus/qdbusconnection.h>
+#include <QtDBus/qdbusconnectioninterface.h>
 #include <QtDBus/qdbusmessage.h>
+#include <QtDBus/qdbusservicewatcher.h>
 #include <QtTest/qsignalspy.h>
 
 #include <memory>
@@ -48,6 +50,11 @@ private Q_SLOTS:
     void lostWhileSearching_data();
     void lostWhileSearching();
     void restartedInADownload();
+    void searchFailsWhileTheServiceComesBack();
+    void goneInAnOptionalPart_data();
+    void goneInAnOptionalPart();
+    void offInARestart();
+    void offAndOnAgain();
     void frozen();
     void frozenInAnAnswer_data();
     void frozenInAnAnswer();
@@ -169,6 +176,87 @@ void TestBluetooth::restartedInADownload()
     JobSpy spy(job);
     ENDS_WELL(spy);
     QCOMPARE(numbers, (QList<int>{1, 2, 3, 4}));
+}
+
+/** An adapter that is off once more just after it was seen on fails the search, not the job. */
+void TestBluetooth::searchFailsWhileTheServiceComesBack()
+{
+    LOAD(Simulator::loadKnown(R"("dives":{"count":4,"samples":20})"));
+    auto *const job = m_computer->downloadDives();
+    QList<int> numbers;
+    connect(job, &DownloadJob::diveRead, this,
+            [&](const Dive &, const TidemarDiveHeader &header, const QList<DiveSample> &) {
+                numbers << header.diveNumber;
+                if (numbers.size() == 2)
+                    steer(u"EndDaemon"_s);
+            });
+    const QDBusServiceWatcher watcher(u"org.bluez"_s, QDBusConnection::systemBus());
+    connect(&watcher, &QDBusServiceWatcher::serviceUnregistered, this,
+            [] { steer(u"StartDaemon"_s); });
+    connect(&watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] {
+        // By then the job's side has heard of it, and it asks for the adapter first.
+        (void)QDBusConnection::systemBus().interface()->isServiceRegistered(u"org.bluez"_s);
+        QMetaObject::invokeMethod(
+            this, [] { steer(u"SetPowered"_s, {false}); }, Qt::QueuedConnection);
+        QTimer::singleShot(1500ms, this, [] { steer(u"SetPowered"_s, {true}); });
+    });
+    JobSpy spy(job);
+    ENDS_WELL(spy);
+    QCOMPARE(numbers, (QList<int>{1, 2, 3, 4}));
+}
+
+void TestBluetooth::goneInAnOptionalPart_data()
+{
+    QTest::addColumn<int>("retries");
+    QTest::addColumn<VardaJob::Error>("error");
+    QTest::newRow("once") << 0 << VardaJob::NoBluetooth;
+    QTest::newRow("again") << 3 << VardaJob::NoError;
+}
+
+/** What is not asked again is left out, once the service is back for the rest. */
+void TestBluetooth::goneInAnOptionalPart()
+{
+    QFETCH(const int, retries);
+    QFETCH(const VardaJob::Error, error);
+    LOAD(Simulator::loadKnown(R"("faults":[{"step":"answer","command":"Serialnumber","nth":1,)"
+                              R"("kind":"daemonGone"}])"));
+    const QDBusServiceWatcher watcher(u"org.bluez"_s, QDBusConnection::systemBus());
+    connect(&watcher, &QDBusServiceWatcher::serviceUnregistered, this,
+            [] { steer(u"StartDaemon"_s); });
+    auto *const job = m_computer->readIdentity();
+    job->setRetries(retries);
+    JobSpy spy(job);
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, error);
+    QCOMPARE(spy.value.value<VardaIdentity>().serialNumber, QString());
+    QCOMPARE(spy.value.value<VardaIdentity>().bootloaderVersionStr,
+             retries > 0 ? u"1.0.3.a"_s : QString());
+}
+
+/** That the link goes with the adapter is no restart of the computer. */
+void TestBluetooth::offInARestart()
+{
+    LOAD(
+        Simulator::loadKnown(R"("faults":[{"step":"write","command":"Reset","kind":"powerOff"}])"));
+    JobSpy spy(m_computer->restart());
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, VardaJob::NoBluetooth);
+    QCOMPARE(spy.reason, Reason::AdapterOff);
+    QVERIFY(spy.outcomeUnknown);
+}
+
+/** It costs the link, and no more. */
+void TestBluetooth::offAndOnAgain()
+{
+    LOAD(Simulator::loadKnown(
+        R"("clock":1000,"faults":[{"step":"answer","command":"Time","nth":1,"kind":"silent"}])"));
+    JobSpy spy(m_computer->readClock());
+    QTRY_COMPARE(Simulator::frames().size(), 1);
+    steer(u"SetPowered"_s, {false});
+    steer(u"SetPowered"_s, {true});
+    ENDS_WELL(spy);
+    QCOMPARE(spy.value.toLongLong(), 1000);
+    QCOMPARE(Simulator::count(u"connected"_s), 2);
 }
 
 void TestBluetooth::frozen()

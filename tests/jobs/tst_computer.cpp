@@ -17,6 +17,8 @@ private Q_SLOTS:
     void init() { m_computer = std::make_unique<VardaComputer>(); }
     void owner();
     void identity();
+    void identityWithoutSerialNumber_data();
+    void identityWithoutSerialNumber();
     void download();
     void readings();
     void writings();
@@ -30,6 +32,10 @@ void TestComputer::owner()
     LOAD(Simulator::loadDevice(R"("owner": "Ada")"));
     auto *const job = m_computer->readOwner();
     QCOMPARE(job->state(), VardaJob::Waiting);
+    QCOMPARE(job->reason(), VardaJob::Reason::None);
+    QVERIFY(!job->outcomeUnknown());
+    QCOMPARE(job->remedy(), QString());
+    QCOMPARE(m_computer->mtu(), 0);
     JobSpy spy(job);
     ENDS_WELL(spy);
     QCOMPARE(spy.value.toString(), u"Ada"_s);
@@ -48,6 +54,32 @@ void TestComputer::identity()
     QCOMPARE(identity.mode, CurrentMode::Normal);
     QVERIFY(!identity.serialNumber.isEmpty());
     QCOMPARE(identity.bootloaderVersionStr, u"1.0.3.a"_s);
+}
+
+void TestComputer::identityWithoutSerialNumber_data()
+{
+    QTest::addColumn<QByteArray>("model");
+    QTest::addColumn<QString>("bootloader");
+    // Asked for by itself, or part of the identification.
+    QTest::newRow("varda") << QByteArray("varda") << u"1.0.3.a"_s;
+    QTest::newRow("tidemar") << QByteArray("tidemar") << u"2.0.1.a"_s;
+    QTest::newRow("vskm") << QByteArray("vskm") << u"3.0.2.b"_s;
+}
+
+void TestComputer::identityWithoutSerialNumber()
+{
+    QFETCH(const QByteArray, model);
+    QFETCH(const QString, bootloader);
+    LOAD(Simulator::loadDevice(R"("model":")" + model
+                               + R"(","faults":[{"step":"answer",)"
+                                 R"("command":"Serialnumber","kind":"wrongCrc"}])"));
+    auto *const job = m_computer->readIdentity();
+    job->setRetries(0);
+    JobSpy spy(job);
+    ENDS_WELL(spy);
+    const auto identity = spy.value.value<VardaIdentity>();
+    QCOMPARE(identity.serialNumber, QString());
+    QCOMPARE(identity.bootloaderVersionStr, bootloader);
 }
 
 void TestComputer::download()

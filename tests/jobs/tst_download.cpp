@@ -39,6 +39,7 @@ private Q_SLOTS:
     void damagedOnce();
     void damagedAlways();
     void silentDive();
+    void silentConfiguration();
     void pauseAndResume();
     void pauseAtTheLastDive();
     void resumedWhileItWaits();
@@ -192,6 +193,20 @@ void TestDownload::silentDive()
     ENDS_WELL(spy);
     QCOMPARE(m_numbers, (QList<int>{1, 3}));
     QCOMPARE(m_damaged, (QList<int>{2}));
+}
+
+/** A dive says a little less without it. */
+void TestDownload::silentConfiguration()
+{
+    LOAD(Simulator::loadKnown(
+        R"("dives":{"count":2,"samples":20},"faults":[{"step":"answer","command":"Computer",)"
+        R"("kind":"silent"}])"));
+    auto *const job = download();
+    job->setIdleLimit(1s);
+    JobSpy spy(job);
+    ENDS_WELL(spy);
+    QCOMPARE(m_numbers, (QList<int>{1, 2}));
+    QCOMPARE(requests(u"05"_s).size(), 1);
 }
 
 void TestDownload::pauseAndResume()

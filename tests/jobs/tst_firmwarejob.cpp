@@ -39,6 +39,8 @@ private Q_SLOTS:
     void resumedAfterALostLink();
     void withoutHeaderItStartsAgain();
     void lostAfterTheEnd();
+    void lostWhileItIsIdentified_data();
+    void lostWhileItIsIdentified();
     void lostBeforeTheEndArrives();
     void refused_data();
     void refused();
@@ -146,6 +148,31 @@ void TestFirmwareJob::lostAfterTheEnd()
     QCOMPARE(requests(u"1e"_s).size(), 1);
     QCOMPARE(requests(u"20"_s).size(), 1);
     QCOMPARE(spy.done, kSize);
+}
+
+void TestFirmwareJob::lostWhileItIsIdentified_data()
+{
+    QTest::addColumn<QByteArray>("drops");
+    QTest::addColumn<int>("links");
+    const QByteArray drop = R"({"kind":"drop","step":"answer","command":)";
+    QTest::newRow("before the upload") << QByteArray(drop + R"("Identification","nth":1})") << 2;
+    // The first identification after the end is that of the new link.
+    QTest::newRow("after its end")
+        << QByteArray(drop + R"("EndUpdate","nth":1},)" + drop + R"("Identification","nth":3})")
+        << 3;
+}
+
+void TestFirmwareJob::lostWhileItIsIdentified()
+{
+    QFETCH(const QByteArray, drops);
+    QFETCH(const int, links);
+    LOAD(Simulator::loadKnown(R"("faults":[)" + drops + "]"));
+    const QByteArray bytes = image(kSize, kFirmwareHeader);
+    JobSpy spy(upload(bytes));
+    ENDS_WELL(spy);
+    QCOMPARE(Simulator::firmware(), bytes);
+    QCOMPARE(requests(u"1e"_s).size(), 1);
+    QCOMPARE(Simulator::count(u"connected"_s), links);
 }
 
 void TestFirmwareJob::lostBeforeTheEndArrives()

@@ -61,7 +61,11 @@ private Q_SLOTS:
     }
     void jobBegins_data() { deeds(false); }
     void jobEnds_data() { deeds(true); }
-    void linkLost_data() { deeds(false); }
+    void linkLost_data()
+    {
+        deeds(false);
+        otherDeeds(false);
+    }
     void deviceChanged_data() { deeds(false); }
 
 private:

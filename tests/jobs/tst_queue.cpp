@@ -40,6 +40,8 @@ private Q_SLOTS:
     void disconnectionOvertakes();
     void askedForWhileDisconnecting();
     void twoComputersForOneDevice();
+    void twoComputersAtOnce();
+    void nothingLeft();
     void twoComputersAndNothingSet();
     void ambiguousForWriters();
     void readersTakeTheFirst();
@@ -49,6 +51,7 @@ private Q_SLOTS:
     void otherThread();
     void linger();
     void lingerAtOnce();
+    void lingerNoMore();
     void identityIsKnownOnceRead();
     void otherComputerIsAskedAnew();
 
@@ -228,6 +231,36 @@ void TestQueue::twoComputersForOneDevice()
     QCOMPARE(late.error, VardaJob::InUse);
 }
 
+/** Neither has it when the other begins to look for it. */
+void TestQueue::twoComputersAtOnce()
+{
+    LOAD(Simulator::loadDevice(R"("owner":"Ada","advertise":[{"after":300}])"));
+    VardaComputer other;
+    for (VardaComputer *each : {m_computer.get(), &other})
+        each->setDevice(knownDevice());
+    JobSpy first(m_computer->readOwner());
+    JobSpy second(other.readOwner());
+    QVERIFY(first.wait());
+    QVERIFY(second.wait());
+    const bool isFirst = first.error == VardaJob::NoError;
+    QCOMPARE((isFirst ? first : second).value.toString(), u"Ada"_s);
+    QCOMPARE((isFirst ? second : first).error, VardaJob::InUse);
+    QCOMPARE(Simulator::count(u"connected"_s), 1);
+}
+
+/** The only computer in reach is taken. */
+void TestQueue::nothingLeft()
+{
+    LOAD(Simulator::loadKnown(R"("owner":"Ada")"));
+    JobSpy first(m_computer->readOwner());
+    ENDS_WELL(first);
+    VardaComputer other;
+    JobSpy second(other.readOwner());
+    QVERIFY(second.wait());
+    QCOMPARE(second.error, VardaJob::InUse);
+    QCOMPARE(second.reason, Reason::OtherComputer);
+}
+
 void TestQueue::twoComputersAndNothingSet()
 {
     LOAD(Simulator::loadScenario(kTwoInReach));
@@ -367,6 +400,17 @@ void TestQueue::lingerAtOnce()
     QCOMPARE(Simulator::count(u"connected"_s), 1);
     QTRY_COMPARE(m_computer->state(), VardaComputer::Unconnected);
     QVERIFY(lost.isEmpty());
+}
+
+void TestQueue::lingerNoMore()
+{
+    LOAD(Simulator::loadKnown(R"("owner":"Ada")"));
+    m_computer->setLinger(300ms);
+    JobSpy spy(m_computer->readOwner());
+    ENDS_WELL(spy);
+    m_computer->setLinger(-1ms);
+    QTest::qWait(900); // longer than that
+    QCOMPARE(m_computer->state(), VardaComputer::Connected);
 }
 
 void TestQueue::identityIsKnownOnceRead()

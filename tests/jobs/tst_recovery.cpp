@@ -38,10 +38,13 @@ private Q_SLOTS:
     void notConnected_data();
     void notConnected();
     void equalNeighbours();
+    void differentNeighbours();
     void repeatedWithoutEnd();
     void refused();
     void cancelledWhileTheLinkCloses();
     void restartedWhileConnectingAgain();
+    void notFoundAgain();
+    void lostLogbook();
     void silentDives();
     void silentLogbook();
     void silentIdentification();
@@ -125,6 +128,19 @@ void TestRecovery::equalNeighbours()
     QCOMPARE(Simulator::frames().filter(u"dcdc0100"_s).size(), 2);
 }
 
+/** Frames of which now this one and now that one comes twice are none of a sound log. */
+void TestRecovery::differentNeighbours()
+{
+    LOAD(Simulator::loadKnown(
+        R"("responses":{"Syslog":["61","62","63",""]},"faults":[)"
+        R"({"step":"notification","command":"Syslog","nth":1,"kind":"duplicate"},)"
+        R"({"step":"notification","command":"Syslog","nth":6,"kind":"duplicate"}])"));
+    JobSpy spy(m_computer->readLog());
+    ENDS_WELL(spy);
+    QCOMPARE(spy.value.toStringList(), (QStringList{u"a"_s, u"b"_s, u"c"_s}));
+    QCOMPARE(Simulator::frames().filter(u"dcdc0100"_s).size(), 3);
+}
+
 /** A computer that never stops sending what it has sent already costs the link. */
 void TestRecovery::repeatedWithoutEnd()
 {
@@ -183,6 +199,35 @@ void TestRecovery::restartedWhileConnectingAgain()
     QTimer::singleShot(1500ms, this, [] { steer(u"StartDaemon"_s); });
     ENDS_WELL(spy);
     QCOMPARE(numbers, (QList<int>{1, 2, 3}));
+}
+
+/** That it is not there any more is how the link was lost, and no answer to a search. */
+void TestRecovery::notFoundAgain()
+{
+    LOAD(Simulator::loadKnown(R"("faults":[{"step":"answer","command":"Time","kind":"silent"}])"));
+    auto *const job = m_computer->readClock();
+    job->setConnectLimit(2s);
+    JobSpy spy(job);
+    QTRY_COMPARE(Simulator::frames().size(), 1);
+    LOAD(Simulator::loadScenario(R"({"devices":[]})"));
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, VardaJob::LinkLost);
+    QCOMPARE(spy.reason, Reason::LinkFailed);
+    QCOMPARE(spy.text, u"the link to Varda (00:AA:01:01:00:01) was lost"_s);
+}
+
+void TestRecovery::lostLogbook()
+{
+    LOAD(
+        Simulator::loadKnown(R"("dives":{"count":3,"samples":20},"faults":[{"step":"notification",)"
+                             R"("command":"Logbook","nth":2,"kind":"drop"}])"));
+    JobSpy spy(m_computer->readLogbook({2}));
+    ENDS_WELL(spy);
+    QList<int> numbers;
+    for (const auto &header : spy.value.value<QList<TidemarDiveHeader>>())
+        numbers << header.diveNumber;
+    QCOMPARE(numbers, (QList<int>{1, 3}));
+    QCOMPARE(Simulator::count(u"connected"_s), 2);
 }
 
 /** One dive may be beyond what a computer can send, but not each. */

@@ -105,6 +105,11 @@ void TestSearch::cancelled()
 void TestSearch::cancelledAtOnce()
 {
     LOAD(Simulator::loadScenario(kInReach));
+    auto *const early = m_computer->search();
+    JobSpy unstarted(early);
+    early->cancel();
+    QVERIFY(unstarted.wait());
+    QCOMPARE(unstarted.error, VardaJob::Cancelled);
     auto *const search = m_computer->search();
     JobSpy spy(search);
     connect(search, &VardaJob::stateChanged, search, &VardaJob::cancel);

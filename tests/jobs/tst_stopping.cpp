@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <memory>
+#include <utility>
 
 #include <varda/vardacomputer.h>
 
@@ -22,6 +23,8 @@ private Q_SLOTS:
     void searching();
     void connecting_data() { deeds(); }
     void connecting();
+    void beforeItsTurnToConnect_data() { deeds(); }
+    void beforeItsTurnToConnect();
     void running_data() { deeds(); }
     void running();
     void paused_data() { deeds(); }
@@ -38,6 +41,7 @@ private Q_SLOTS:
     void writtenAndRecovering();
     void totalLimitDoesNotReplaceCancelled();
     void searchIsCancelledWithTheComputer();
+    void resumedWithoutItsComputer();
 
 private:
     static void deeds()
@@ -111,6 +115,37 @@ void TestStopping::connecting()
     auto *const job = m_computer->readClock();
     QTRY_COMPARE(m_computer->state(), VardaComputer::Connecting);
     stop(job);
+}
+
+/** Found, and about to be connected to. */
+void TestStopping::beforeItsTurnToConnect()
+{
+    LOAD(Simulator::loadKnown(R"("clock":1000)"));
+    make();
+    auto *const job = m_computer->readClock();
+    JobSpy spy(job);
+    QFETCH(const QString, deed);
+    bool done = false;
+    connect(computer(), &VardaComputer::stateChanged, this, [&] {
+        if (m_computer->state() != VardaComputer::Connecting || std::exchange(done, true))
+            return;
+        if (deed == "cancel"_L1)
+            job->cancel();
+        else if (deed == "abort"_L1)
+            job->abort();
+        else if (deed == "delete"_L1)
+            delete job;
+        else
+            m_computer->disconnectFromComputer();
+    });
+    QTRY_VERIFY(done);
+    JobSpy next(m_computer->readClock());
+    ENDS_WELL(next);
+    QCOMPARE(next.value.toLongLong(), 1000);
+    QCOMPARE(spy.ends, deed == "delete"_L1 ? 0 : 1);
+    // One that has not begun is not carried out any more.
+    if (deed == "disconnect"_L1)
+        QCOMPARE(Simulator::count(u"Connect"_s), 1);
 }
 
 void TestStopping::running()
@@ -309,6 +344,21 @@ void TestStopping::searchIsCancelledWithTheComputer()
     QCOMPARE(spy.reason, Reason::ComputerDeleted);
     QVERIFY(early.wait(5000));
     QCOMPARE(early.reason, Reason::ComputerDeleted);
+}
+
+void TestStopping::resumedWithoutItsComputer()
+{
+    LOAD(Simulator::loadKnown(R"("dives":{"count":3,"samples":20})"));
+    make();
+    auto *const job = m_computer->downloadDives();
+    job->pause();
+    JobSpy spy(job);
+    QTRY_COMPARE(job->state(), VardaJob::Paused);
+    m_computer.reset();
+    job->resume();
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, VardaJob::Cancelled);
+    QCOMPARE(spy.reason, Reason::ComputerDeleted);
 }
 
 QTEST_MAIN(TestStopping)

@@ -205,6 +205,7 @@ void TestAnswerCheck::answers_data()
 
     row("equal lines", Syslog, {line, line, logEnd}, Finding::Doubtful);
     row("equal lines twice", Syslog, {line, line, line, line, logEnd, logEnd}, Finding::Repeated);
+    row("nothing between them", Syslog, {{}, {}, line, {}, {}, logEnd, {}, {}}, Finding::Sound);
     row("equal pieces of a frame", LayoutGet,
         {frame(37, QByteArray(64, 'x')).first(9), QByteArray(32, 'x'), QByteArray(32, 'x'),
          frame(37)},
