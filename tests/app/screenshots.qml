@@ -89,6 +89,8 @@ Page {
 
     function connect(keys) {
         compare(World.load(keys), "");
+        // The link of the synchronisation before ends with its world.
+        tryVerify(() => AppComputer.state === VardaComputer.Unconnected, 20000);
         Preferences.device = World.computer();
         Navigation.page = Navigation.Computer;
         wanted("connect").clicked();
