@@ -45,7 +45,7 @@ PageScroll {
     Connections {
         target: root.toRead.length ? root.toRead[0].reading : null
         function onEnded() {
-            Qt.callLater(root.next);
+            Qt.callLater(root.next); // qmllint disable
         }
     }
 

@@ -20,7 +20,7 @@ Item {
         onChosen: {
             root.choosing = false;
             if (cards.item)
-                cards.item.connectNow();
+                (cards.item as ComputerCards).connectNow();
         }
         onCancelled: root.choosing = false
     }

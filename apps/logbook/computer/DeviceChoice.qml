@@ -99,7 +99,7 @@ PageScroll {
                 objectName: "stopSearch"
                 visible: run.running
                 text: qsTr("Stop searching")
-                onClicked: run.job.finishNow()
+                onClicked: (run.job as SearchJob).finishNow()
             }
             ActionButton {
                 objectName: "searchAgain"

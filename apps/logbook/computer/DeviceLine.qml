@@ -20,7 +20,7 @@ AbstractButton {
     implicitHeight: Math.max(7 * Theme.unit, implicitContentHeight + 2 * Theme.unit)
     padding: Theme.unit
     Accessible.name: name || address
-    Accessible.description: [address, root.signal, isRemembered ? qsTr("chosen now") : ""].filter(each => each).join(", ")
+    Accessible.description: Units.list([address, root.signal, isRemembered ? qsTr("chosen now") : ""], ", ")
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 
@@ -45,7 +45,7 @@ AbstractButton {
                 Accessible.ignored: true
             }
             PlainText {
-                text: [root.address, root.signal].filter(each => each).join(" · ")
+                text: Units.list([root.address, root.signal], " · ")
                 font.pixelSize: Theme.small
                 color: Theme.faint
                 Layout.fillWidth: true

@@ -60,11 +60,11 @@ Section {
         id: writing
 
         onGot: (index, layout) => {
-            if (root.saving.toString())
+            if (String(root.saving))
                 root.fileError = LocalFile.write(root.saving, layout);
         }
         onSucceeded: {
-            if (!root.saving.toString())
+            if (!String(root.saving))
                 root.read();
         }
         onEnded: root.saving = ""
@@ -175,7 +175,7 @@ Section {
     }
     JobStatus {
         run: writing
-        busyText: root.saving.toString() ? qsTr("Reading the layout") : qsTr("Changing the layouts")
+        busyText: String(root.saving) ? qsTr("Reading the layout") : qsTr("Changing the layouts")
         hint: qsTr("Choose another layout, or remove one to make room.")
         onRetry: writing.retry()
     }

@@ -47,15 +47,16 @@ Card {
         }
     }
     function outcome(): string {
-        const job = sync.job;
+        const job = sync.job as SyncJob;
         if (!job || sync.running)
             return "";
         const saved = job.added ? qsTr("%n new dive(s) saved.", "", job.added)
                                 : sync.done ? qsTr("No new dives.") : "";
-        const damaged = job.damaged.length
+        // A list of numbers, of a type that is C++ only.
+        const damaged = job.damaged.length // qmllint disable
                       ? qsTr("%n dive(s) arrived damaged. The next synchronisation asks for them again.", "",
                              job.damaged.length) : "";
-        return [sync.cancelled ? qsTr("Cancelled.") : "", saved, damaged].filter(each => each).join(" ");
+        return Units.list([sync.cancelled ? qsTr("Cancelled.") : "", saved, damaged], " ");
     }
     function progressText(): string {
         const job = sync.job;
@@ -185,7 +186,7 @@ Card {
 
             PlainText {
                 objectName: "progressText"
-                text: [root.progressText(), sync.stateText ? "" : left.text].filter(each => each).join(", ")
+                text: Units.list([root.progressText(), sync.stateText ? "" : left.text], ", ")
                 color: Theme.faint
                 Layout.fillWidth: true
             }
@@ -220,7 +221,7 @@ Card {
         }
         ActionButton {
             objectName: "showDives"
-            visible: sync.job && sync.job.added > 0
+            visible: sync.job && (sync.job as SyncJob).added > 0
             Layout.columnSpan: root.wide ? 1 : 2
             text: qsTr("Show the dives")
             onClicked: Navigation.page = Navigation.Dives

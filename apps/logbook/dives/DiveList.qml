@@ -85,9 +85,9 @@ FocusScope {
                     onOpened: root.diveOpened(model.id)
                 }
 
-                Keys.onReturnPressed: if (currentItem) currentItem.clicked()
-                Keys.onEnterPressed: if (currentItem) currentItem.clicked()
-                Keys.onSpacePressed: if (currentItem) currentItem.clicked()
+                Keys.onReturnPressed: if (currentItem) (currentItem as DiveRow).clicked()
+                Keys.onEnterPressed: if (currentItem) (currentItem as DiveRow).clicked()
+                Keys.onSpacePressed: if (currentItem) (currentItem as DiveRow).clicked()
                 Keys.onPressed: event => {
                     const page = Math.max(1, Math.floor(height / (9 * Theme.unit)) - 1);
                     if (event.key === Qt.Key_Home)

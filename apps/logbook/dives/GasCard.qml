@@ -39,7 +39,7 @@ Card {
             spacing: 2 * Theme.unit
             Layout.fillWidth: true
             Accessible.role: Accessible.StaticText
-            Accessible.name: [name.text, mix, times].join(", ")
+            Accessible.name: Units.list([name.text, mix, times], ", ")
 
             ColumnLayout {
                 spacing: 2

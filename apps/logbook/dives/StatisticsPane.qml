@@ -14,12 +14,12 @@ Item {
 
     // The bars come last; while the figures are made they would be made again and again.
     property bool complete: false
-    readonly property var yearBars: !complete ? [] : statistics.years.map(each => ({
+    readonly property var yearBars: !complete ? [] : Array.from(statistics.years, each => ({
         name: String(each.year),
         value: each.dives,
         text: qsTr("%n dive(s), %1", "", each.dives).arg(Units.hours(each.seconds))
     }))
-    readonly property var depthBars: !complete ? [] : statistics.depths.map((count, index) => ({
+    readonly property var depthBars: !complete ? [] : Array.from(statistics.depths, (count, index) => ({
         name: qsTr("%1 to %2 %3", "a range of depths and its unit")
                   .arg(Units.count(Units.depthValue(index * statistics.step)))
                   .arg(Units.count(Units.depthValue((index + 1) * statistics.step))).arg(Units.depthUnit),

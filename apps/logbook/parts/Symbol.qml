@@ -14,6 +14,9 @@ IconImage {
     source: drawing ? "../icons/" + drawing + ".svg" : ""
     width: size
     height: size
-    sourceSize: Qt.size(size, size)
+    sourceSize {
+        width: size
+        height: size
+    }
     Accessible.ignored: true
 }

@@ -50,6 +50,8 @@ PageScroll {
         ChoiceBox {
             id: language
 
+            readonly property var codes: ["", "en", "fr"]
+
             objectName: "language"
             label: qsTr("Language")
             // Each is named in itself, so that whoever needs it can read it.
@@ -57,12 +59,12 @@ PageScroll {
                 { text: "Français", value: "fr" }]
             textRole: "text"
             valueRole: "value"
-            currentIndex: ["", "en", "fr"].indexOf(Preferences.language)
+            currentIndex: codes.indexOf(Preferences.language)
             // Another language brings other texts, and another list begins at its first.
-            onModelChanged: currentIndex = Qt.binding(() => ["", "en", "fr"].indexOf(Preferences.language))
+            onModelChanged: currentIndex = Qt.binding(() => codes.indexOf(Preferences.language))
             Layout.fillWidth: true
             Layout.maximumWidth: 40 * Theme.unit
-            onActivated: index => Preferences.language = ["", "en", "fr"][index]
+            onActivated: index => Preferences.language = codes[index]
         }
     }
 

@@ -80,7 +80,8 @@ Card {
         title: qsTr("File with the dives")
         // A file that is not there is made.
         fileMode: FileDialog.SaveFile
-        options: FileDialog.DontConfirmOverwrite
+        // Qt 6.4 describes them to no linter.
+        options: FileDialog.DontConfirmOverwrite // qmllint disable
         currentFolder: Preferences.folderOf(Preferences.storeFile)
         nameFilters: [qsTr("Dives (*.sqlite *.db)"), qsTr("All files (*)")]
         onAccepted: Preferences.storeFile = Preferences.localFile(selectedFile)

@@ -6,5 +6,6 @@ import QtQuick
 QtObject {
     enum Page { Dives, Computer, Settings }
 
-    property int page: Navigation.Dives
+    /** One of Page */
+    property int page: 0
 }

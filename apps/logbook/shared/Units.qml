@@ -10,6 +10,10 @@ QtObject {
     readonly property var locale: Qt.locale(Preferences.localeName)
     readonly property string depthUnit: metric ? qsTr("m", "metres") : qsTr("ft", "feet")
 
+    /** The texts that are there, one after the other. */
+    function list(texts: var, separator: string): string {
+        return texts.filter(each => each).join(separator);
+    }
     function number(value: real, digits: int): string {
         return Number(value).toLocaleString(locale, "f", digits);
     }
