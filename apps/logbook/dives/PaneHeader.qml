@@ -17,12 +17,16 @@ RowLayout {
     spacing: Theme.unit
     Layout.fillWidth: true
 
-    IconButton {
-        objectName: "back"
-        visible: root.closable
-        symbol: "back"
-        text: qsTr("Back")
-        onClicked: root.back()
+    // A layout does not see that an item appears while its page is hidden, but it sees its size.
+    Loader {
+        active: root.closable
+        sourceComponent: IconButton {
+            objectName: "back"
+            symbol: "back"
+            text: qsTr("Back")
+            onClicked: root.back()
+        }
+        Layout.rightMargin: active ? 0 : -root.spacing
     }
     ColumnLayout {
         spacing: Theme.half / 2
