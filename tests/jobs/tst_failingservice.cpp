@@ -72,14 +72,15 @@ void TestFailingService::error()
         u"org.varda.Simulator"_s, u"/org/varda/Simulator"_s, u"org.varda.Simulator1"_s,
         u"EndDaemon"_s);
     QCOMPARE(QDBusConnection::systemBus().call(endDaemon).type(), QDBusMessage::ReplyMessage);
-    // In a thread of its own, since Qt waits for it.
+    QDBusConnection bus = QDBusConnection::connectToBus(
+        qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS"), u"service"_s);
+    // In a thread of its own, since Qt waits for it. What the registration adds goes there with it.
     QThread thread;
     auto *const service = new Service(error);
+    QVERIFY(bus.registerVirtualObject(u"/"_s, service, QDBusConnection::SubPath));
     service->moveToThread(&thread);
     QObject::connect(&thread, &QThread::finished, service, &QObject::deleteLater);
     thread.start();
-    QDBusConnection bus = QDBusConnection::connectToBus(
-        qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS"), u"service"_s);
     const auto end = qScopeGuard([&] {
         bus.unregisterService(u"org.bluez"_s);
         bus.unregisterObject(u"/"_s, QDBusConnection::UnregisterTree);
@@ -87,7 +88,6 @@ void TestFailingService::error()
         thread.quit();
         thread.wait();
     });
-    QVERIFY(bus.registerVirtualObject(u"/"_s, service, QDBusConnection::SubPath));
     QVERIFY(bus.registerService(u"org.bluez"_s));
 
     VardaComputer computer;
