@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The linter of QML finds nothing in the app: lint.py QMLLINT FOLDER-OF-MODULES"""
+"""The linter of QML finds nothing in the app: lint.py QMLLINT --imports=FOLDER-OF-MODULES"""
 
 import re
 import subprocess
@@ -14,7 +14,8 @@ APP = Path(__file__).resolve().parents[2] / "apps/logbook"
 BOUND = "pragma ComponentBehavior: Bound\n"
 
 
-def main(qmllint, modules):
+def main(qmllint, imports):
+    modules = imports.removeprefix("--imports=")
     with tempfile.TemporaryDirectory() as folder:
         files = []
         for page in sorted(APP.rglob("*.qml")):
