@@ -79,6 +79,25 @@ struct Walk {
     }
 };
 
+/** The first that is seen under this name and can be pressed, or nothing. */
+QAccessibleInterface *pressable(QAccessibleInterface *node, const QString &name)
+{
+    if (!node || !node->isValid() || node->state().invisible)
+        return nullptr;
+    const auto canBePressed = [node] {
+        QAccessibleActionInterface *const actions = node->actionInterface();
+        return actions
+               && actions->actionNames().contains(QAccessibleActionInterface::pressAction());
+    };
+    if (node->text(QAccessible::Name) == name && canBePressed())
+        return node;
+    for (int i = 0; i < node->childCount(); ++i) {
+        if (QAccessibleInterface *const found = pressable(node->child(i), name))
+            return found;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 /** What a test in QML needs of the world around the app. */
@@ -152,6 +171,19 @@ public:
         return {{u"named"_s, walk.named},
                 {u"nameless"_s, walk.nameless},
                 {u"roleless"_s, walk.roleless}};
+    }
+
+    Q_INVOKABLE static bool canPress(QWindow *window, const QString &name)
+    {
+        return pressable(QAccessible::queryAccessibleInterface(window), name);
+    }
+    /** As a screen reader does it. */
+    Q_INVOKABLE static void press(QWindow *window, const QString &name)
+    {
+        QAccessibleInterface *const found = pressable(QAccessible::queryAccessibleInterface(window),
+                                                      name);
+        if (found)
+            found->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     }
 
 private:

@@ -35,4 +35,37 @@ Page {
         compare(walk.roleless, []);
         verify(walk.named >= 4, walk.named + " named controls");
     }
+    function press(name: string) {
+        tryVerify(() => World.canPress(window, name), 10000, name + " cannot be pressed");
+        World.press(window, name);
+    }
+    /** Each kind of control does what a click does. */
+    function test_pressed() {
+        storeWithDives();
+        openWindow();
+        tryCompare(wanted("dives"), "count", 12);
+        press("Settings");
+        compare(Navigation.page, Navigation.Settings);
+        press("Imperial");
+        compare(Preferences.units, Preferences.Imperial);
+        press("Animations");
+        verify(!Preferences.animated);
+        press("Animations");
+        verify(Preferences.animated);
+        press("Language");
+        press("Français");
+        compare(Preferences.language, "fr");
+        press("Langue");
+        press("English");
+        compare(Preferences.language, "en");
+        press("Dives");
+        compare(Navigation.page, Navigation.Dives);
+        press("Filter");
+        press("Hidden dives");
+        tryVerify(() => !find("several").enabled);
+        press("Choose several");
+        verify(find("several"), "what is disabled stays as it is");
+        press("Show all dives");
+        tryCompare(wanted("dives"), "count", 12);
+    }
 }

@@ -21,6 +21,7 @@ AbstractButton {
     padding: Theme.unit
     Accessible.name: name || address
     Accessible.description: Units.list([address, root.signal, isRemembered ? qsTr("chosen now") : ""], ", ")
+    Accessible.onPressAction: clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 

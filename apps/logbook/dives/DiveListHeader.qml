@@ -101,6 +101,7 @@ ColumnLayout {
             symbol: "filter"
             text: qsTr("Filter")
             checkable: true
+            Accessible.onToggleAction: press()
             checked: filters.opened || root.filter.year || root.filter.computer || root.filter.hidden
             onClicked: filters.visible ? filters.close() : filters.open()
 

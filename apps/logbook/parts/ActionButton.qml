@@ -15,6 +15,8 @@ Button {
                                                                  : primary ? Theme.accentInk : Theme.accent
 
     function press() {
+        if (!enabled)
+            return;
         if (checkable)
             toggle();
         clicked();
@@ -26,6 +28,8 @@ Button {
     font.pixelSize: Theme.body
     font.weight: Font.DemiBold
     Accessible.name: text
+    // Qt 6.4 does nothing by itself.
+    Accessible.onPressAction: press()
     Keys.onReturnPressed: press()
     Keys.onEnterPressed: press()
 

@@ -11,7 +11,8 @@ RowLayout {
     property string text: qsTr("Loading")
 
     spacing: Theme.unit
-    Accessible.role: Accessible.Indicator
+    // A voice on Linux says nothing of an indicator.
+    Accessible.role: Accessible.StaticText
     Accessible.name: text
 
     BusyIndicator {

@@ -9,12 +9,24 @@ RadioButton {
 
     property string description
 
+    function press() {
+        if (!enabled)
+            return;
+        if (!checked)
+            toggle();
+        toggled();
+        clicked();
+    }
+
     implicitHeight: Math.max(Theme.touch, implicitContentHeight + Theme.unit)
     spacing: Theme.unit
     padding: 0
     font.pixelSize: Theme.body
     Accessible.name: text
     Accessible.description: description
+    // Qt 6.4 ticks it by itself, and no more.
+    Accessible.onPressAction: press()
+    Accessible.onToggleAction: press()
 
     indicator: Rectangle {
         y: (root.height - height) / 2

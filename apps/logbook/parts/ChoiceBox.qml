@@ -15,6 +15,13 @@ ComboBox {
     font.pixelSize: Theme.body
     Accessible.name: label
     Accessible.description: displayText
+    Accessible.onPressAction: {
+        if (!enabled)
+            return;
+        // Its list closes when it has not got the keyboard.
+        forceActiveFocus(Qt.TabFocusReason);
+        popup.open();
+    }
 
     contentItem: PlainText {
         text: root.displayText

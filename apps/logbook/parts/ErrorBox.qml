@@ -79,6 +79,7 @@ Rectangle {
 
                 visible: root.details
                 checkable: true
+                Accessible.onToggleAction: press()
                 text: checked ? qsTr("Hide details") : qsTr("Details")
             }
         }

@@ -11,6 +11,8 @@ ToolButton {
     property color color: checked ? Theme.accent : Theme.faint
 
     function press() {
+        if (!enabled)
+            return;
         if (checkable)
             toggle();
         clicked();
@@ -26,6 +28,8 @@ ToolButton {
         color: !enabled ? Theme.line : hovered && !checked ? Theme.text : root.color
     }
     Accessible.name: text
+    // Qt 6.4 does nothing by itself.
+    Accessible.onPressAction: press()
     ToolTip.visible: hovered || visualFocus
     ToolTip.delay: 600
     ToolTip.text: text

@@ -12,6 +12,7 @@ ItemDelegate {
     rightPadding: 1.5 * Theme.unit
     font.pixelSize: Theme.body
     Accessible.name: text
+    Accessible.onPressAction: clicked()
 
     contentItem: PlainText {
         text: root.text

@@ -5,7 +5,7 @@ import QtQuick.Layouts
 import Logbook
 
 /** The way to one page. */
-AbstractButton {
+TabButton {
     id: root
 
     required property int page
@@ -14,11 +14,11 @@ AbstractButton {
     Layout.fillWidth: true
     Layout.preferredWidth: 1
     implicitHeight: 8 * Theme.unit
-    checkable: true
-    autoExclusive: true
     checked: Navigation.page === page
-    Accessible.role: Accessible.PageTab
     Accessible.name: text
+    // Qt 6.4 ticks it by itself, and no more.
+    Accessible.onPressAction: clicked()
+    Accessible.onToggleAction: clicked()
     onClicked: Navigation.page = page
 
     contentItem: Column {

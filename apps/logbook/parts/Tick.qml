@@ -7,11 +7,22 @@ import Logbook
 CheckBox {
     id: root
 
+    function press() {
+        if (!enabled)
+            return;
+        toggle();
+        toggled();
+        clicked();
+    }
+
     implicitHeight: Math.max(Theme.touch, implicitContentHeight)
     spacing: Theme.unit
     padding: 0
     font.pixelSize: Theme.body
     Accessible.name: text
+    // Qt 6.4 ticks it by itself, and no more.
+    Accessible.onPressAction: press()
+    Accessible.onToggleAction: press()
 
     indicator: TickMark {
         y: (root.height - height) / 2
