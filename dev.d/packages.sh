@@ -37,6 +37,7 @@ qml6-module-qtquick-window  the QML module QtQuick.Window
 qml6-module-qttest         the QML module QtTest
 qml6-module-qtquick-controls  the QML module QtQuick.Controls
 qml6-module-qtquick-dialogs  the QML module QtQuick.Dialogs
+qml6-module-qt-labs-folderlistmodel  the QML module Qt.labs.folderlistmodel, for file dialogs
 qml6-module-qtquick-layouts  the QML module QtQuick.Layouts
 qml6-module-qtquick-templates  the QML module QtQuick.Templates
 $svg_plugin                Qt's plugin for SVG images
