@@ -49,3 +49,5 @@
 #include <varda/vardasensors.h>
 #include <varda/vardasession.h>
 #include <varda/vardatissues.h>
+#include <varda/vardatrace.h>
+#include <varda/vardatracefile.h>

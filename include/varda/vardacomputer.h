@@ -31,6 +31,7 @@
 #include <varda/vardareply.h>
 #include <varda/vardasensors.h>
 #include <varda/vardatissues.h>
+#include <varda/vardatrace.h>
 
 class VardaComputerPrivate;
 
@@ -78,6 +79,13 @@ public:
     void setLinkMode(std::optional<BleMode> mode);
     /** Drops the link this long after the last job; 0: at once; negative (the default): never. */
     void setLinger(std::chrono::milliseconds time);
+    /**
+     * Writes down everything from now on, as docs/traces.md describes it; null ends that. A device
+     * that does not take what is written ends it too, with traceFailed().
+     *
+     * @param device  open for writing; not owned, may be deleted first
+     */
+    void setTrace(QIODevice *device, VardaTrace::Content content = VardaTrace::Redacted);
 
     /** The link's MTU in bytes; 0 without a link, or if the system does not report it. */
     [[nodiscard]] int mtu() const;
@@ -160,8 +168,9 @@ public:
 Q_SIGNALS:
     void stateChanged();
     void deviceChanged();
-    void currentJobChanged(); ///< comes before finished() of the job that ends
-    void linkLost();          ///< the link went down unexpectedly; not after a restart or an upload
+    void currentJobChanged();              ///< comes before finished() of the job that ends
+    void traceFailed(const QString &text); ///< the trace has ended before its time
+    void linkLost(); ///< the link went down unexpectedly; not after a restart or an upload
 
 private:
     friend class VardaComputerPrivate;

@@ -59,6 +59,21 @@ JobEngine::~JobEngine()
     endAll({VardaJob::Cancelled, Reason::ComputerDeleted});
     for (VardaJob *job : std::as_const(m_closers))
         VardaJobPrivate::of(*job).end({VardaJob::Cancelled, Reason::ComputerDeleted});
+    setTrace(nullptr, true);
+}
+
+void JobEngine::setTrace(QIODevice *device, bool redacted)
+{
+    m_link->setTap(nullptr);
+    m_trace.reset();
+    delete m_writer;
+    m_writer = nullptr;
+    if (!device)
+        return;
+    m_writer = new TraceWriter(device, redacted, this);
+    connect(m_writer, &TraceWriter::failed, this, &JobEngine::traceFailed);
+    m_trace = std::make_unique<LinkTrace>(*m_writer);
+    m_link->setTap(m_trace.get());
 }
 
 /** Whether the job that runs has sent something whose outcome it does not know. */
@@ -152,8 +167,11 @@ void JobEngine::onAnswered()
     tries() = 0;
     m_doubt.reset();
     m_cause.reset();
-    if (m_request.end == TidemarCommand::Identification)
+    if (m_request.end == TidemarCommand::Identification) {
         m_identified = true;
+        if (m_trace)
+            m_trace->computerKnown(identity());
+    }
     if (m_ownRequest) {
         if (m_request.end == TidemarCommand::BootloaderVersion)
             m_bootloaderKnown = true;

@@ -8,12 +8,14 @@
 #include <QtCore/qtimer.h>
 
 #include <chrono>
+#include <memory>
 #include <optional>
 
 #include <varda/vardacomputer.h>
 
 #include "jobs/exchange_p.h"
 #include "jobs/link/computerlink_p.h"
+#include "jobs/trace/linktrace_p.h"
 #include "jobs/vardajob_p.h"
 #include "jobs/work/readings_p.h"
 
@@ -39,6 +41,7 @@ public:
     void setDevice(const BleDeviceInfo &device);
     void setMode(std::optional<BleMode> mode) { m_link->setMode(mode); }
     void setLinger(std::chrono::milliseconds time);
+    void setTrace(QIODevice *device, bool redacted);
 
     // For the jobs
     void stop(VardaJob *job, bool atOnce);
@@ -65,6 +68,7 @@ Q_SIGNALS:
     void deviceChanged();
     void currentJobChanged();
     void linkLost();
+    void traceFailed(const QString &text);
 
 private:
     enum class Phase {
@@ -112,6 +116,8 @@ private:
     [[nodiscard]] bool mayShareAttempt(VardaJob &job) const;
     [[nodiscard]] bool isUnclear() const;
 
+    std::unique_ptr<LinkTrace> m_trace; ///< none if nothing is written down
+    TraceWriter *m_writer = nullptr;
     ComputerLink *m_link;
     Exchange *m_exchange;
     Phase m_phase = Phase::Free;

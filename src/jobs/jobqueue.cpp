@@ -41,6 +41,8 @@ void JobEngine::run(VardaJob *job)
     m_connecting = m_silent = m_altogether = 0ms;
     m_sinceTick.start();
     m_tick.start();
+    if (m_trace)
+        m_trace->jobBegins(current().name);
     const QPointer<JobEngine> alive(this);
     Q_EMIT currentJobChanged();
     if (!alive || !isRunning(job))
@@ -58,6 +60,8 @@ void JobEngine::release(VardaJob *job)
     m_closers.removeOne(job);
     if (m_current != job)
         return;
+    if (m_trace)
+        m_trace->jobEnds(current().ending().error, current().ending().reason);
     m_current = nullptr;
     m_tick.stop();
     Q_EMIT currentJobChanged();

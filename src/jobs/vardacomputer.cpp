@@ -53,6 +53,7 @@ VardaComputer::VardaComputer(QObject *parent)
     connect(d->engine.get(), &JobEngine::currentJobChanged, this,
             &VardaComputer::currentJobChanged);
     connect(d->engine.get(), &JobEngine::linkLost, this, &VardaComputer::linkLost);
+    connect(d->engine.get(), &JobEngine::traceFailed, this, &VardaComputer::traceFailed);
 }
 
 VardaComputer::~VardaComputer()
@@ -83,6 +84,11 @@ void VardaComputer::setLinkMode(std::optional<BleMode> mode)
 void VardaComputer::setLinger(std::chrono::milliseconds time)
 {
     d->engine->setLinger(time);
+}
+
+void VardaComputer::setTrace(QIODevice *device, VardaTrace::Content content)
+{
+    d->engine->setTrace(device, content == VardaTrace::Redacted);
 }
 
 int VardaComputer::mtu() const

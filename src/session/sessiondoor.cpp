@@ -8,6 +8,11 @@ void SessionDoor::observe(LinkObserver *observer)
     m_session.d->setObserver(observer);
 }
 
+void SessionDoor::listen(LinkTap *tap)
+{
+    m_session.d->setTap(tap);
+}
+
 void SessionDoor::liftLimits(bool findsMode)
 {
     m_session.d->findsMode = findsMode;

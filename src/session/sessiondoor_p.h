@@ -6,6 +6,7 @@
 #include <optional>
 
 class LinkObserver;
+class LinkTap;
 class VardaData;
 
 /**
@@ -19,6 +20,8 @@ public:
 
     /** From the next link on; nobody() ends it at once. Not owned. */
     void observe(LinkObserver *observer);
+    /** Listens in on all links, before the observer; null for none. Not owned. */
+    void listen(LinkTap *tap);
     /** Before connecting: the kind of link follows from the services, answers are of any length. */
     void liftLimits(bool findsMode);
     /** What was decoded, so that a record can be emptied before it is read again. */

@@ -56,7 +56,7 @@ void VardaSession::Private::createBleObjects(BleMode linkMode)
     connect(scanner, &BleScanner::scanError, q, &VardaSession::onScanError);
 
     device = new BleDevice(q);
-    device->setObserver(observer);
+    device->setObserver(linkObserver());
     connect(device, &BleDevice::connected, q, &VardaSession::onBleConnected);
     connect(device, &BleDevice::disconnected, q, &VardaSession::onBleDisconnected);
     connect(device, &BleDevice::servicesDiscovered, q, &VardaSession::onBleServicesDiscovered);
@@ -69,7 +69,7 @@ void VardaSession::Private::createProtocol()
 {
     auto *const created = new VardaBleProtocol(device, mode, q);
     protocol = created;
-    created->setObserver(observer);
+    created->setObserver(linkObserver());
     if (unlimited)
         created->setUnlimited();
     connect(created, &VardaBleProtocol::responseReceived, q, &VardaSession::onResponseReceived);
@@ -99,10 +99,28 @@ void VardaSession::Private::dropProtocol()
 void VardaSession::Private::setObserver(LinkObserver *newObserver)
 {
     observer = newObserver;
+    observeLink();
+}
+
+void VardaSession::Private::setTap(LinkTap *newTap)
+{
+    tap = newTap;
+    observeLink();
+}
+
+LinkObserver *VardaSession::Private::linkObserver() const
+{
+    return tap ? tap : observer;
+}
+
+void VardaSession::Private::observeLink()
+{
+    if (tap)
+        tap->setNext(observer);
     if (device)
-        device->setObserver(observer);
+        device->setObserver(linkObserver());
     if (protocol)
-        protocol->setObserver(observer);
+        protocol->setObserver(linkObserver());
 }
 
 BleMode VardaSession::Private::modeOf(const QList<QBluetoothUuid> &services)
@@ -134,6 +152,8 @@ void VardaSession::Private::cleanup()
     leaveLink();
     if (device) {
         device->QObject::disconnect(q);
+        if (device->state() != BleDeviceState::Disconnected)
+            linkObserver()->disconnecting();
         device->setObserver(LinkObserver::nobody());
         device->disconnect();
         device->deleteLater();

@@ -9,7 +9,7 @@
 #include <varda/vardadata.h>
 #include <varda/vardasession.h>
 
-#include "transport/linkobserver_p.h"
+#include "transport/linktap_p.h"
 
 /**
  * What a session holds and does.
@@ -30,6 +30,9 @@ public:
     /** Forgets the link that there is, on the way to another one in the same mode. */
     void leaveLink();
     void setObserver(LinkObserver *observer);
+    void setTap(LinkTap *tap);
+    void observeLink();
+    [[nodiscard]] LinkObserver *linkObserver() const;
     [[nodiscard]] static BleMode modeOf(const QList<QBluetoothUuid> &services);
     [[nodiscard]] static bool collectsAnswers(TidemarCommand::TidemarCommandIn command);
     void cleanup();
@@ -85,6 +88,7 @@ public:
     BleDeviceInfo lastDevice;
     quint64 attempt = 0; ///< counts the links that were let go
     LinkObserver *observer = LinkObserver::nobody();
+    LinkTap *tap = nullptr; ///< before the observer
 
     QString pendingOwner;
     QList<LayoutEntry> layouts;

@@ -155,6 +155,7 @@ void BleDevice::connectTo(BleDeviceInfo device)
         return;
     d->lastDevice = device;
     d->deviceName = device.name();
+    d->observer->connecting(device);
     Q_EMIT deviceNameChanged();
     if (superseded())
         return;
@@ -190,6 +191,7 @@ void BleDevice::disconnect()
         onControllerDisconnected();
         return;
     }
+    d->observer->disconnecting();
     controller->disconnectFromDevice();
     // A session connects anew before the old device is deleted.
     if (controller->state() == QLowEnergyController::ClosingState)
@@ -266,6 +268,7 @@ bool BleDevice::enableNotifications()
         return false;
     }
     d->notificationsWatchdog.start();
+    d->observer->subscribing(d->notifyCharacteristic.uuid(), value);
     d->service->writeDescriptor(cccd, value);
     return true;
 }
@@ -293,12 +296,14 @@ bool BleDevice::writeRaw(const QString &characteristicUuid, const QByteArray &da
         Q_EMIT error(u"writeRaw failed: characteristic not found — "_s + characteristicUuid);
         return false;
     }
+    d->observer->writtenBeside(characteristic.uuid(), data);
     d->service->writeCharacteristic(characteristic, data, mode);
     return true;
 }
 
 void BleDevice::onControllerConnected()
 {
+    d->observer->linkUp();
     const QPointer<QLowEnergyController> controller(d->controller);
     setState(BleDeviceState::DiscoveringServices);
     // A slot may have dropped the link meanwhile; the controller then waits for its deletion.
@@ -309,6 +314,7 @@ void BleDevice::onControllerConnected()
 void BleDevice::onControllerDisconnected()
 {
     const QPointer<BleDevice> alive(this);
+    d->observer->linkDown();
     d->notificationsWatchdog.stop();
     setState(BleDeviceState::Disconnected);
     if (alive)
@@ -348,6 +354,7 @@ void BleDevice::onServiceStateChanged(QLowEnergyService::ServiceState state)
         if (uuid == d->writeUuid)
             write = characteristic;
     }
+    d->observer->characteristicsKnown(d->service->serviceUuid(), characteristics);
     if (!notify.isValid() || !write.isValid()) {
         d->observer->characteristicsMissing();
         Q_EMIT error(u"Characteristics not found in service"_s);
@@ -380,6 +387,7 @@ void BleDevice::onDescriptorWritten(const QLowEnergyDescriptor &info, const QByt
     d->notificationsWatchdog.stop();
     if (d->state == BleDeviceState::Connected)
         return;
+    d->observer->subscribed(mtu());
     const QPointer<BleDevice> alive(this);
     setState(BleDeviceState::Connected);
     if (alive && d->state == BleDeviceState::Connected)

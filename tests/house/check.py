@@ -31,7 +31,7 @@ PUBLIC = {
     "conversion": {"diveprofile.h", "tidemardiveconverter.h"},
     "jobs": {
         "downloadjob.h", "firmwarejob.h", "searchjob.h", "vardaawait.h", "vardacomputer.h",
-        "vardajob.h", "vardareply.h",
+        "vardajob.h", "vardareply.h", "vardatrace.h", "vardatracefile.h",
     },
 }
 # Libraries beside the core, with public headers of their own.

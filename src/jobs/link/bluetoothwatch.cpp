@@ -27,6 +27,7 @@ const QString kObjectManager = u"org.freedesktop.DBus.ObjectManager"_s;
 struct Adapters {
     bool any = false;
     bool powered = false;
+    QString modalias;
 };
 
 /** The adapters among all that the service has: a map of paths to interfaces to properties. */
@@ -48,6 +49,7 @@ Adapters adaptersIn(const QDBusArgument &objects)
             if (interface != kAdapter)
                 continue;
             found.any = true;
+            found.modalias = properties.value(u"Modalias"_s).toString();
             if (properties.value(u"Powered"_s, true).toBool())
                 found.powered = true;
         }
@@ -65,7 +67,19 @@ bool cannotStart(const QString &error)
            || error.startsWith("org.freedesktop.DBus.Error.Spawn."_L1);
 }
 
-Reason reasonOf(const QDBusMessage &reply)
+/** "usb:v1D6Bp0246d0542" is BlueZ 5.66: its own number among those of USB devices, and its version. */
+QString serviceIn(const QString &modalias)
+{
+    constexpr auto kPrefix = "usb:v1D6Bp0246d"_L1;
+    constexpr int kDigits = 4;
+    bool isNumber = false;
+    const uint version = modalias.mid(kPrefix.size()).toUInt(&isNumber, 16);
+    if (!modalias.startsWith(kPrefix) || modalias.size() != kPrefix.size() + kDigits || !isNumber)
+        return {};
+    return u"BlueZ %1.%2"_s.arg(version >> 8).arg(version & 0xFF);
+}
+
+Reason reasonOf(const QDBusMessage &reply, QString &service)
 {
     if (reply.type() == QDBusMessage::ErrorMessage) {
         switch (QDBusError(reply).type()) {
@@ -84,6 +98,7 @@ Reason reasonOf(const QDBusMessage &reply)
     if (reply.signature() != "a{oa{sa{sv}}}"_L1) // of another call
         return Reason::None;
     const Adapters adapters = adaptersIn(reply.arguments().constFirst().value<QDBusArgument>());
+    service = serviceIn(adapters.modalias);
     if (!adapters.any)
         return Reason::NoAdapter;
     return adapters.powered ? Reason::None : Reason::AdapterOff;
@@ -121,9 +136,9 @@ void BluetoothWatch::call(const QDBusMessage &message, std::function<void(Reason
     auto *const pending = new QDBusPendingCallWatcher(
         QDBusConnection::systemBus().asyncCall(message, kFrozenMs), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this,
-            [answered = std::move(answered)](QDBusPendingCallWatcher *ended) {
+            [this, answered = std::move(answered)](QDBusPendingCallWatcher *ended) {
                 ended->deleteLater();
-                answered(reasonOf(ended->reply()));
+                answered(reasonOf(ended->reply(), m_service));
             });
 }
 

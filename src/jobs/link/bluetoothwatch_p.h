@@ -35,6 +35,9 @@ public:
     /** Calls back as soon as the service shows that it is alive, or that it is not. */
     void ping(std::function<void(VardaJob::Reason)> answered);
 
+    /** "BlueZ 5.66", as the last check() found it; empty if it cannot be known. */
+    [[nodiscard]] QString service() const { return m_service; }
+
 Q_SIGNALS:
     /** It has ended, or its adapter is off or gone; links and searches are dead. */
     void lost(VardaJob::Reason reason);
@@ -54,6 +57,7 @@ private:
 #endif
     void ask(std::function<void(VardaJob::Reason)> answered);
 
+    QString m_service;
     quint64 m_asked = 0; ///< counts what was asked, so that a late answer is known
 };
 

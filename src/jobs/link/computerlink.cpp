@@ -88,6 +88,13 @@ int ComputerLink::mtu() const
     return m_state == State::Up ? SessionDoor(*m_session).mtu() : 0;
 }
 
+void ComputerLink::setTap(LinkTap *tap)
+{
+    m_tap = tap;
+    if (m_session)
+        SessionDoor(*m_session).listen(tap);
+}
+
 void ComputerLink::open(const Wish &wish)
 {
     m_wish = wish;
@@ -116,6 +123,8 @@ void ComputerLink::begin()
 void ComputerLink::onBluetoothKnown(Reason reason)
 {
     if (reason == Reason::None) {
+        if (m_tap)
+            m_tap->serviceKnown(m_watch.service());
         search();
         return;
     }
@@ -161,6 +170,7 @@ void ComputerLink::connectTo(const BleDeviceInfo &device)
 void ComputerLink::makeSession()
 {
     m_session = std::make_unique<VardaSession>();
+    SessionDoor(*m_session).listen(m_tap);
     connect(m_session.get(), &VardaSession::createControllerStatus, this,
             [this](CreateControllerStatus::CreateControllerStatusIn status) {
                 if (status != CreateControllerStatus::Created)
@@ -184,6 +194,7 @@ void ComputerLink::dropSession()
     SessionDoor(*m_session).observe(LinkObserver::nobody());
     m_session->disconnect(this);
     m_session->controllerDisconnect();
+    SessionDoor(*m_session).listen(nullptr);
     // One of its slots may be what leads here.
     DeleteLater()(m_session.release());
 }

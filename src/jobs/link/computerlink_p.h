@@ -4,6 +4,7 @@
 #include <QtCore/qlist.h>
 #include <QtCore/qobject.h>
 #include <QtCore/qpointer.h>
+#include <QtCore/qset.h>
 #include <QtCore/qtimer.h>
 
 #include <functional>
@@ -18,6 +19,7 @@
 #include "jobs/link/bluetoothwatch_p.h"
 #include "jobs/link/linknotes_p.h"
 #include "transport/devicesearch_p.h"
+#include "transport/linktap_p.h"
 
 [[nodiscard]] bool sameAddress(const BleDeviceInfo &one, const BleDeviceInfo &other);
 
@@ -51,6 +53,9 @@ public:
     void setMode(std::optional<BleMode> mode) { m_mode = mode; }
     /** Sees what happens on a link that is up; nobody() for none. */
     void setObserver(LinkObserver *observer) { m_notes.setObserver(observer); }
+
+    /** Listens in on everything; null for none. Not owned. */
+    void setTap(LinkTap *tap);
 
     void open(const Wish &wish);
     /** Ends the search or the connection; the link if it is up. Reports @p why, or its cause. */
@@ -106,6 +111,8 @@ private:
     bool m_othersSeen = false; ///< a computer that another object of this process has
     std::unique_ptr<VardaSession> m_session;
     LinkNotes m_notes;
+    LinkTap *m_tap = nullptr;
+    QSet<QString> m_others; ///< seen while looking for the computer, by their addresses
     BluetoothWatch m_watch;
     DeviceSearch m_search;
     QTimer m_timer;

@@ -26,6 +26,7 @@ void ComputerLink::search()
     }
     m_candidates.clear();
     m_othersSeen = false;
+    m_others.clear();
     m_search.start(kSearchTime);
 }
 
@@ -34,6 +35,8 @@ void ComputerLink::onSeen(const BleDeviceInfo &device)
     const bool wanted = m_wish.device.isValid() ? sameAddress(device, m_wish.device)
                                                 : isComputerName(device.name());
     const auto known = [&device](const BleDeviceInfo &each) { return sameAddress(each, device); };
+    if (m_tap && !wanted)
+        m_others.insert(device.address());
     if (!wanted || std::any_of(m_candidates.cbegin(), m_candidates.cend(), known))
         return;
 
@@ -61,6 +64,8 @@ void ComputerLink::onSearchFailed(DeviceSearch::Failure failure)
 void ComputerLink::choose()
 {
     stopTrying();
+    if (m_tap)
+        m_tap->othersSeen(int(m_others.size()));
     if (m_candidates.isEmpty() && m_othersSeen) {
         fail({VardaJob::InUse, Reason::OtherComputer});
     } else if (m_candidates.isEmpty()) {
