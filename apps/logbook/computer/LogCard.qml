@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 import QtQuick.Controls
-import QtQuick.Dialogs
 import QtQuick.Layouts
 import Varda
 import Logbook
@@ -139,13 +138,12 @@ Section {
         Layout.fillWidth: true
     }
 
-    FileDialog {
+    SaveDialog {
         id: dialog
 
         title: qsTr("Save the log")
-        fileMode: FileDialog.SaveFile
         defaultSuffix: "txt"
         nameFilters: [qsTr("Text (*.txt)"), qsTr("All files (*)")]
-        onAccepted: root.save(selectedFile)
+        onChosen: file => root.save(file)
     }
 }

@@ -186,15 +186,14 @@ Section {
         title: qsTr("Add a layout")
         onAccepted: root.add(selectedFile)
     }
-    FileDialog {
+    SaveDialog {
         id: saveDialog
 
         property int index: -1
 
         title: qsTr("Save the layout")
-        fileMode: FileDialog.SaveFile
         defaultSuffix: "layout"
-        onAccepted: root.save(index, selectedFile)
+        onChosen: file => root.save(index, file)
     }
     ConfirmDialog {
         id: confirm

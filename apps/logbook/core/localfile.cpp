@@ -16,9 +16,20 @@ constexpr qint64 kLongest = 16LL * 1024 * 1024;
 
 } // namespace
 
+QString LocalFile::path(const QUrl &file)
+{
+    // The file dialog of Qt 6.4 leaves the scheme out if a name was typed.
+    return file.scheme().isEmpty() ? file.path() : file.toLocalFile();
+}
+
+bool LocalFile::exists(const QUrl &file)
+{
+    return QFileInfo::exists(path(file));
+}
+
 QVariantMap LocalFile::read(const QUrl &file)
 {
-    QFile source(file.toLocalFile());
+    QFile source(path(file));
     QVariantMap result{{u"name"_s, QFileInfo(source.fileName()).fileName()}};
     QString error;
     if (!source.open(QIODevice::ReadOnly))
@@ -35,7 +46,7 @@ QVariantMap LocalFile::read(const QUrl &file)
 
 QString LocalFile::write(const QUrl &file, const QVariant &contents)
 {
-    QSaveFile target(file.toLocalFile());
+    QSaveFile target(path(file));
     if (!target.open(QIODevice::WriteOnly))
         return target.errorString();
     target.write(contents.toByteArray());

@@ -16,6 +16,9 @@ class LocalFile : public QObject
 public:
     using QObject::QObject;
 
+    /** As people write it. */
+    Q_INVOKABLE static QString path(const QUrl &file);
+    Q_INVOKABLE static bool exists(const QUrl &file);
     /** "name", "bytes", and "error": the system's words, or empty. */
     Q_INVOKABLE static QVariantMap read(const QUrl &file);
     /** A text or bytes, whole or not at all; the system's words if it fails. */

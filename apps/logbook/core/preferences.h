@@ -56,8 +56,6 @@ public:
     void setExpert(bool on);
     [[nodiscard]] static bool simulated();
 
-    /** The file of a "file:" address, as people write it. */
-    Q_INVOKABLE static QString localFile(const QUrl &url) { return url.toLocalFile(); }
     Q_INVOKABLE static QUrl folderOf(const QString &file);
 
 Q_SIGNALS:

@@ -51,7 +51,7 @@ QtObject {
         readNext(ids, 0, run, dive => {
             dives.push(dive.dive);
             return true;
-        }, () => end(DiveFormats.write(formats[format], dives, file, options), Preferences.localFile(file)));
+        }, () => end(DiveFormats.write(formats[format], dives, file, options), LocalFile.path(file)));
     }
     /** Writes one file for each dive. */
     function writePictures(format: string, ids: var, folder: url) {
@@ -63,7 +63,7 @@ QtObject {
             if (result.error)
                 end(result, "");
             return !result.error;
-        }, () => end({ error: "", messages: [] }, Preferences.localFile(folder)));
+        }, () => end({ error: "", messages: [] }, LocalFile.path(folder)));
     }
 
     function readNext(ids: var, at: int, ownRun: int, take: var, atEnd: var) {

@@ -108,14 +108,13 @@ AppDialog {
         }
     }
 
-    FileDialog {
+    SaveDialog {
         id: fileDialog
 
-        fileMode: FileDialog.SaveFile
         title: root.title
         defaultSuffix: exporter.suffixOf(root.format)
         nameFilters: [exporter.suffixOf(root.format).toUpperCase() + " (*." + exporter.suffixOf(root.format) + ")"]
-        onAccepted: exporter.write(root.format, root.ids, selectedFile)
+        onChosen: file => exporter.write(root.format, root.ids, file)
     }
     FolderDialog {
         id: folderDialog

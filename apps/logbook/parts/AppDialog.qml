@@ -63,7 +63,5 @@ Dialog {
             width: 1
             color: Theme.line
         }
-        Accessible.role: Accessible.Dialog
-        Accessible.name: root.title
     }
 }

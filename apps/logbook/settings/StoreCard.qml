@@ -84,6 +84,6 @@ Card {
         options: FileDialog.DontConfirmOverwrite // qmllint disable
         currentFolder: Preferences.folderOf(Preferences.storeFile)
         nameFilters: [qsTr("Dives (*.sqlite *.db)"), qsTr("All files (*)")]
-        onAccepted: Preferences.storeFile = Preferences.localFile(selectedFile)
+        onAccepted: Preferences.storeFile = LocalFile.path(selectedFile)
     }
 }

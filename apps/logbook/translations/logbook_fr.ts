@@ -1512,6 +1512,25 @@
     </message>
 </context>
 <context>
+    <name>SaveDialog</name>
+    <message>
+        <source>Save</source>
+        <translation>Enregistrer</translation>
+    </message>
+    <message>
+        <source>Replace this file?</source>
+        <translation>Remplacer ce fichier ?</translation>
+    </message>
+    <message>
+        <source>“%1” is there already.</source>
+        <translation>« %1 » existe déjà.</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>Remplacer</translation>
+    </message>
+</context>
+<context>
     <name>ScreensCard</name>
     <message>
         <source>Layout %1</source>
