@@ -26,7 +26,17 @@ ccache            ccache (optional, makes the second build fast)
 # From Debian 13 on, the plugin for SVG is in a package of its own.
 svg_plugin=qt6-svg-plugins
 # shellcheck disable=SC1091 # the system's
-case $(. /etc/os-release 2>/dev/null && echo "$ID$VERSION_ID") in debian12 | ubuntu24.04) svg_plugin=libqt6svg6 ;; esac
+case $(. /etc/os-release 2>/dev/null && echo "$ID$VERSION_ID") in
+    debian12 | ubuntu24.04)
+        svg_plugin=libqt6svg6
+        # For the walk through the app from outside, which is made with Qt 6.4 only.
+        walk_packages="
+xvfb                       Xvfb (optional, for a test of the app)
+at-spi2-core               AT-SPI (optional, for the same)
+gir1.2-atspi-2.0           its bindings (optional, for the same)
+python3-gi                 PyGObject (optional, for the same)"
+        ;;
+esac
 # For the QML module and the app, in the builds of everything and of what gets installed.
 qml_packages="
 qt6-declarative-dev        Qt Quick (development files)
@@ -45,6 +55,7 @@ qt6-tools-dev              Qt's CMake files for translations
 qt6-l10n-tools             lupdate and lrelease
 desktop-file-utils         desktop-file-validate
 appstream                  appstreamcli
+${walk_packages:-}
 "
 # One version on every machine: another formats otherwise and warns otherwise.
 lint_packages="
@@ -106,7 +117,7 @@ need_elsewhere() {
     local package what absent=''
     while read -r package what; do
         case $package in
-            '' | ccache | zsh | fish | groff | man-db | mandoc) continue ;;
+            '' | ccache | zsh | fish | groff | man-db | mandoc | xvfb | at-spi2-core | gir1.2-atspi-2.0 | python3-gi) continue ;;
             g++) found c++ || found g++ || found clang++ ;;
             ninja-build) found ninja ;;
             qt6-base-dev) qt_has Core && qt_has Gui ;;
