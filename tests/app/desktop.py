@@ -4,6 +4,7 @@
 import contextlib
 import os
 import shutil
+import socket
 import struct
 import subprocess
 import sys
@@ -43,6 +44,17 @@ def missing():
     return ""
 
 
+def process_behind(path):
+    """The id of the one that listens there, or None."""
+    with socket.socket(socket.AF_UNIX) as client:
+        try:
+            client.connect(path)
+        except OSError:
+            return None
+        credentials = client.getsockopt(socket.SOL_SOCKET, socket.SO_PEERCRED, 12)
+    return struct.unpack("3i", credentials)[0]
+
+
 class Desktop(contextlib.ExitStack):
     def __init__(self, simulator):
         super().__init__()
@@ -76,16 +88,20 @@ class Desktop(contextlib.ExitStack):
         return line
 
     def start_display(self):
-        there, here = os.pipe()
-        self.run(
-            ["Xvfb", "-displayfd", str(here), "-screen", "0", "1200x1600x24", "-nolisten", "tcp", "-fbdir", self.folder],
-            pass_fds=(here,))
-        os.close(here)
-        with os.fdopen(there) as reported:
-            number = reported.readline().strip()
-        if not number:
-            sys.exit("Xvfb did not start")
-        return f":{number}"
+        # Two servers that start at the same time may both take a number, and one does not get it.
+        for _ in range(10):
+            there, here = os.pipe()
+            server = self.run(
+                ["Xvfb", "-displayfd", str(here), "-screen", "0", "1200x1600x24", "-nolisten", "tcp",
+                 "-fbdir", self.folder], pass_fds=(here,))
+            os.close(here)
+            with os.fdopen(there) as reported:
+                number = reported.readline().strip()
+            if number and process_behind(f"/tmp/.X11-unix/X{number}") == server.pid:
+                return f":{number}"
+            server.terminate()
+            server.wait()
+        sys.exit("Xvfb did not start")
 
     def take_picture(self, file):
         """Of the whole display, as a PNG."""
