@@ -3,8 +3,8 @@
 """behaviour.py VARDA [TEST...]: what a golden file cannot show."""
 
 import contextlib
-import json
 import fcntl
+import json
 import os
 import pty
 import re
@@ -952,6 +952,54 @@ class Behaviour(unittest.TestCase):
         self.assertRegex(done.stderr, r"(?m)^ +\d+\.\d{3} varda\.wire: <- dc dc ")
         self.assertNotIn("varda.", done.stdout)
         self.assertEqual(run("info", "--simulate").stderr, "")
+
+    def test_record(self):
+        """What happened is in the file, and nothing private unless it is wanted."""
+        with tempfile.TemporaryDirectory() as folder:
+            file = os.path.join(folder, "trace.jsonl")
+            for extra, private in ((), False), (("--unredacted",), True):
+                done = run("owner", "--simulate", "--record", file, *extra)
+                self.assertEqual((done.returncode, done.stdout, done.stderr),
+                                 (0, "Ada Lindqvist\n", ""))
+                with open(file, encoding="utf-8") as trace:
+                    text = trace.read()
+                lines = [json.loads(line) for line in text.splitlines()]
+                self.assertEqual(lines[0]["format"], "varda-trace")
+                self.assertEqual(lines[0]["redacted"], not private)
+                self.assertEqual([line["name"] for line in lines[1:] if line["event"] == "job"],
+                                 ["owner"])
+                self.assertEqual("00:AA:01:01:00:01" in text, private)
+                self.assertEqual(b"Ada Lindqvist".hex() in text, private)
+
+    def test_record_nowhere(self):
+        """A recording that cannot be is reported, before or afterwards, and costs no result."""
+        done = run("owner", "--simulate", "--record", "/dev/full")
+        self.assertEqual((done.returncode, done.stdout), (0, "Ada Lindqvist\n"))
+        self.assertEqual(done.stderr, "varda: the recording has ended: No space left on device\n")
+        done = run("owner", "--simulate", "--record", "/nowhere/trace")
+        self.assertEqual((done.returncode, done.stdout), (2, ""))
+        self.assertEqual(done.stderr, 'varda: "/nowhere/trace" cannot be written: '
+                                      "No such file or directory\n")
+        done = run("dives", "--saved", "--record", "/dev/null")
+        self.assertEqual(done.returncode, 2)
+        self.assertEqual(done.stderr, "varda: there is nothing to record, "
+                                      "because no computer is used\n")
+        done = run("owner", "--simulate", "--unredacted")
+        self.assertEqual(done.returncode, 2)
+        self.assertEqual(done.stderr, 'varda: "--unredacted" needs "--record FILE"\n')
+
+    def test_record_into_pipe(self):
+        """A reader who has gone or does not read holds nothing up."""
+        with tempfile.TemporaryDirectory() as folder:
+            pipe = os.path.join(folder, "pipe")
+            os.mkfifo(pipe)
+            reader = os.open(pipe, os.O_RDONLY | os.O_NONBLOCK)
+            fcntl.fcntl(reader, fcntl.F_SETPIPE_SZ, 4096)
+            done = run("dives", "--simulate", "--json", "--record", pipe)
+            self.assertEqual(done.returncode, 0)
+            self.assertEqual(len(json.loads(done.stdout)["dives"]), 12)
+            self.assertIn("varda: the recording has ended: ", done.stderr)
+            os.close(reader)
 
     def test_full_disk(self):
         """A result that is not written is not a success; the system's reason is said."""

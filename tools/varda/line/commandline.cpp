@@ -13,6 +13,7 @@
 #include "output/terminal.h"
 #include "run/failure.h"
 #include "run/interrupt.h"
+#include "run/recording.h"
 #include "run/simulation.h"
 
 #include <CLI/CLI.hpp>
@@ -162,6 +163,10 @@ void CommandLine::Private::addGlobalOptions()
         ->expected(0, 1);
     arguments.choice("--units", "UNITS", m_units, "metric", "imperial",
                      "Units of depths and temperatures, metric or imperial");
+    arguments.option("--record", "FILE", options.record,
+                     "Write what happens on the link to FILE, for a report");
+    m_app.add_flag("--unredacted", options.unredacted,
+                   "Keep names, numbers and texts in that file");
     m_app.add_flag("--json", options.json, "Print JSON");
     m_app.add_flag("--verbose", options.verbose, "Show on stderr what is sent and received");
 }
@@ -178,6 +183,9 @@ void CommandLine::Private::takeGlobalOptions()
         options.retries = 0;
     else if (m_app.count("--retries") > 0)
         options.retries = m_retries;
+    if (options.unredacted && options.record.isEmpty()) {
+        throw Failure{ExitCode::UsageError, u"\"--unredacted\" needs \"--record FILE\""_s, {}};
+    }
     if (m_app.count("--simulate") > 0)
         options.simulate = QString::fromLocal8Bit(m_scenario.c_str());
 }
@@ -299,6 +307,12 @@ int CommandLine::run() const
     const int status = exitStatusOf([this] {
         Options options = d->options;
         Defaults().complete(options);
+        if (!options.record.isEmpty() && !d->chosen->usesComputer()) {
+            throw Failure{ExitCode::UsageError,
+                          u"there is nothing to record, because no computer is used"_s,
+                          {}};
+        }
+        const Recording recording(options);
         std::unique_ptr<Simulation> simulation;
         if (options.simulate && d->chosen->usesComputer())
             simulation = std::make_unique<Simulation>(*options.simulate);

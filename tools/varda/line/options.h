@@ -16,6 +16,8 @@ struct Options {
     std::optional<BleMode> mode;     ///< found out if not given
     std::optional<QString> simulate; ///< a scenario; empty for the usual computer
     std::optional<Units> units;      ///< of texts
+    QString record;                  ///< file for what happens on the link; empty for none
+    bool unredacted = false;         ///< with what is private
     bool json = false;
     bool verbose = false;
     std::optional<std::chrono::seconds> timeout;

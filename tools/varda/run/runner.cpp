@@ -4,6 +4,7 @@
 #include "output/safetext.h"
 #include "output/terminal.h"
 #include "run/finding.h"
+#include "run/recording.h"
 
 #include <QtCore/qelapsedtimer.h>
 #include <QtCore/qeventloop.h>
@@ -25,6 +26,7 @@ Runner::Runner(const Options &options, Purpose purpose)
     : m_options(options), m_connectLimit(options.timeout.value_or(kConnectLimit))
 {
     m_computer.setLinkMode(options.mode);
+    Recording::follow(m_computer);
     connect(&m_computer, &VardaComputer::stateChanged, this, &Runner::showState);
     connect(&m_computer, &VardaComputer::deviceChanged, this,
             [this] { showStatus(u"Connected to "_s + device().name()); });
