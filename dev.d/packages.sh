@@ -57,6 +57,15 @@ desktop-file-utils         desktop-file-validate
 appstream                  appstreamcli
 ${walk_packages:-}
 "
+# For a build with the benchmarks
+benchmark_packages="
+libbenchmark-dev  Google Benchmark (optional)
+"
+# What they are measured with and beside
+bench_packages="
+valgrind          Valgrind
+libboost-dev      Boost (optional)
+"
 # One version on every machine: another formats otherwise and warns otherwise.
 lint_packages="
 clang-format-19   clang-format 19
@@ -118,6 +127,7 @@ need_elsewhere() {
     while read -r package what; do
         case $package in
             '' | ccache | zsh | fish | groff | man-db | mandoc | xvfb | at-spi2-core | gir1.2-atspi-2.0 | python3-gi) continue ;;
+            libbenchmark-dev | libboost-dev) continue ;;
             g++) found c++ || found g++ || found clang++ ;;
             ninja-build) found ninja ;;
             qt6-base-dev) qt_has Core && qt_has Gui ;;
