@@ -59,6 +59,7 @@ struct DivePicture::Private {
         ProfilePlot plot(dives, all, options, placeOfPlot(options));
         plot.draw(drawing);
         water = plot.water();
+        temperature = plot.temperature();
         time = plot.time();
         depth = plot.depth();
         for (const Readings &each : all)
@@ -90,6 +91,7 @@ struct DivePicture::Private {
     Style style;
     PictureOptions::Units units = PictureOptions::Units::Metric;
     QRectF water; ///< empty if it is no profile, as are those below
+    QRectF temperature;
     Scale time;
     Scale depth;
     QList<QList<DiveReading>> readings;
@@ -127,6 +129,11 @@ QSizeF DivePicture::size() const
 QRectF DivePicture::plot() const
 {
     return d->water;
+}
+
+QRectF DivePicture::temperaturePlot() const
+{
+    return d->temperature;
 }
 
 double DivePicture::from() const

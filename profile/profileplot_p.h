@@ -23,6 +23,8 @@ public:
 
     /** From the surface to the deepest line of the grid. */
     [[nodiscard]] QRectF water() const { return m_water; }
+    /** Below the water; empty without temperatures, and if there is no room for them. */
+    [[nodiscard]] QRectF temperature() const { return m_temperature; }
     [[nodiscard]] const Scale &time() const { return m_time; }
     [[nodiscard]] const Scale &depth() const { return m_depth; }
 

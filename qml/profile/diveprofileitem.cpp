@@ -440,6 +440,8 @@ void DiveProfileItem::placeCursor()
     const QColor rim = isDark ? QColor(0x5A, 0x6B, 0x7B) : QColor(0x9A, 0xA8, 0xB5);
     const QRectF plot(picture().plot().topLeft() * pixelScale(),
                       picture().plot().size() * pixelScale());
+    // Down to the temperatures, which it is about too.
+    const QRectF all = picture().plot().united(picture().temperaturePlot());
     const QPointF at = pointAt(m_cursor->time, m_cursor->depth);
     QList<ProfileCursor::Dot> dots;
     QList<ProfileFlag::Row> rows{{durationText(m_cursor->time), {}}};
@@ -461,7 +463,8 @@ void DiveProfileItem::placeCursor()
     if (!fontFamily().isEmpty())
         font.setFamily(fontFamily());
     font.setPixelSize(int(std::lround(m_textSize)));
-    m_line->show(at.x(), plot, dots, text, paper, pixelScale());
+    m_line->show(at.x(), QRectF(all.topLeft() * pixelScale(), all.size() * pixelScale()), dots,
+                 text, paper, pixelScale());
     m_flag->setColours(paper, text, rim);
     m_flag->show(at, plot, rows, font);
     m_line->setVisible(true);

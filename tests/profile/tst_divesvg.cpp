@@ -454,6 +454,8 @@ void TestDiveSvg::places()
 {
     const DivePicture picture = DivePicture::profile(deepDive());
     QCOMPARE(picture.plot(), QRectF(72, 104, 860, 314));
+    QCOMPARE(picture.temperaturePlot(), QRectF(72, 438, 860, 64));
+    QVERIFY(DivePicture::comparison({deepDive(), shallowDive()}).temperaturePlot().isEmpty());
     QCOMPARE(picture.timeAt(72), 0.0);
     QCOMPARE(picture.timeAt(502), 1560.0);
     QCOMPARE(picture.timeAt(932), 3120.0);

@@ -126,6 +126,17 @@ Item {
             compare(profile.pointAt(3120, 0).x, 612);
         }
 
+        /** Through the depths and the temperatures. */
+        function test_cursorLine_data() {
+            return [{tag: "depths", y: 100}, {tag: "temperatures", y: 300}];
+        }
+
+        function test_cursorLine(data) {
+            const before = grabImage(profile).pixel(339, data.y);
+            profile.cursorTime = 1560;
+            verify(!Qt.colorEqual(grabImage(profile).pixel(339, data.y), before));
+        }
+
         function test_mouse() {
             mouseMove(profile, 339, 200);
             compare(profile.cursorTime, 1560);

@@ -53,6 +53,8 @@ public:
      * to the last second that is shown.
      */
     [[nodiscard]] QRectF plot() const;
+    /** Below it, where the temperatures of one dive are drawn; empty if they are not. */
+    [[nodiscard]] QRectF temperaturePlot() const;
     /** The first second that is shown. */
     [[nodiscard]] double from() const;
     /** The last one. */
