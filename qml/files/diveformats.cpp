@@ -50,6 +50,7 @@ PictureOptions pictureOptionsIn(const QVariantMap &from)
         options.size.setWidth(width);
     if (height > 0)
         options.size.setHeight(height);
+    options.names = from.value(u"names"_s).toStringList();
     options.fontFamily = from.value(u"fontFamily"_s).toString();
     if (from.value(u"imperial"_s).toBool())
         options.units = PictureOptions::Units::Imperial;
@@ -58,12 +59,22 @@ PictureOptions pictureOptionsIn(const QVariantMap &from)
     return options;
 }
 
-QByteArray pictureOf(const Dive &dive, DiveFormats::Format format, const PictureOptions &options)
+QByteArray pictureOf(const QList<Dive> &dives, DiveFormats::Format format,
+                     const PictureOptions &options)
 {
-    if (format == DiveFormats::Pdf)
-        return DivePicture::sheet(dive, options).toPdf();
-    const DivePicture picture = DivePicture::profile(dive, options);
-    return format == DiveFormats::Png ? picture.toPng() : picture.toSvg();
+    const bool isComparison = dives.size() > 1;
+    if (format == DiveFormats::Pdf && !isComparison)
+        return DivePicture::sheet(dives.first(), options).toPdf();
+    const DivePicture picture = isComparison ? DivePicture::comparison(dives, options)
+                                             : DivePicture::profile(dives.first(), options);
+    switch (format) {
+    case DiveFormats::Pdf:
+        return picture.toPdf();
+    case DiveFormats::Png:
+        return picture.toPng();
+    default:
+        return picture.toSvg();
+    }
 }
 
 bool isPicture(DiveFormats::Format format)
@@ -96,9 +107,7 @@ Written written(DiveFormats::Format format, const QVariantList &values, const QV
         const DivesWritten report = writeTo(&buffer, format, dives);
         return {buffer.data(), report};
     }
-    if (dives.size() > 1)
-        return {{}, {u"a picture shows one dive, and these are %1"_s.arg(dives.size()), {}}};
-    const QByteArray bytes = pictureOf(dives.first(), format, pictureOptionsIn(options));
+    const QByteArray bytes = pictureOf(dives, format, pictureOptionsIn(options));
     return {bytes,
             {bytes.isEmpty() ? u"there is not enough memory for the picture"_s : QString(), {}}};
 }

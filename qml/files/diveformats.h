@@ -36,9 +36,9 @@ public:
         CsvSummary, ///< one line a dive
         CsvSamples, ///< one line a sample
         Json,
-        Svg, ///< the profile of one dive
+        Svg, ///< the profile of one dive, or those of several over each other
         Png, ///< the same
-        Pdf, ///< a page about one dive
+        Pdf, ///< a page about one dive, or the profiles of several over each other
     };
     Q_ENUM(Format)
 
@@ -47,7 +47,8 @@ public:
     /**
      * Writes the dives (each a dive or a logbookDive) whole or not at all: what was there before
      * stays if anything fails. @p file is a URL or a path. @p options are for pictures: width,
-     * height, fontFamily, imperial and dark, each of which may be left out.
+     * height, fontFamily, imperial, dark and, for several dives, names, each of which may be left
+     * out.
      */
     Q_INVOKABLE static DiveFileResult write(Format format, const QVariantList &dives,
                                             const QUrl &file, const QVariantMap &options = {});

@@ -54,8 +54,21 @@ TestCase {
         const dive = Files.dive(5, 1767225600, 12.5);
         const bytes = DiveFormats.bytes(data.format, [dive], {width: 500, height: 300});
         compare(Files.text(bytes.slice(0, data.begin.length)), data.begin);
-        compare(DiveFormats.write(data.format, [dive, dive], Files.newPath("dive")).error,
-                "a picture shows one dive, and these are 2");
+    }
+
+    /** Their profiles over each other. */
+    function test_comparison(data) {
+        const dives = [Files.dive(5, 1767225600, 12.5), Files.dive(6, 1767312000, 20)];
+        const content = Files.text(DiveFormats.bytes(data.format, dives, {names: ["Reef", "Wreck"]}));
+        verify(content.startsWith(data.begin), content.slice(0, 30));
+        if (data.format !== DiveFormats.Svg)
+            return;
+        for (const name of ["Reef", "Wreck"])
+            verify(content.includes(">" + name + "<"), name);
+    }
+
+    function test_comparison_data() {
+        return test_pictures_data();
     }
 
     function test_pictureOptions() {
