@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 """Every text of the app and of the QML module is in French, and each with a number has its English forms.
+No French text has the apostrophe of a typewriter.
 
 translations.py LUPDATE"""
 
@@ -26,6 +27,13 @@ def unfinished(file, only_plurals):
                 yield f'{context.findtext("name")}: "{message.findtext("source")}"'
 
 
+def typewritten(file):
+    for translation in ElementTree.parse(file).iter("translation"):
+        text = "".join(translation.itertext()).strip()
+        if "'" in text:
+            yield f'fr: "{text}" has a straight apostrophe'
+
+
 def main(lupdate):
     missing = []
     with tempfile.TemporaryDirectory() as folder:
@@ -35,6 +43,7 @@ def main(lupdate):
             # It adds what the sources have beyond the file.
             subprocess.run([lupdate, "-silent", "-locations", "none", APP, ROOT / "qml", "-ts", file], check=True)
             missing += [f"{language}: {each}" for each in unfinished(file, language == "en")]
+    missing += typewritten(APP / "translations/logbook_fr.ts")
     print("\n".join(missing) or "complete")
     return bool(missing)
 

@@ -34,7 +34,7 @@ QtObject {
         case VardaJob.Reason.IncompleteFrame:
             return qsTr("Part of an answer did not arrive");
         case VardaJob.Reason.TooManyNotifications:
-            return qsTr("The computer's answer was too long");
+            return qsTr("The computer’s answer was too long");
         case VardaJob.Reason.Undecodable:
             return qsTr("An answer of the computer could not be understood");
         case VardaJob.Reason.SmallMtu:

@@ -5,7 +5,7 @@
     <name>AboutCard</name>
     <message>
         <source>About the computer</source>
-        <translation>À propos de l'ordinateur</translation>
+        <translation>À propos de l’ordinateur</translation>
     </message>
     <message>
         <source>Its model, its versions and its serial number.</source>
@@ -21,7 +21,7 @@
     </message>
     <message>
         <source>Bootloader</source>
-        <translation>Programme d'amorçage</translation>
+        <translation>Programme d’amorçage</translation>
     </message>
     <message>
         <source>Serial number</source>
@@ -33,7 +33,7 @@
     </message>
     <message>
         <source>The computer is waiting for firmware. Everything else works once its firmware is installed.</source>
-        <translation>L'ordinateur attend un micrologiciel. Tout le reste fonctionnera une fois celui-ci installé.</translation>
+        <translation>L’ordinateur attend un micrologiciel. Tout le reste fonctionnera une fois celui-ci installé.</translation>
     </message>
 </context>
 <context>
@@ -41,7 +41,7 @@
     <message>
         <source>%1: %2</source>
         <comment>a figure</comment>
-        <translation>%1 : %2</translation>
+        <translation>%1&#xa0;: %2</translation>
     </message>
 </context>
 <context>
@@ -68,7 +68,7 @@
     </message>
     <message>
         <source>The type of the battery, and what the computer has noted about it.</source>
-        <translation>Le type de la pile et ce que l'ordinateur a noté à son sujet.</translation>
+        <translation>Le type de la pile et ce que l’ordinateur a noté à son sujet.</translation>
     </message>
     <message>
         <source>Type</source>
@@ -77,17 +77,17 @@
     <message numerus="yes">
         <source>History: %n record(s)</source>
         <translation>
-            <numerusform>Historique : %n enregistrement</numerusform>
-            <numerusform>Historique : %n enregistrements</numerusform>
+            <numerusform>Historique&#xa0;: %n enregistrement</numerusform>
+            <numerusform>Historique&#xa0;: %n enregistrements</numerusform>
         </translation>
     </message>
     <message>
         <source>The computer has noted nothing yet.</source>
-        <translation>L'ordinateur n'a encore rien noté.</translation>
+        <translation>L’ordinateur n’a encore rien noté.</translation>
     </message>
     <message>
         <source>As the computer sends it; what the numbers mean is not known.</source>
-        <translation>Tel que l'ordinateur l'envoie ; on ignore le sens de ces nombres.</translation>
+        <translation>Tel que l’ordinateur l’envoie&#xa0;; on ignore le sens de ces nombres.</translation>
     </message>
     <message>
         <source>Scroll</source>
@@ -119,7 +119,7 @@
     <message>
         <source>%1 ahead of this machine.</source>
         <comment>a time</comment>
-        <translation>%1 d'avance sur cet appareil.</translation>
+        <translation>%1 d’avance sur cet appareil.</translation>
     </message>
     <message>
         <source>Clock</source>
@@ -131,15 +131,15 @@
     </message>
     <message>
         <source>Set to now</source>
-        <translation>Mettre à l'heure</translation>
+        <translation>Mettre à l’heure</translation>
     </message>
     <message>
         <source>Setting the clock</source>
-        <translation>Mise à l'heure</translation>
+        <translation>Mise à l’heure</translation>
     </message>
     <message>
         <source>The clock is set.</source>
-        <translation>L'horloge est à l'heure.</translation>
+        <translation>L’horloge est à l’heure.</translation>
     </message>
 </context>
 <context>
@@ -164,7 +164,7 @@
     </message>
     <message>
         <source>In the computer only: the dives in this app stay.</source>
-        <translation>Dans l'ordinateur seulement : les plongées de cette application restent.</translation>
+        <translation>Dans l’ordinateur seulement&#xa0;: les plongées de cette application restent.</translation>
     </message>
     <message>
         <source>Delete the last dive…</source>
@@ -180,27 +180,27 @@
     </message>
     <message>
         <source>All dives in the computer are deleted.</source>
-        <translation>Toutes les plongées de l'ordinateur sont supprimées.</translation>
+        <translation>Toutes les plongées de l’ordinateur sont supprimées.</translation>
     </message>
     <message>
         <source>The last dive in the computer is deleted.</source>
-        <translation>La dernière plongée de l'ordinateur est supprimée.</translation>
+        <translation>La dernière plongée de l’ordinateur est supprimée.</translation>
     </message>
     <message>
         <source>Delete all dives in the computer?</source>
-        <translation>Supprimer toutes les plongées de l'ordinateur ?</translation>
+        <translation>Supprimer toutes les plongées de l’ordinateur&#xa0;?</translation>
     </message>
     <message>
         <source>Delete the last dive in the computer?</source>
-        <translation>Supprimer la dernière plongée de l'ordinateur ?</translation>
+        <translation>Supprimer la dernière plongée de l’ordinateur&#xa0;?</translation>
     </message>
     <message>
         <source>Dives that you have not synchronised are lost for good, with their profiles. Those that are saved in this app stay.</source>
-        <translation>Les plongées que vous n'avez pas synchronisées seront perdues pour toujours, avec leurs profils. Celles qui sont enregistrées dans cette application restent.</translation>
+        <translation>Les plongées que vous n’avez pas synchronisées seront perdues pour toujours, avec leurs profils. Celles qui sont enregistrées dans cette application restent.</translation>
     </message>
     <message>
         <source>If you have not synchronised this dive, it is lost for good, with its profile. If it is saved in this app, it stays there.</source>
-        <translation>Si vous n'avez pas synchronisé cette plongée, elle sera perdue pour toujours, avec son profil. Si elle est enregistrée dans cette application, elle y reste.</translation>
+        <translation>Si vous n’avez pas synchronisé cette plongée, elle sera perdue pour toujours, avec son profil. Si elle est enregistrée dans cette application, elle y reste.</translation>
     </message>
     <message>
         <source>Delete all</source>
@@ -212,7 +212,7 @@
     </message>
     <message>
         <source>Synchronise first</source>
-        <translation>Synchroniser d'abord</translation>
+        <translation>Synchroniser d’abord</translation>
     </message>
 </context>
 <context>
@@ -393,6 +393,10 @@
             <numerusform>%n plongées</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Choose dives</source>
+        <translation>Choisir des plongées</translation>
+    </message>
 </context>
 <context>
     <name>DivePane</name>
@@ -423,6 +427,51 @@
     <message>
         <source>Profile</source>
         <translation>Profil</translation>
+    </message>
+</context>
+<context>
+    <name>DiveProfileItem</name>
+    <message>
+        <source>no samples</source>
+        <translation>aucun relevé</translation>
+    </message>
+    <message>
+        <source>At %1: %2.</source>
+        <comment>time, then depth and more</comment>
+        <translation>À %1&#xa0;: %2.</translation>
+    </message>
+    <message>
+        <source>greatest depth %1</source>
+        <translation>profondeur maximale %1</translation>
+    </message>
+    <message>
+        <source>duration %1</source>
+        <translation>durée %1</translation>
+    </message>
+    <message>
+        <source>Dive %1: %2</source>
+        <comment>number, then depth and more</comment>
+        <translation>Plongée %1&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>temperature %1</source>
+        <translation>température %1</translation>
+    </message>
+    <message>
+        <source>temperature %1 to %2</source>
+        <translation>température de %1 à %2</translation>
+    </message>
+    <message>
+        <source>gases %1</source>
+        <translation>gaz %1</translation>
+    </message>
+    <message>
+        <source>Profile of dive %1</source>
+        <translation>Profil de la plongée %1</translation>
+    </message>
+    <message>
+        <source>Profiles of %1 dives</source>
+        <translation>Profils de %1 plongées</translation>
     </message>
 </context>
 <context>
@@ -469,7 +518,7 @@
     </message>
     <message>
         <source>Synchronise the simulated computer to bring dives here.</source>
-        <translation>Synchronisez l'ordinateur simulé pour avoir des plongées ici.</translation>
+        <translation>Synchronisez l’ordinateur simulé pour avoir des plongées ici.</translation>
     </message>
     <message>
         <source>Switch on Bluetooth here and on your diving computer, then synchronise it.</source>
@@ -477,7 +526,7 @@
     </message>
     <message>
         <source>Go to the computer</source>
-        <translation>Aller à l'ordinateur</translation>
+        <translation>Aller à l’ordinateur</translation>
     </message>
     <message>
         <source>Import a file</source>
@@ -519,7 +568,7 @@
     </message>
     <message>
         <source>These eight settings cannot be read from the computer, and what they do depends on the model. Write them only if you know them.</source>
-        <translation>Ces huit réglages ne peuvent pas être lus dans l'ordinateur, et leur effet dépend du modèle. Ne les écrivez que si vous les connaissez.</translation>
+        <translation>Ces huit réglages ne peuvent pas être lus dans l’ordinateur, et leur effet dépend du modèle. Ne les écrivez que si vous les connaissez.</translation>
     </message>
     <message>
         <source>a number</source>
@@ -539,7 +588,7 @@
     </message>
     <message>
         <source>Write to the computer…</source>
-        <translation>Écrire dans l'ordinateur…</translation>
+        <translation>Écrire dans l’ordinateur…</translation>
     </message>
     <message>
         <source>Writing</source>
@@ -547,15 +596,15 @@
     </message>
     <message>
         <source>The computer has accepted the settings.</source>
-        <translation>L'ordinateur a accepté les réglages.</translation>
+        <translation>L’ordinateur a accepté les réglages.</translation>
     </message>
     <message>
         <source>Write these settings?</source>
-        <translation>Écrire ces réglages ?</translation>
+        <translation>Écrire ces réglages&#xa0;?</translation>
     </message>
     <message>
         <source>They replace those of the computer. What it has now cannot be read, so there is no way back.</source>
-        <translation>Ils remplacent ceux de l'ordinateur. Ses réglages actuels ne peuvent pas être lus : il n'y a pas de retour possible.</translation>
+        <translation>Ils remplacent ceux de l’ordinateur. Ses réglages actuels ne peuvent pas être lus&#xa0;: il n’y a pas de retour possible.</translation>
     </message>
     <message>
         <source>Write</source>
@@ -585,7 +634,7 @@
     </message>
     <message>
         <source>For other dive logs</source>
-        <translation>Pour d'autres carnets de plongée</translation>
+        <translation>Pour d’autres carnets de plongée</translation>
     </message>
     <message>
         <source>For a spreadsheet, one line a dive</source>
@@ -601,7 +650,7 @@
     </message>
     <message>
         <source>Everything that the computer said</source>
-        <translation>Tout ce que l'ordinateur a transmis</translation>
+        <translation>Tout ce que l’ordinateur a transmis</translation>
     </message>
     <message>
         <source>A picture of the profile</source>
@@ -617,7 +666,7 @@
     </message>
     <message>
         <source>The dives could not be written</source>
-        <translation>Les plongées n'ont pas pu être écrites</translation>
+        <translation>Les plongées n’ont pas pu être écrites</translation>
     </message>
     <message>
         <source>Choose another place, or make room there.</source>
@@ -636,7 +685,7 @@
     <message>
         <source>%1: %2</source>
         <comment>a figure</comment>
-        <translation>%1 : %2</translation>
+        <translation>%1&#xa0;: %2</translation>
     </message>
 </context>
 <context>
@@ -644,7 +693,7 @@
     <message>
         <source>%1: %2</source>
         <comment>a figure</comment>
-        <translation>%1 : %2</translation>
+        <translation>%1&#xa0;: %2</translation>
     </message>
 </context>
 <context>
@@ -686,11 +735,11 @@
     </message>
     <message>
         <source>Firmware of the older kind</source>
-        <translation>Micrologiciel de l'ancien type</translation>
+        <translation>Micrologiciel de l’ancien type</translation>
     </message>
     <message>
         <source>Bootloader</source>
-        <translation>Programme d'amorçage</translation>
+        <translation>Programme d’amorçage</translation>
     </message>
     <message>
         <source>Unknown</source>
@@ -698,11 +747,11 @@
     </message>
     <message>
         <source>The file is empty or could not be read</source>
-        <translation>Le fichier est vide ou n'a pas pu être lu</translation>
+        <translation>Le fichier est vide ou n’a pas pu être lu</translation>
     </message>
     <message>
         <source>Installs new firmware from a file that is made for your model.</source>
-        <translation>Installe un nouveau micrologiciel à partir d'un fichier prévu pour votre modèle.</translation>
+        <translation>Installe un nouveau micrologiciel à partir d’un fichier prévu pour votre modèle.</translation>
     </message>
     <message>
         <source>File</source>
@@ -726,7 +775,7 @@
     </message>
     <message>
         <source>In the computer</source>
-        <translation>Dans l'ordinateur</translation>
+        <translation>Dans l’ordinateur</translation>
     </message>
     <message>
         <source>Size</source>
@@ -771,11 +820,11 @@
     </message>
     <message>
         <source>Installed. The computer may restart now.</source>
-        <translation>Installé. L'ordinateur va peut-être redémarrer.</translation>
+        <translation>Installé. L’ordinateur va peut-être redémarrer.</translation>
     </message>
     <message>
         <source>Install it again…</source>
-        <translation>L'installer à nouveau…</translation>
+        <translation>L’installer à nouveau…</translation>
     </message>
     <message>
         <source>Try again</source>
@@ -783,7 +832,7 @@
     </message>
     <message>
         <source>Leave the computer switched on and near until this is finished.</source>
-        <translation>Laissez l'ordinateur allumé et à proximité jusqu'à la fin.</translation>
+        <translation>Laissez l’ordinateur allumé et à proximité jusqu’à la fin.</translation>
     </message>
     <message>
         <source>Firmware (*.bin)</source>
@@ -795,11 +844,11 @@
     </message>
     <message>
         <source>Replace the bootloader?</source>
-        <translation>Remplacer le programme d'amorçage ?</translation>
+        <translation>Remplacer le programme d’amorçage&#xa0;?</translation>
     </message>
     <message>
         <source>Replace the firmware?</source>
-        <translation>Remplacer le micrologiciel ?</translation>
+        <translation>Remplacer le micrologiciel&#xa0;?</translation>
     </message>
     <message>
         <source>%1 gets version %2.</source>
@@ -807,7 +856,7 @@
     </message>
     <message>
         <source>Synchronise first, so that your dives are safe. See that the battery is charged, and do not interrupt the installation.</source>
-        <translation>Synchronisez d'abord, pour que vos plongées soient en sécurité. Vérifiez que la pile est chargée et n'interrompez pas l'installation.</translation>
+        <translation>Synchronisez d’abord, pour que vos plongées soient en sécurité. Vérifiez que la pile est chargée et n’interrompez pas l’installation.</translation>
     </message>
     <message>
         <source>Install</source>
@@ -827,11 +876,11 @@
     </message>
     <message>
         <source>%1 % oxygen</source>
-        <translation>%1 % d'oxygène</translation>
+        <translation>%1&#xa0;% d’oxygène</translation>
     </message>
     <message>
         <source>%1 % helium</source>
-        <translation>%1 % d'hélium</translation>
+        <translation>%1&#xa0;% d’hélium</translation>
     </message>
     <message>
         <source>Gases</source>
@@ -847,7 +896,7 @@
     </message>
     <message>
         <source>No gas was recorded.</source>
-        <translation>Aucun gaz n'a été enregistré.</translation>
+        <translation>Aucun gaz n’a été enregistré.</translation>
     </message>
 </context>
 <context>
@@ -866,7 +915,7 @@
     </message>
     <message>
         <source>This file could not be read</source>
-        <translation>Ce fichier n'a pas pu être lu</translation>
+        <translation>Ce fichier n’a pas pu être lu</translation>
     </message>
     <message>
         <source>Choose a UDDF, CSV or JSON file that this app has written.</source>
@@ -976,7 +1025,7 @@
     </message>
     <message>
         <source>What the computer has noted about itself, for whoever helps you with it.</source>
-        <translation>Ce que l'ordinateur a noté sur lui-même, pour qui vous aide à l'entretenir.</translation>
+        <translation>Ce que l’ordinateur a noté sur lui-même, pour qui vous aide à l’entretenir.</translation>
     </message>
     <message numerus="yes">
         <source>%n entry(ies), in English</source>
@@ -1094,7 +1143,7 @@
     </message>
     <message>
         <source>The name that the computer shows, so that it finds its way back to you.</source>
-        <translation>Le nom que l'ordinateur affiche, pour qu'il vous revienne si vous le perdez.</translation>
+        <translation>Le nom que l’ordinateur affiche, pour qu’il vous revienne si vous le perdez.</translation>
     </message>
     <message>
         <source>Name, telephone</source>
@@ -1102,7 +1151,7 @@
     </message>
     <message>
         <source>Save in the computer</source>
-        <translation>Enregistrer dans l'ordinateur</translation>
+        <translation>Enregistrer dans l’ordinateur</translation>
     </message>
     <message>
         <source>Saving</source>
@@ -1110,11 +1159,11 @@
     </message>
     <message>
         <source>Saved in the computer.</source>
-        <translation>Enregistré dans l'ordinateur.</translation>
+        <translation>Enregistré dans l’ordinateur.</translation>
     </message>
     <message>
         <source>Enter a shorter name: computers keep about 30 letters, fewer with accents.</source>
-        <translation>Entrez un nom plus court : les ordinateurs gardent environ 30 lettres, moins avec des accents.</translation>
+        <translation>Entrez un nom plus court&#xa0;: les ordinateurs gardent environ 30 lettres, moins avec des accents.</translation>
     </message>
 </context>
 <context>
@@ -1139,7 +1188,7 @@
     </message>
     <message>
         <source>The air pressure at the water, which depth and decompression depend on.</source>
-        <translation>La pression de l'air au bord de l'eau, dont dépendent la profondeur et la décompression.</translation>
+        <translation>La pression de l’air au bord de l’eau, dont dépendent la profondeur et la décompression.</translation>
     </message>
     <message>
         <source>At the surface</source>
@@ -1147,7 +1196,7 @@
     </message>
     <message>
         <source>Around the computer</source>
-        <translation>Autour de l'ordinateur</translation>
+        <translation>Autour de l’ordinateur</translation>
     </message>
     <message>
         <source>New surface pressure</source>
@@ -1175,11 +1224,11 @@
     </message>
     <message>
         <source>Set the surface pressure?</source>
-        <translation>Régler la pression en surface ?</translation>
+        <translation>Régler la pression en surface&#xa0;?</translation>
     </message>
     <message>
         <source>The computer reckons depth and decompression with %1 from now on. A wrong pressure makes both wrong.</source>
-        <translation>L'ordinateur calculera désormais la profondeur et la décompression avec %1. Une pression fausse les rend fausses toutes les deux.</translation>
+        <translation>L’ordinateur calculera désormais la profondeur et la décompression avec %1. Une pression fausse les rend fausses toutes les deux.</translation>
     </message>
     <message>
         <source>Set it</source>
@@ -1205,55 +1254,55 @@
     <name>Reasons</name>
     <message>
         <source>The computer does not have this</source>
-        <translation>L'ordinateur n'a rien de tel</translation>
+        <translation>L’ordinateur n’a rien de tel</translation>
     </message>
     <message>
         <source>This text is too long for the computer</source>
-        <translation>Ce texte est trop long pour l'ordinateur</translation>
+        <translation>Ce texte est trop long pour l’ordinateur</translation>
     </message>
     <message>
         <source>This file is not firmware for a diving computer</source>
-        <translation>Ce fichier n'est pas un micrologiciel d'ordinateur de plongée</translation>
+        <translation>Ce fichier n’est pas un micrologiciel d’ordinateur de plongée</translation>
     </message>
     <message>
         <source>The computer has this version already</source>
-        <translation>L'ordinateur a déjà cette version</translation>
+        <translation>L’ordinateur a déjà cette version</translation>
     </message>
     <message>
         <source>The computer does not say which bootloader it has</source>
-        <translation>L'ordinateur n'indique pas son programme d'amorçage</translation>
+        <translation>L’ordinateur n’indique pas son programme d’amorçage</translation>
     </message>
     <message>
         <source>The computer has refused</source>
-        <translation>L'ordinateur a refusé</translation>
+        <translation>L’ordinateur a refusé</translation>
     </message>
     <message>
         <source>The computer does not accept this firmware</source>
-        <translation>L'ordinateur n'accepte pas ce micrologiciel</translation>
+        <translation>L’ordinateur n’accepte pas ce micrologiciel</translation>
     </message>
     <message>
         <source>The computer has stopped the update</source>
-        <translation>L'ordinateur a arrêté la mise à jour</translation>
+        <translation>L’ordinateur a arrêté la mise à jour</translation>
     </message>
     <message>
         <source>The computer has received the firmware and does not accept it</source>
-        <translation>L'ordinateur a reçu le micrologiciel et ne l'accepte pas</translation>
+        <translation>L’ordinateur a reçu le micrologiciel et ne l’accepte pas</translation>
     </message>
     <message>
         <source>An answer of the computer arrived damaged</source>
-        <translation>Une réponse de l'ordinateur est arrivée abîmée</translation>
+        <translation>Une réponse de l’ordinateur est arrivée abîmée</translation>
     </message>
     <message>
         <source>Part of an answer did not arrive</source>
-        <translation>Une partie d'une réponse n'est pas arrivée</translation>
+        <translation>Une partie d’une réponse n’est pas arrivée</translation>
     </message>
     <message>
-        <source>The computer's answer was too long</source>
-        <translation>La réponse de l'ordinateur était trop longue</translation>
+        <source>The computer’s answer was too long</source>
+        <translation>La réponse de l’ordinateur était trop longue</translation>
     </message>
     <message>
         <source>An answer of the computer could not be understood</source>
-        <translation>Une réponse de l'ordinateur n'a pas été comprise</translation>
+        <translation>Une réponse de l’ordinateur n’a pas été comprise</translation>
     </message>
     <message>
         <source>The connection carries too little at a time</source>
@@ -1261,15 +1310,15 @@
     </message>
     <message>
         <source>Another program is connected to the computer too</source>
-        <translation>Un autre programme est aussi connecté à l'ordinateur</translation>
+        <translation>Un autre programme est aussi connecté à l’ordinateur</translation>
     </message>
     <message>
         <source>The computer does not answer</source>
-        <translation>L'ordinateur ne répond pas</translation>
+        <translation>L’ordinateur ne répond pas</translation>
     </message>
     <message>
         <source>The computer did not come to an end with its answer</source>
-        <translation>L'ordinateur n'a pas terminé sa réponse</translation>
+        <translation>L’ordinateur n’a pas terminé sa réponse</translation>
     </message>
     <message>
         <source>It took too long</source>
@@ -1281,23 +1330,23 @@
     </message>
     <message>
         <source>The computer could not be connected</source>
-        <translation>L'ordinateur n'a pas pu être connecté</translation>
+        <translation>L’ordinateur n’a pas pu être connecté</translation>
     </message>
     <message>
         <source>This device is not a diving computer that the app knows</source>
-        <translation>Cet appareil n'est pas un ordinateur de plongée que l'application connaît</translation>
+        <translation>Cet appareil n’est pas un ordinateur de plongée que l’application connaît</translation>
     </message>
     <message>
         <source>The computer offers another kind of connection</source>
-        <translation>L'ordinateur propose une autre sorte de connexion</translation>
+        <translation>L’ordinateur propose une autre sorte de connexion</translation>
     </message>
     <message>
         <source>Your system did not send the request</source>
-        <translation>Votre système n'a pas envoyé la demande</translation>
+        <translation>Votre système n’a pas envoyé la demande</translation>
     </message>
     <message>
         <source>No Bluetooth was found here</source>
-        <translation>Aucun Bluetooth n'a été trouvé ici</translation>
+        <translation>Aucun Bluetooth n’a été trouvé ici</translation>
     </message>
     <message>
         <source>Bluetooth is switched off</source>
@@ -1305,11 +1354,11 @@
     </message>
     <message>
         <source>The Bluetooth adapter was removed</source>
-        <translation>L'adaptateur Bluetooth a été retiré</translation>
+        <translation>L’adaptateur Bluetooth a été retiré</translation>
     </message>
     <message>
         <source>The Bluetooth service of your system does not run</source>
-        <translation>Le service Bluetooth de votre système n'est pas lancé</translation>
+        <translation>Le service Bluetooth de votre système n’est pas lancé</translation>
     </message>
     <message>
         <source>The Bluetooth service of your system does not respond</source>
@@ -1317,7 +1366,7 @@
     </message>
     <message>
         <source>This app may not use Bluetooth</source>
-        <translation>Cette application n'a pas le droit d'utiliser le Bluetooth</translation>
+        <translation>Cette application n’a pas le droit d’utiliser le Bluetooth</translation>
     </message>
     <message>
         <source>Bluetooth does not work with diving computers here</source>
@@ -1329,7 +1378,7 @@
     </message>
     <message>
         <source>Cancelled, as the computer was disconnected</source>
-        <translation>Annulé, car l'ordinateur a été déconnecté</translation>
+        <translation>Annulé, car l’ordinateur a été déconnecté</translation>
     </message>
     <message>
         <source>Cancelled, as another computer was chosen</source>
@@ -1337,11 +1386,11 @@
     </message>
     <message>
         <source>Cancelled, as the app was closing</source>
-        <translation>Annulé, car l'application se fermait</translation>
+        <translation>Annulé, car l’application se fermait</translation>
     </message>
     <message>
         <source>The computer was not found</source>
-        <translation>L'ordinateur n'a pas été trouvé</translation>
+        <translation>L’ordinateur n’a pas été trouvé</translation>
     </message>
     <message>
         <source>More than one computer is in reach</source>
@@ -1349,19 +1398,19 @@
     </message>
     <message>
         <source>Another part of the app is using the computer</source>
-        <translation>Une autre partie de l'application utilise l'ordinateur</translation>
+        <translation>Une autre partie de l’application utilise l’ordinateur</translation>
     </message>
     <message>
         <source>The computer was found, but did not connect</source>
-        <translation>L'ordinateur a été trouvé, mais ne s'est pas connecté</translation>
+        <translation>L’ordinateur a été trouvé, mais ne s’est pas connecté</translation>
     </message>
     <message>
         <source>The dives could not be saved</source>
-        <translation>Les plongées n'ont pas pu être enregistrées</translation>
+        <translation>Les plongées n’ont pas pu être enregistrées</translation>
     </message>
     <message>
         <source>This did not work</source>
-        <translation>Cela n'a pas fonctionné</translation>
+        <translation>Cela n’a pas fonctionné</translation>
     </message>
     <message>
         <source>Check what you have entered, then try again.</source>
@@ -1377,19 +1426,19 @@
     </message>
     <message>
         <source>There is nothing to do. Install it again only if the computer does not work well.</source>
-        <translation>Il n'y a rien à faire. Ne l'installez à nouveau que si l'ordinateur fonctionne mal.</translation>
+        <translation>Il n’y a rien à faire. Ne l’installez à nouveau que si l’ordinateur fonctionne mal.</translation>
     </message>
     <message>
         <source>Restart the computer, then try again.</source>
-        <translation>Redémarrez l'ordinateur, puis réessayez.</translation>
+        <translation>Redémarrez l’ordinateur, puis réessayez.</translation>
     </message>
     <message>
         <source>Leave the computer switched on and near, then try again.</source>
-        <translation>Laissez l'ordinateur allumé et à proximité, puis réessayez.</translation>
+        <translation>Laissez l’ordinateur allumé et à proximité, puis réessayez.</translation>
     </message>
     <message>
         <source>Move nearer to the computer, then try again.</source>
-        <translation>Rapprochez-vous de l'ordinateur, puis réessayez.</translation>
+        <translation>Rapprochez-vous de l’ordinateur, puis réessayez.</translation>
     </message>
     <message>
         <source>Switch Bluetooth off and on again on this machine, then try again.</source>
@@ -1397,19 +1446,19 @@
     </message>
     <message>
         <source>Close the other program, then try again.</source>
-        <translation>Fermez l'autre programme, puis réessayez.</translation>
+        <translation>Fermez l’autre programme, puis réessayez.</translation>
     </message>
     <message>
         <source>Look whether the computer is still on and near, then try again.</source>
-        <translation>Vérifiez que l'ordinateur est toujours allumé et à proximité, puis réessayez.</translation>
+        <translation>Vérifiez que l’ordinateur est toujours allumé et à proximité, puis réessayez.</translation>
     </message>
     <message>
         <source>Keep the computer switched on and near, then try again.</source>
-        <translation>Gardez l'ordinateur allumé et à proximité, puis réessayez.</translation>
+        <translation>Gardez l’ordinateur allumé et à proximité, puis réessayez.</translation>
     </message>
     <message>
         <source>Switch on the Bluetooth mode of the computer, keep it near, then try again.</source>
-        <translation>Activez le mode Bluetooth de l'ordinateur, gardez-le à proximité, puis réessayez.</translation>
+        <translation>Activez le mode Bluetooth de l’ordinateur, gardez-le à proximité, puis réessayez.</translation>
     </message>
     <message>
         <source>Choose your computer from the list.</source>
@@ -1417,7 +1466,7 @@
     </message>
     <message>
         <source>Choose the computer from the list once more.</source>
-        <translation>Choisissez encore une fois l'ordinateur dans la liste.</translation>
+        <translation>Choisissez encore une fois l’ordinateur dans la liste.</translation>
     </message>
     <message>
         <source>Plug in a Bluetooth adapter, then try again.</source>
@@ -1453,15 +1502,15 @@
     </message>
     <message>
         <source>Switch the computer on, choose its Bluetooth mode, keep it near, then try again.</source>
-        <translation>Allumez l'ordinateur, choisissez son mode Bluetooth, gardez-le à proximité, puis réessayez.</translation>
+        <translation>Allumez l’ordinateur, choisissez son mode Bluetooth, gardez-le à proximité, puis réessayez.</translation>
     </message>
     <message>
         <source>Wait until that has finished, then try again.</source>
-        <translation>Attendez qu'elle ait terminé, puis réessayez.</translation>
+        <translation>Attendez qu’elle ait terminé, puis réessayez.</translation>
     </message>
     <message>
         <source>Disconnect it from your phone and from other machines, then try again.</source>
-        <translation>Déconnectez-le de votre téléphone et d'autres appareils, puis réessayez.</translation>
+        <translation>Déconnectez-le de votre téléphone et d’autres appareils, puis réessayez.</translation>
     </message>
     <message>
         <source>Look at the file with the dives in the settings.</source>
@@ -1473,7 +1522,7 @@
     </message>
     <message>
         <source>It may have been done all the same: look at the computer before you try again.</source>
-        <translation>Cela a peut-être été fait malgré tout : regardez l'ordinateur avant de réessayer.</translation>
+        <translation>Cela a peut-être été fait malgré tout&#xa0;: regardez l’ordinateur avant de réessayer.</translation>
     </message>
 </context>
 <context>
@@ -1542,11 +1591,11 @@
     </message>
     <message>
         <source>The screen layouts in the computer, and the one of each dive mode.</source>
-        <translation>Les mises en page des écrans de l'ordinateur, et celle de chaque mode de plongée.</translation>
+        <translation>Les mises en page des écrans de l’ordinateur, et celle de chaque mode de plongée.</translation>
     </message>
     <message>
         <source>There are no layouts in the computer.</source>
-        <translation>Il n'y a pas de mise en page dans l'ordinateur.</translation>
+        <translation>Il n’y a pas de mise en page dans l’ordinateur.</translation>
     </message>
     <message>
         <source>Save %1 in a file</source>
@@ -1598,11 +1647,11 @@
     </message>
     <message>
         <source>Remove this layout?</source>
-        <translation>Retirer cette mise en page ?</translation>
+        <translation>Retirer cette mise en page&#xa0;?</translation>
     </message>
     <message>
         <source>“%1” is lost unless you have saved it in a file. Dive modes that use it are left without a layout.</source>
-        <translation>« %1 » sera perdue si vous ne l'avez pas enregistrée dans un fichier. Les modes de plongée qui l'utilisent restent sans mise en page.</translation>
+        <translation>«&#xa0;%1&#xa0;» sera perdue si vous ne l’avez pas enregistrée dans un fichier. Les modes de plongée qui l’utilisent restent sans mise en page.</translation>
     </message>
     <message>
         <source>Remove</source>
@@ -1617,11 +1666,11 @@
     </message>
     <message>
         <source>Read from the computer: %1</source>
-        <translation>Lire dans l'ordinateur : %1</translation>
+        <translation>Lire dans l’ordinateur&#xa0;: %1</translation>
     </message>
     <message>
         <source>Read again: %1</source>
-        <translation>Relire : %1</translation>
+        <translation>Relire&#xa0;: %1</translation>
     </message>
 </context>
 <context>
@@ -1707,13 +1756,37 @@
     <message numerus="yes">
         <source>The first %n of them</source>
         <translation>
-            <numerusform>La première d'entre elles</numerusform>
+            <numerusform>La première d’entre elles</numerusform>
             <numerusform>Les %n premières</numerusform>
         </translation>
     </message>
     <message>
         <source>Dive %1</source>
         <translation>Plongée %1</translation>
+    </message>
+    <message>
+        <source>The picture could not be saved</source>
+        <translation>L’image n’a pas pu être enregistrée</translation>
+    </message>
+    <message>
+        <source>End its name with .svg, .png or .pdf.</source>
+        <translation>Terminez son nom par .svg, .png ou .pdf.</translation>
+    </message>
+    <message>
+        <source>Choose another place, or make room there.</source>
+        <translation>Choisissez un autre emplacement, ou libérez-y de la place.</translation>
+    </message>
+    <message>
+        <source>Saved as %1</source>
+        <translation>Enregistrée sous %1</translation>
+    </message>
+    <message>
+        <source>Save as a picture…</source>
+        <translation>Enregistrer comme image…</translation>
+    </message>
+    <message>
+        <source>Save the comparison</source>
+        <translation>Enregistrer la comparaison</translation>
     </message>
 </context>
 <context>
@@ -1728,11 +1801,11 @@
     </message>
     <message>
         <source>Try everything without a diving computer and without Bluetooth. The app starts again; your own dives stay as they are.</source>
-        <translation>Essayez tout sans ordinateur de plongée et sans Bluetooth. L'application redémarre ; vos propres plongées restent telles quelles.</translation>
+        <translation>Essayez tout sans ordinateur de plongée et sans Bluetooth. L’application redémarre&#xa0;; vos propres plongées restent telles quelles.</translation>
     </message>
     <message>
         <source>The app could not start again</source>
-        <translation>L'application n'a pas pu redémarrer</translation>
+        <translation>L’application n’a pas pu redémarrer</translation>
     </message>
     <message>
         <source>Install it again.</source>
@@ -1755,7 +1828,7 @@
     </message>
     <message>
         <source>As soon as there are some, this page shows what they come to.</source>
-        <translation>Dès qu'il y en aura, cette page en fera le bilan.</translation>
+        <translation>Dès qu’il y en aura, cette page en fera le bilan.</translation>
     </message>
     <message>
         <source>Statistics</source>
@@ -1771,7 +1844,7 @@
     </message>
     <message>
         <source>Under water</source>
-        <translation>Sous l'eau</translation>
+        <translation>Sous l’eau</translation>
     </message>
     <message>
         <source>Deepest</source>
@@ -1807,6 +1880,14 @@
             <numerusform>%n plongée</numerusform>
             <numerusform>%n plongées</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>No dive found</source>
+        <translation>Aucune plongée trouvée</translation>
+    </message>
+    <message>
+        <source>Change the search or the filter.</source>
+        <translation>Modifiez la recherche ou le filtre.</translation>
     </message>
 </context>
 <context>
@@ -1856,7 +1937,7 @@
     </message>
     <message>
         <source>The disk is full, so this was not saved</source>
-        <translation>Le disque est plein : rien n'a été enregistré</translation>
+        <translation>Le disque est plein&#xa0;: rien n’a été enregistré</translation>
     </message>
     <message>
         <source>The file with the dives is damaged</source>
@@ -1868,7 +1949,7 @@
     </message>
     <message>
         <source>A newer version of the app has written this file</source>
-        <translation>Ce fichier vient d'une version plus récente de l'application</translation>
+        <translation>Ce fichier vient d’une version plus récente de l’application</translation>
     </message>
     <message>
         <source>Another program is using the file with the dives</source>
@@ -1876,23 +1957,23 @@
     </message>
     <message>
         <source>A part of the app is missing: the driver for SQLite</source>
-        <translation>Il manque une partie de l'application : le pilote SQLite</translation>
+        <translation>Il manque une partie de l’application&#xa0;: le pilote SQLite</translation>
     </message>
     <message>
         <source>This dive is no longer in the file</source>
-        <translation>Cette plongée n'est plus dans le fichier</translation>
+        <translation>Cette plongée n’est plus dans le fichier</translation>
     </message>
     <message>
         <source>The file with the dives could not be opened</source>
-        <translation>Le fichier des plongées n'a pas pu être ouvert</translation>
+        <translation>Le fichier des plongées n’a pas pu être ouvert</translation>
     </message>
     <message>
         <source>The file with the dives could not be used</source>
-        <translation>Le fichier des plongées n'a pas pu être utilisé</translation>
+        <translation>Le fichier des plongées n’a pas pu être utilisé</translation>
     </message>
     <message>
         <source>Allow yourself to write the file and its folder, or choose another file in the settings.</source>
-        <translation>Donnez-vous le droit d'écrire dans le fichier et son dossier, ou choisissez un autre fichier dans les réglages.</translation>
+        <translation>Donnez-vous le droit d’écrire dans le fichier et son dossier, ou choisissez un autre fichier dans les réglages.</translation>
     </message>
     <message>
         <source>Make room on the disk, then try again.</source>
@@ -1912,11 +1993,11 @@
     </message>
     <message>
         <source>Wait until the other program has finished, then try again.</source>
-        <translation>Attendez que l'autre programme ait fini, puis réessayez.</translation>
+        <translation>Attendez que l’autre programme ait fini, puis réessayez.</translation>
     </message>
     <message>
         <source>Install the SQLite driver of Qt, then start the app again.</source>
-        <translation>Installez le pilote SQLite de Qt, puis relancez l'application.</translation>
+        <translation>Installez le pilote SQLite de Qt, puis relancez l’application.</translation>
     </message>
     <message>
         <source>Choose another dive.</source>
@@ -1943,7 +2024,7 @@
     </message>
     <message>
         <source>Waiting for the end of an answer</source>
-        <translation>En attente de la fin d'une réponse</translation>
+        <translation>En attente de la fin d’une réponse</translation>
     </message>
     <message>
         <source>Disconnecting</source>
@@ -2013,7 +2094,7 @@
     </message>
     <message>
         <source>Keep the computer switched on and near.</source>
-        <translation>Gardez l'ordinateur allumé et à proximité.</translation>
+        <translation>Gardez l’ordinateur allumé et à proximité.</translation>
     </message>
     <message>
         <source>Connect again</source>
@@ -2040,7 +2121,7 @@
     <name>TimeLeft</name>
     <message>
         <source>less than a minute left</source>
-        <translation>moins d'une minute restante</translation>
+        <translation>moins d’une minute restante</translation>
     </message>
     <message numerus="yes">
         <source>about %n minute(s) left</source>
@@ -2096,8 +2177,8 @@
         <translation>Oxygène</translation>
     </message>
     <message>
-        <source>Another maker's</source>
-        <translation>D'une autre marque</translation>
+        <source>Another maker’s</source>
+        <translation>D’une autre marque</translation>
     </message>
     <message>
         <source>Unknown</source>
@@ -2107,51 +2188,6 @@
         <source>ddd d</source>
         <comment>a day, as Qt formats dates</comment>
         <translation>ddd d</translation>
-    </message>
-</context>
-<context>
-    <name>DiveProfileItem</name>
-    <message>
-        <source>no samples</source>
-        <translation>aucun relevé</translation>
-    </message>
-    <message>
-        <source>At %1: %2.</source>
-        <comment>time, then depth and more</comment>
-        <translation>À %1 : %2.</translation>
-    </message>
-    <message>
-        <source>greatest depth %1</source>
-        <translation>profondeur maximale %1</translation>
-    </message>
-    <message>
-        <source>duration %1</source>
-        <translation>durée %1</translation>
-    </message>
-    <message>
-        <source>Dive %1: %2</source>
-        <comment>number, then depth and more</comment>
-        <translation>Plongée %1 : %2</translation>
-    </message>
-    <message>
-        <source>temperature %1</source>
-        <translation>température %1</translation>
-    </message>
-    <message>
-        <source>temperature %1 to %2</source>
-        <translation>température de %1 à %2</translation>
-    </message>
-    <message>
-        <source>gases %1</source>
-        <translation>gaz %1</translation>
-    </message>
-    <message>
-        <source>Profile of dive %1</source>
-        <translation>Profil de la plongée %1</translation>
-    </message>
-    <message>
-        <source>Profiles of %1 dives</source>
-        <translation>Profils de %1 plongées</translation>
     </message>
 </context>
 </TS>
