@@ -10,6 +10,8 @@ QtObject {
     property bool busy: false
     property bool done: false
     property bool failed: false
+    /** The name does not say which kind of picture it is to be. */
+    property bool unclear: false
     property string errorText
     property var messages: []
     property string place
@@ -23,13 +25,14 @@ QtObject {
         samples: DiveFormats.CsvSamples,
         json: DiveFormats.Json,
         svg: DiveFormats.Svg,
+        png: DiveFormats.Png,
         pdf: DiveFormats.Pdf
     })
     readonly property var options: ({ imperial: !Units.metric })
 
     function reset() {
         ++run;
-        busy = done = failed = false;
+        busy = done = failed = unclear = false;
         errorText = place = "";
         messages = [];
         progress = 0;
@@ -38,7 +41,7 @@ QtObject {
         reset();
     }
     function isPicture(format: string): bool {
-        return format === "svg" || format === "pdf";
+        return format === "svg" || format === "png" || format === "pdf";
     }
     function suffixOf(format: string): string {
         return format === "samples" ? "csv" : format;
@@ -64,6 +67,16 @@ QtObject {
                 end(result, "");
             return !result.error;
         }, () => end({ error: "", messages: [] }, LocalFile.path(folder)));
+    }
+    /** Writes one picture with the profiles of all of them, by the name of the file. */
+    function writeComparison(dives: var, names: var, file: url) {
+        reset();
+        const suffix = String(file).split(".").pop().toLowerCase();
+        if (isPicture(suffix))
+            end(DiveFormats.write(formats[suffix], dives, file, Object.assign({ names: names }, options)),
+                LocalFile.path(file));
+        else
+            unclear = failed = done = true;
     }
 
     function readNext(ids: var, at: int, ownRun: int, take: var, atEnd: var) {

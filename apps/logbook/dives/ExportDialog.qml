@@ -11,6 +11,7 @@ AppDialog {
 
     property var ids: []
     property string format: "uddf"
+    readonly property alias writer: exporter
 
     function ask(ids: var) {
         root.ids = ids;

@@ -15,6 +15,7 @@ Item {
     readonly property int most: 6
     // The dives that are drawn, each a logbookDive
     property var drawn: []
+    readonly property var names: drawn.map(each => qsTr("Dive %1").arg(each.number) + ", " + Units.date(each.beginDate))
 
     signal back
     signal exportRequested
@@ -36,7 +37,15 @@ Item {
         }
     }
 
-    onIdsChanged: read()
+    /** The comparison, as a picture. */
+    function save(file: url) {
+        exporter.writeComparison(drawn, names, file);
+    }
+
+    onIdsChanged: {
+        exporter.reset();
+        read();
+    }
     Component.onCompleted: read()
 
     EmptyState {
@@ -82,10 +91,47 @@ Item {
             ProfileView {
                 dive: root.drawn.length ? root.drawn[0].dive : undefined
                 others: root.drawn.slice(1).map(each => each.dive)
-                names: root.drawn.map(each => qsTr("Dive %1").arg(each.number) + ", " + Units.date(each.beginDate))
+                names: root.names
                 Layout.fillWidth: true
-                Layout.preferredHeight: Math.max(34 * Theme.unit, Math.min(root.height * 0.5, root.width * 0.5))
+                Layout.preferredHeight: Math.max(42 * Theme.unit, Math.min(root.height * 0.5, root.width * 0.5))
+            }
+            ErrorBox {
+                title: exporter.failed ? qsTr("The picture could not be saved") : ""
+                remedy: exporter.unclear ? qsTr("End its name with .svg, .png or .pdf.")
+                                         : qsTr("Choose another place, or make room there.")
+                details: exporter.errorText
+                Layout.fillWidth: true
+                onRetry: dialog.open()
+            }
+            PlainText {
+                objectName: "comparisonSaved"
+                visible: exporter.done && !exporter.failed
+                text: qsTr("Saved as %1").arg(exporter.place)
+                wrapMode: Text.Wrap
+                Accessible.role: Accessible.AlertMessage
+                Layout.fillWidth: true
+            }
+            ActionButton {
+                objectName: "saveComparison"
+                visible: !exporter.failed
+                enabled: root.drawn.length
+                symbol: "export"
+                text: qsTr("Save as a picture…")
+                onClicked: dialog.open()
             }
         }
+    }
+
+    DiveExporter {
+        id: exporter
+    }
+    SaveDialog {
+        id: dialog
+
+        title: qsTr("Save the comparison")
+        nameFilters: ["SVG (*.svg)", "PNG (*.png)", "PDF (*.pdf)"]
+        // Qt 6.4 describes it to no linter.
+        defaultSuffix: ["svg", "png", "pdf"][selectedNameFilter.index] // qmllint disable
+        onChosen: file => root.save(file)
     }
 }

@@ -9,6 +9,7 @@ Item {
 
     property alias title: dialog.title
     property alias nameFilters: dialog.nameFilters
+    property alias selectedNameFilter: dialog.selectedNameFilter
     property alias defaultSuffix: dialog.defaultSuffix
 
     signal chosen(file: url)
