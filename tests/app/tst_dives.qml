@@ -87,6 +87,22 @@ Page {
         back.clicked();
         wanted("dives");
     }
+    /** Also from what has nothing to show. */
+    function test_wayBackInANarrowWindow() {
+        openDives();
+        window.width = 400;
+        let page = wanted("dives");
+        while (!page.showDive)
+            page = page.parent;
+        page.showDive(4711);
+        tryVerify(() => AppStore.error === LogbookError.NoSuchDive);
+        wanted("back").clicked();
+        wanted("search").text = "xyz";
+        wanted("search").textEdited();
+        wanted("statistics").clicked();
+        wanted("back").clicked();
+        wanted("search");
+    }
 
     DiveExporter {
         id: exporter
@@ -126,6 +142,29 @@ Page {
         tryVerify(() => exporter.done);
         compare(exporter.errorText, "");
         verify(World.read("dive-1-" + ids[0] + ".svg").includes("<svg"));
+    }
+    function test_savesComparison() {
+        const list = openDives();
+        wanted("several").clicked();
+        list.itemAtIndex(0).clicked();
+        list.itemAtIndex(2).clicked();
+        tryVerify(() => wanted("saveComparison").enabled && wanted("profile").others.length === 1);
+        let pane = wanted("saveComparison");
+        while (!pane.save)
+            pane = pane.parent;
+        pane.save(World.url("both.svg"));
+        verify(wanted("comparisonSaved").text.endsWith("/both.svg"));
+        const picture = World.read("both.svg");
+        for (const name of ["Dive 12, 3/6/24", "Dive 10, 3/5/24"])
+            verify(picture.includes(">" + name + "<"), name);
+        pane.save(World.url("both.png"));
+        verify(World.has("both.png"));
+        pane.save(World.url("both.pdf"));
+        verify(World.has("both.pdf"));
+        // Nothing says what it would be.
+        pane.save(World.url("both.jpeg"));
+        verify(!find("comparisonSaved"));
+        verify(!World.has("both.jpeg"));
     }
     function test_exportFails() {
         openDives();

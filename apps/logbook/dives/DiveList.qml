@@ -15,6 +15,7 @@ FocusScope {
     required property DiveCache cache
     required property bool wide
     readonly property bool failed: AppStore.error !== LogbookError.NoError && !AppStore.open
+    readonly property bool loading: !failed && !dives.count && (dives.loading || !AppStore.open)
 
     signal diveOpened(id: real)
     signal statisticsRequested
@@ -43,7 +44,8 @@ FocusScope {
             onAllRequested: root.selection.choose(root.idsOfAll())
         }
         StoreError {
-            visible: title && (root.failed || root.dives.count)
+            // Where that dive is looked at, it says so itself.
+            visible: title && kind !== LogbookError.NoSuchDive && (root.failed || root.dives.count)
             Layout.fillWidth: true
             Layout.margins: 2 * Theme.unit
         }
@@ -107,12 +109,12 @@ FocusScope {
             }
             Busy {
                 objectName: "loading"
-                visible: root.dives.loading && !root.dives.count
+                visible: root.loading
                 anchors.centerIn: parent
                 text: qsTr("Loading the dives")
             }
             EmptyList {
-                visible: !root.dives.loading && !root.dives.count && !root.failed
+                visible: !root.loading && !root.dives.count && !root.failed
                 filtered: root.filter.active
                 onImportRequested: root.importRequested()
                 onClearRequested: root.filter.clear()
@@ -125,14 +127,13 @@ FocusScope {
             }
         }
         RowLayout {
-            visible: root.selection.several && !root.wide
+            visible: root.selection.chosen.length && !root.wide
             spacing: Theme.unit
             Layout.margins: 2 * Theme.unit
 
             ActionButton {
                 objectName: "goOn"
                 primary: true
-                enabled: root.selection.chosen.length
                 text: qsTr("Go on with %n dive(s)", "", root.selection.chosen.length)
                 Layout.fillWidth: true
                 onClicked: root.severalRequested()

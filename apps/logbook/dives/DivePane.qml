@@ -14,6 +14,7 @@ Item {
     property var saved: null
     property int error: LogbookError.NoError
     property string errorText
+    readonly property bool readable: saved !== null && error === LogbookError.NoError
     readonly property bool roomy: width >= 84 * Theme.unit
 
     signal back
@@ -55,6 +56,8 @@ Item {
     StoreError {
         id: problem
 
+        // Above the page, which has only its way back then
+        z: 1
         kind: root.error
         text: root.errorText
         width: Math.min(root.width - 4 * Theme.unit, 60 * Theme.unit)
@@ -63,27 +66,30 @@ Item {
     }
     PageScroll {
         anchors.fill: parent
-        visible: root.saved !== null && root.error === LogbookError.NoError
+        // There is always a way back.
+        visible: root.readable || root.closable
 
         readonly property real shownId: root.saved ? root.saved.id : 0
 
         onShownIdChanged: contentY = 0
 
         PaneHeader {
-            title: root.saved ? qsTr("Dive %1").arg(root.saved.number) : ""
-            subtitle: root.saved ? [Units.longDate(root.saved.beginDate), Units.time(root.saved.beginDate)]
+            title: root.readable ? qsTr("Dive %1").arg(root.saved.number) : ""
+            subtitle: root.readable ? [Units.longDate(root.saved.beginDate), Units.time(root.saved.beginDate)]
                                    .filter(each => each).join(", ") : ""
             closable: root.closable
             onBack: root.back()
 
             IconButton {
                 objectName: "export"
+                visible: root.readable
                 symbol: "export"
                 text: qsTr("Export")
                 onClicked: root.exportRequested()
             }
             IconButton {
                 objectName: "hide"
+                visible: root.readable
                 readonly property bool hidden: root.saved ? root.saved.hidden : false
 
                 symbol: hidden ? "show" : "hide"
@@ -92,26 +98,29 @@ Item {
             }
         }
         PlainText {
-            visible: root.saved && root.saved.hidden
+            visible: root.readable && root.saved.hidden
             text: qsTr("This dive is hidden. Restore it to see it in the list again.")
             color: Theme.faint
             Layout.fillWidth: true
         }
         DiveFigures {
+            visible: root.readable
             saved: root.saved
             Layout.fillWidth: true
         }
         Card {
+            visible: root.readable
             title: qsTr("Profile")
             Layout.fillWidth: true
 
             ProfileView {
                 dive: root.saved ? root.saved.dive : undefined
                 Layout.fillWidth: true
-                Layout.preferredHeight: Math.max(34 * Theme.unit, Math.min(root.height * 0.5, root.width * 0.5))
+                Layout.preferredHeight: Math.max(42 * Theme.unit, Math.min(root.height * 0.5, root.width * 0.5))
             }
         }
         GridLayout {
+            visible: root.readable
             columns: root.roomy ? 2 : 1
             columnSpacing: 2 * Theme.unit
             rowSpacing: 2 * Theme.unit
@@ -131,6 +140,7 @@ Item {
             }
         }
         NotesCard {
+            visible: root.readable
             saved: root.saved
             Layout.fillWidth: true
         }

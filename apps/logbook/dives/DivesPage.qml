@@ -92,10 +92,15 @@ FocusScope {
     }
 
     // Nothing to list, and nothing to show beside it
-    readonly property bool bare: wide && !dives.count && !dives.loading && !filter.active && AppStore.open
+    readonly property bool bare: wide && !dives.count && !list.loading && !filter.active
 
+    StoreError {
+        visible: root.bare && list.failed
+        width: Math.min(root.width - 4 * Theme.unit, Theme.textWidth)
+        anchors.centerIn: parent
+    }
     EmptyList {
-        visible: root.bare
+        visible: root.bare && !list.failed
         filtered: false
         width: Math.min(root.width - 4 * Theme.unit, Theme.textWidth)
         anchors.centerIn: parent
@@ -179,9 +184,13 @@ FocusScope {
 
     ExportDialog {
         id: exportDialog
+
+        objectName: "exportDialog"
     }
     ImportDialog {
         id: importDialog
+
+        objectName: "importDialog"
     }
     Notice {
         id: notice

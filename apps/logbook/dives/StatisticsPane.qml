@@ -40,16 +40,18 @@ Item {
         step: Units.metric ? 5 : 20 * 0.3048
     }
     EmptyState {
-        visible: !statistics.count && AppStore.open
+        // A list beside it says already that the filter finds none.
+        visible: !statistics.count && AppStore.open && !root.dives.loading && (root.closable || !root.filtered)
         icon: "statistics"
-        title: qsTr("Your dives will be here")
-        text: qsTr("As soon as there are some, this page shows what they come to.")
+        title: root.filtered ? qsTr("No dive found") : qsTr("Your dives will be here")
+        text: root.filtered ? qsTr("Change the search or the filter.")
+                            : qsTr("As soon as there are some, this page shows what they come to.")
         width: Math.min(root.width - 4 * Theme.unit, Theme.textWidth)
         anchors.centerIn: parent
     }
     PageScroll {
         anchors.fill: parent
-        visible: statistics.count
+        visible: statistics.count || root.closable
 
         PaneHeader {
             title: qsTr("Statistics")
@@ -58,6 +60,7 @@ Item {
             onBack: root.back()
         }
         Card {
+            visible: statistics.count
             Layout.fillWidth: true
 
             GridLayout {
@@ -99,6 +102,7 @@ Item {
             }
         }
         Card {
+            visible: statistics.count
             title: qsTr("By year")
             Layout.fillWidth: true
 
@@ -108,6 +112,7 @@ Item {
             }
         }
         Card {
+            visible: statistics.count
             title: qsTr("By greatest depth")
             Layout.fillWidth: true
 
