@@ -31,7 +31,7 @@ ApplicationWindow {
         toolTipBase: Theme.text
         toolTipText: Theme.surface
         link: Theme.accent
-        mid: Theme.line
+        mid: Theme.outline
         dark: Theme.outline
         light: Theme.surface
         disabled.text: Theme.faint

@@ -69,8 +69,14 @@ Section {
         value: root.typeName(root.type)
     }
     PlainText {
-        text: root.records.length ? qsTr("History: %n record(s)", "", root.records.length)
-                                  : qsTr("The computer has noted nothing yet.")
+        visible: !root.records.length
+        text: qsTr("The computer has noted nothing yet.")
+        color: Theme.faint
+        Layout.fillWidth: true
+    }
+    PlainText {
+        visible: root.records.length
+        text: qsTr("History: %n record(s)", "", root.records.length)
         font.weight: Font.DemiBold
         Accessible.role: Accessible.Heading
         Layout.topMargin: Theme.half
@@ -107,6 +113,7 @@ Section {
                 margins: 1
             }
             ScrollBar.horizontal: ScrollBar {
+                policy: size < 1 ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
                 Accessible.name: qsTr("Scroll")
             }
 

@@ -80,12 +80,6 @@ PageScroll {
             PressureCard {
                 id: pressure
             }
-            DeleteCard {
-                onSyncWanted: {
-                    root.contentY = 0;
-                    syncCard.synchronise();
-                }
-            }
         }
         ColumnLayout {
             spacing: 2 * Theme.unit
@@ -99,6 +93,12 @@ PageScroll {
             FirmwareCard {
                 installed: about.identity ? about.identity.firmwareVersionStr : ""
                 onUpdated: about.read()
+            }
+            DeleteCard {
+                onSyncWanted: {
+                    root.contentY = 0;
+                    syncCard.synchronise();
+                }
             }
         }
     }

@@ -45,7 +45,7 @@ PageScroll {
         text: run.done ? Reasons.remedy(VardaJob.NotFound, VardaJob.Reason.Silent)
                        : qsTr("Switch your diving computer on, choose its Bluetooth mode, and keep it near this "
                               + "machine. Then search for it.")
-        Layout.topMargin: 6 * Theme.unit
+        Layout.topMargin: Math.max(6 * Theme.unit, (root.height - implicitHeight) / 2 - 6 * Theme.unit)
         Layout.fillWidth: true
 
         ActionButton {

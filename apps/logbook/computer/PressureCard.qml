@@ -24,7 +24,7 @@ Section {
 
     function take(sensors: var) {
         root.sensors = sensors;
-        field.text = Units.number(sensors.psurf / perUnit, Units.metric ? 0 : 2);
+        field.text = Units.metric ? String(Math.round(sensors.psurf)) : Units.number(sensors.psurf / perUnit, 2);
         filled = true;
     }
     function write() {

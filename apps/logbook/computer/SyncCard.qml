@@ -268,7 +268,7 @@ Card {
 
         ActionButton {
             objectName: "connect"
-            visible: AppComputer.state === VardaComputer.Unconnected && !link.running && !lostBox.visible
+            visible: AppComputer.state === VardaComputer.Unconnected && !link.running && !link.failure && !lostBox.visible
             text: qsTr("Connect")
             enabled: !root.busy
             onClicked: root.connectNow()

@@ -24,11 +24,12 @@ ColumnLayout {
         spacing: 0
         Layout.leftMargin: 2 * Theme.unit
         Layout.rightMargin: Theme.unit
-        Layout.topMargin: Theme.unit
+        // Its title is on the same line as that of the pane beside it.
+        Layout.topMargin: root.wide ? 2 * Theme.unit : Theme.unit
 
         PlainText {
-            text: root.selection.several ? qsTr("%n chosen", "", root.selection.chosen.length)
-                                         : root.filter.hidden ? qsTr("Hidden dives") : qsTr("Dives")
+            text: root.selection.chosen.length ? qsTr("%n chosen", "", root.selection.chosen.length)
+                  : root.selection.several ? qsTr("Choose dives") : root.filter.hidden ? qsTr("Hidden dives") : qsTr("Dives")
             font.pixelSize: Theme.headline
             font.weight: Font.DemiBold
             wrapMode: Text.NoWrap
@@ -89,10 +90,10 @@ ColumnLayout {
             }
 
             Symbol {
-                x: 1.25 * Theme.unit
+                x: Math.round(1.25 * Theme.unit)
                 anchors.verticalCenter: parent.verticalCenter
                 drawing: "search"
-                size: 2.5 * Theme.unit
+                size: Theme.icon
                 color: Theme.faint
             }
         }

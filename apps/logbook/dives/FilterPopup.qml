@@ -33,32 +33,40 @@ Popup {
         Accessible.name: qsTr("Filter")
     }
     contentItem: ColumnLayout {
-        spacing: Theme.unit
+        spacing: 1.5 * Theme.unit
 
-        PlainText {
-            text: qsTr("Computer")
-            font.pixelSize: Theme.small
-            color: Theme.faint
+        ColumnLayout {
+            spacing: Theme.half
+
+            PlainText {
+                text: qsTr("Computer")
+                font.pixelSize: Theme.small
+                color: Theme.faint
+            }
+            ChoiceBox {
+                label: qsTr("Computer")
+                model: computers.names
+                currentIndex: Math.max(0, computers.ids.indexOf(root.filter.computer))
+                Layout.fillWidth: true
+                onActivated: index => root.filter.computer = computers.ids[index]
+            }
         }
-        ChoiceBox {
-            label: qsTr("Computer")
-            model: computers.names
-            currentIndex: Math.max(0, computers.ids.indexOf(root.filter.computer))
-            Layout.fillWidth: true
-            onActivated: index => root.filter.computer = computers.ids[index]
-        }
-        PlainText {
-            text: qsTr("Year")
-            font.pixelSize: Theme.small
-            color: Theme.faint
-        }
-        ChoiceBox {
-            objectName: "year"
-            label: qsTr("Year")
-            model: root.years.map(year => year || qsTr("Every year"))
-            currentIndex: root.years.indexOf(root.filter.year)
-            Layout.fillWidth: true
-            onActivated: index => root.filter.year = root.years[index]
+        ColumnLayout {
+            spacing: Theme.half
+
+            PlainText {
+                text: qsTr("Year")
+                font.pixelSize: Theme.small
+                color: Theme.faint
+            }
+            ChoiceBox {
+                objectName: "year"
+                label: qsTr("Year")
+                model: root.years.map(year => year || qsTr("Every year"))
+                currentIndex: root.years.indexOf(root.filter.year)
+                Layout.fillWidth: true
+                onActivated: index => root.filter.year = root.years[index]
+            }
         }
         Tick {
             objectName: "hidden"

@@ -77,7 +77,4 @@ Card {
         color: Theme.faint
         Layout.fillWidth: true
     }
-    Item {
-        Layout.fillHeight: true
-    }
 }

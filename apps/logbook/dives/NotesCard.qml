@@ -71,38 +71,48 @@ Card {
         onTriggered: root.keep()
     }
 
-    PlainText {
-        text: qsTr("Place")
-        color: Theme.faint
-        font.pixelSize: Theme.small
+    ColumnLayout {
+        spacing: Theme.half
         Layout.fillWidth: true
-    }
-    TextBox {
-        id: place
 
-        objectName: "place"
-        label: qsTr("Place")
-        placeholderText: qsTr("Where you dived")
-        maximumLength: 1000
-        Layout.fillWidth: true
-        onTextEdited: later.restart()
-        onEditingFinished: root.keep()
-    }
-    PlainText {
-        text: qsTr("Notes")
-        color: Theme.faint
-        font.pixelSize: Theme.small
-        Layout.fillWidth: true
-    }
-    NoteBox {
-        id: notes
+        PlainText {
+            text: qsTr("Place")
+            color: Theme.faint
+            font.pixelSize: Theme.small
+            Layout.fillWidth: true
+        }
+        TextBox {
+            id: place
 
-        objectName: "notes"
-        label: qsTr("Notes")
-        placeholderText: qsTr("What you saw, who was with you")
+            objectName: "place"
+            label: qsTr("Place")
+            placeholderText: qsTr("Where you dived")
+            maximumLength: 1000
+            Layout.fillWidth: true
+            onTextEdited: later.restart()
+            onEditingFinished: root.keep()
+        }
+    }
+    ColumnLayout {
+        spacing: Theme.half
         Layout.fillWidth: true
-        onTextChanged: if (activeFocus) later.restart()
-        onEditingFinished: root.keep()
+
+        PlainText {
+            text: qsTr("Notes")
+            color: Theme.faint
+            font.pixelSize: Theme.small
+            Layout.fillWidth: true
+        }
+        NoteBox {
+            id: notes
+
+            objectName: "notes"
+            label: qsTr("Notes")
+            placeholderText: qsTr("What you saw, who was with you")
+            Layout.fillWidth: true
+            onTextChanged: if (activeFocus) later.restart()
+            onEditingFinished: root.keep()
+        }
     }
     StoreError {
         kind: root.error

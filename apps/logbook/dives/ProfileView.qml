@@ -32,18 +32,6 @@ ColumnLayout {
         Accessible.description: summary
         Layout.fillWidth: true
         Layout.fillHeight: true
-
-        Rectangle {
-            visible: profile.activeFocus
-            anchors.fill: parent
-            anchors.margins: -2
-            radius: Theme.radius
-            color: "transparent"
-            border {
-                width: 2
-                color: Theme.accent
-            }
-        }
     }
     Flow {
         spacing: 3 * Theme.unit

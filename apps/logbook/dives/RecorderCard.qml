@@ -37,7 +37,4 @@ Card {
         name: qsTr("Saved")
         value: root.saved ? Units.date(root.saved.stored) : ""
     }
-    Item {
-        Layout.fillHeight: true
-    }
 }

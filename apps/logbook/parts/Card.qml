@@ -26,8 +26,11 @@ Rectangle {
         id: column
 
         spacing: 1.5 * Theme.unit
+        // Not down to the bottom: the height of the card follows from this one.
         anchors {
-            fill: parent
+            left: parent.left
+            right: parent.right
+            top: parent.top
             margins: 2 * Theme.unit
         }
 

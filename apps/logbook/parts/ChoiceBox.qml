@@ -13,6 +13,7 @@ ComboBox {
     implicitWidth: 26 * Theme.unit
     leftPadding: 1.5 * Theme.unit
     font.pixelSize: Theme.body
+    displayText: currentIndex < 0 ? "–" : currentText
     Accessible.name: label
     Accessible.description: displayText
     Accessible.onPressAction: {

@@ -39,9 +39,13 @@ ColumnLayout {
         Accessible.role: Accessible.Heading
     }
     PlainText {
+        // Lines of about the same length, instead of a last word on its own
+        readonly property real most: Math.min(root.width, Theme.textWidth)
+        readonly property int lines: Math.max(1, Math.ceil(implicitWidth / most))
+
         visible: text
         Layout.fillWidth: true
-        Layout.maximumWidth: Theme.textWidth
+        Layout.maximumWidth: lines > 1 ? Math.min(most, 1.15 * implicitWidth / lines) : most
         Layout.alignment: Qt.AlignHCenter
         horizontalAlignment: Text.AlignHCenter
         text: root.text

@@ -19,16 +19,14 @@ RowLayout {
     PlainText {
         text: root.name
         color: Theme.faint
-        Layout.fillWidth: true
-        Layout.preferredWidth: 2
         Layout.alignment: Qt.AlignTop
         Accessible.ignored: true
     }
     PlainText {
-        text: root.value
+        // A long number may go on in the next line after a dash.
+        text: root.value.replace(/-/g, "-\u200b")
         horizontalAlignment: Text.AlignRight
         Layout.fillWidth: true
-        Layout.preferredWidth: 4
         Accessible.ignored: true
     }
 }

@@ -14,6 +14,7 @@ TabButton {
     Layout.fillWidth: true
     Layout.preferredWidth: 1
     implicitHeight: 8 * Theme.unit
+    padding: 0
     checked: Navigation.page === page
     Accessible.name: text
     // Qt 6.4 ticks it by itself, and no more.

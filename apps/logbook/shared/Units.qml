@@ -41,7 +41,7 @@ QtObject {
         return range.arg(value(lowest)).arg(temperature(highest));
     }
     function pressure(millibar: real): string {
-        return metric ? count(millibar) + "\u00a0mbar" : number(millibar * 0.0295300, 2) + "\u00a0inHg";
+        return metric ? Math.round(millibar) + "\u00a0mbar" : number(millibar * 0.0295300, 2) + "\u00a0inHg";
     }
     /** Minutes and seconds; hours if there are any. */
     function duration(seconds: real): string {
@@ -109,7 +109,7 @@ QtObject {
         case ComputerModel.VSKM:
             return "VSKM";
         case ComputerModel.ThirdParty:
-            return qsTr("Another maker's");
+            return qsTr("Another maker’s");
         default:
             return qsTr("Unknown");
         }
