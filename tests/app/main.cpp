@@ -16,6 +16,7 @@
 #include "core/logbookui.h"
 #include "core/preferences.h"
 #include "images.h"
+#include "pictures.h"
 #include "simulator.h"
 
 using namespace Qt::StringLiterals;
@@ -160,6 +161,16 @@ public:
     Q_INVOKABLE static QString environment(const QString &name)
     {
         return qEnvironmentVariable(name.toLatin1().constData());
+    }
+    /** What the window looks like now. */
+    Q_INVOKABLE static bool savePicture(QQuickWindow *window, const QString &file)
+    {
+        return window->grabWindow().save(file);
+    }
+    /** What is wrong with it, or nothing. */
+    Q_INVOKABLE static QString comparePicture(QQuickWindow *window, const QString &name)
+    {
+        return Pictures::compare(window->grabWindow(), name);
     }
     Q_INVOKABLE static void makeFolder(const QString &path) { QDir().mkpath(path); }
 
