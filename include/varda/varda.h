@@ -39,9 +39,11 @@
 #include <varda/tidemardiveconverter.h>
 #include <varda/tidemardiveheader.h>
 #include <varda/vardableprotocol.h>
+#include <varda/vardacheck.h>
 #include <varda/vardacomputer.h>
 #include <varda/vardaconfiguration.h>
 #include <varda/vardadata.h>
+#include <varda/vardadoctor.h>
 #include <varda/vardagastables.h>
 #include <varda/vardaidentity.h>
 #include <varda/vardajob.h>

@@ -374,6 +374,48 @@ class Behaviour(unittest.TestCase):
             os.close(theirs)
             self.assertEqual((done.returncode, done.stderr), (128 + signal.SIGPIPE, ""))
 
+    def test_doctor_report(self):
+        with tempfile.TemporaryDirectory() as folder:
+            report = Path(folder, "report.json")
+            device = {"model": "vskm", "name": "VSK-1234567", "owner": "Grace Hopper",
+                      "faults": [{"step": "answer", "kind": "silent"}]}
+            done, _ = simulated(folder, "doctor", "--report", report, device=device, VARDA_RFKILL="")
+            self.assertEqual(done.returncode, 5, done.stderr)
+            text = report.read_text(encoding="utf-8")
+            found = json.loads(text)
+            self.assertLessEqual({"varda", "qt", "system", "kernel", "architecture"}, set(found))
+            self.assertFalse(found["healthy"])
+            self.assertEqual([(each["check"], each["reason"]) for each in found["checks"]
+                              if each["state"] == "Fault"], [("Answer", "NoAnswer")])
+            self.assertEqual(len(found["checks"]), 19)
+            self.assertEqual(run("version").stdout.split()[-1], found["varda"])
+            secrets = ("VSK-", "1234567", "Grace", "Hopper", "00:AA:01", socket.gethostname(),
+                       str(Path.home()), folder)
+            self.assertEqual([each for each in secrets if each in text], [])
+
+    def test_doctor_report_not_written(self):
+        """The checks are shown all the same, and nothing is left of the file."""
+        with tempfile.TemporaryDirectory() as folder:
+            done, _ = simulated(folder, "doctor", "--report", Path(folder, "none", "report.json"),
+                                VARDA_RFKILL="")
+            self.assertEqual(done.returncode, 1)
+            self.assertRegex(done.stderr, "report.json\" cannot be written")
+            self.assertIn("the computer answers", done.stdout)
+            self.assertFalse(Path(folder, "none").exists())
+
+    def test_doctor_by_name(self):
+        """A name that cannot be looked up is no reason to stop looking."""
+        with tempfile.TemporaryDirectory() as folder:
+            done, _ = simulated(folder, "doctor", "--device", "varda", VARDA_RFKILL="")
+            self.assertEqual((done.returncode, done.stderr), (0, ""))
+            done, _ = simulated(folder, "doctor", "--device", "kett", "--timeout", "1",
+                                VARDA_RFKILL="")
+            self.assertEqual(done.returncode, 3)
+            self.assertRegex(done.stdout, r"\nReach +Fault: the computer is not in reach")
+        done = run("doctor", "--device", "varda", "--simulate", "adapter-off")
+        self.assertEqual(done.returncode, 6)
+        self.assertRegex(done.stdout, r"\nPower +Fault: Bluetooth is switched off \(hci0 off\)")
+
     def test_time_left(self):
         """It counts down while a dive comes in, too."""
         _, terminal, _ = on_terminal("dives", "--simulate=scenarios/slow-dives.json")

@@ -30,8 +30,9 @@ PUBLIC = {
     "decoding": {"bufferreader.h", "vardadata.h"},
     "conversion": {"diveprofile.h", "tidemardiveconverter.h"},
     "jobs": {
-        "downloadjob.h", "firmwarejob.h", "searchjob.h", "vardaawait.h", "vardacomputer.h",
-        "vardajob.h", "vardareply.h", "vardatrace.h", "vardatracefile.h",
+        "downloadjob.h", "firmwarejob.h", "searchjob.h", "vardaawait.h", "vardacheck.h",
+        "vardacomputer.h", "vardadoctor.h", "vardajob.h", "vardareply.h", "vardatrace.h",
+        "vardatracefile.h",
     },
 }
 # Libraries beside the core, with public headers of their own.

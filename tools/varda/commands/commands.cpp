@@ -4,9 +4,9 @@
 Commands allCommands()
 {
     Commands commands;
-    for (const auto add : {addScan, addInfo, addConfig, addSync, addLogbook, addDives, addExport,
-                           addImport, addReadings, addLog, addClock, addOwner, addSettings,
-                           addLayouts, addControl, addFirmware, addDefaults})
+    for (const auto add : {addScan, addInfo, addDoctor, addConfig, addSync, addLogbook, addDives,
+                           addExport, addImport, addReadings, addLog, addClock, addOwner,
+                           addSettings, addLayouts, addControl, addFirmware, addDefaults})
         add(commands);
     return commands;
 }

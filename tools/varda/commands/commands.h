@@ -10,6 +10,7 @@
 
 void addScan(Commands &commands);
 void addInfo(Commands &commands);
+void addDoctor(Commands &commands);
 void addConfig(Commands &commands);
 void addSync(Commands &commands);
 void addLogbook(Commands &commands);

@@ -81,6 +81,9 @@ Simulation::Simulation(const QString &scenario)
     const QByteArray line = m_process.readLine().trimmed();
     const auto equals = line.indexOf('=');
     qputenv(line.left(equals).constData(), line.mid(equals + 1));
+    // The machine's own switches are not those of the simulated adapter.
+    if (!qEnvironmentVariableIsSet("VARDA_RFKILL"))
+        qputenv("VARDA_RFKILL", {});
 }
 
 void Simulation::require(const QString &scenario)
