@@ -14,7 +14,7 @@ RowLayout {
 
     signal back
 
-    spacing: Theme.unit
+    spacing: 0
     Layout.fillWidth: true
 
     // A layout does not see that an item appears while its page is hidden, but it sees its size.
@@ -26,7 +26,7 @@ RowLayout {
             text: qsTr("Back")
             onClicked: root.back()
         }
-        Layout.rightMargin: active ? 0 : -root.spacing
+        Layout.rightMargin: active ? Theme.unit : 0
     }
     ColumnLayout {
         spacing: Theme.half / 2
@@ -51,6 +51,7 @@ RowLayout {
         id: actions
 
         spacing: 0
+        Layout.leftMargin: Theme.unit
         Layout.alignment: Qt.AlignTop
     }
 }
