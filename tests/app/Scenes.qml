@@ -23,6 +23,8 @@ Page {
             keyClick(Qt.Key_Down);
         },
         "dives-loading": () => {
+            // It is grabbed as it is then, so it has to be laid out before.
+            wait(200);
             AppStore.file = World.file("all.sqlite");
         },
         "dives-empty": () => {
