@@ -35,6 +35,14 @@ Page {
         compare(walk.roleless, []);
         verify(walk.named >= 4, walk.named + " named controls");
     }
+    function test_keys() {
+        freshStore();
+        openWindow();
+        keyClick(Qt.Key_2, Qt.ControlModifier);
+        compare(Navigation.page, Navigation.Computer);
+        keyClick(Qt.Key_Q, Qt.ControlModifier);
+        verify(!window.visible);
+    }
     function press(name: string) {
         tryVerify(() => World.canPress(window, name), 10000, name + " cannot be pressed");
         World.press(window, name);
