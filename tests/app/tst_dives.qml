@@ -22,6 +22,25 @@ Page {
         wanted("goToComputer").clicked();
         compare(Navigation.page, Navigation.Computer);
     }
+    /** Nobody is to read that there are none while they come. */
+    function test_loadsBeforeItIsEmpty() {
+        openDives();
+        for (const width of [1200, 400]) {
+            window.width = width;
+            const isAll = AppStore.file === World.file("all.sqlite");
+            AppStore.file = World.file(isAll ? "dives" + files + ".sqlite" : "all.sqlite");
+            verify(!find("goToComputer"));
+            verify(find("loading") || find("dives"));
+            tryVerify(() => wanted("dives").count === 12);
+        }
+    }
+    function test_oneFrameAroundAProfile() {
+        openDives().itemAtIndex(0).clicked();
+        const profile = wanted("profile");
+        compare(Array.from(profile.children).filter(each => each.visible).length, 0);
+        profile.forceActiveFocus(Qt.TabFocusReason);
+        compare(Array.from(profile.children).filter(each => each.visible).length, 1);
+    }
     function test_listsNewestFirst() {
         const list = openDives();
         compare(list.itemAtIndex(0).text, "Dive 12");
