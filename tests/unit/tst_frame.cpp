@@ -45,6 +45,12 @@ void TestFrame::crc_data()
     QTest::newRow("four zeros") << QByteArray(4, '\0') << quint16(0x0E10);
     QTest::newRow("65535 zeros") << QByteArray(65535, '\0') << quint16(0xCC9C);
     QTest::newRow("65536 zeros") << QByteArray(65536, '\0') << quint16(0x84C0);
+    QTest::newRow("7 bytes") << pattern(7) << quint16(0x4040);
+    QTest::newRow("8 bytes") << pattern(8) << quint16(0x7E13);
+    QTest::newRow("9 bytes") << pattern(9) << quint16(0x0B61);
+    QTest::newRow("15 bytes") << pattern(15) << quint16(0x97BD);
+    QTest::newRow("16 bytes") << pattern(16) << quint16(0xE374);
+    QTest::newRow("17 bytes") << pattern(17) << quint16(0xF7B9);
     QTest::newRow("an image of 70000 bytes") << pattern(70000) << quint16(0xE21A);
 }
 
@@ -56,9 +62,12 @@ void TestFrame::crc()
 
 void TestFrame::crcAtCompileTime()
 {
-    static_assert(Crc16::kTable[0] == 0);
-    static_assert(Crc16::kTable[1] == 0x1021);
-    static_assert(Crc16::kTable[255] == 0x1EF0);
+    static_assert(Crc16::kTables[0][0] == 0);
+    static_assert(Crc16::kTables[0][1] == 0x1021);
+    static_assert(Crc16::kTables[0][255] == 0x1EF0);
+    static_assert(Crc16::kTables[7][0] == 0);
+    static_assert(Crc16::kTables[7][1] == 0x47D3);
+    static_assert(Crc16::kTables[7][255] == 0x944F);
 }
 
 void TestFrame::buildFrame_data()
