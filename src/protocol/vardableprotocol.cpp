@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <span>
+#include <utility>
 
 #include <varda/bledevice.h>
 
@@ -75,6 +76,8 @@ public:
     [[nodiscard]] QByteArray joinChunks() const
     {
         const auto used = std::span(chunks).first(std::size_t(chunkCount));
+        if (chunkCount == 1)
+            return used.front(); // shared, not copied
         qsizetype size = 0;
         for (const QByteArray &chunk : used)
             size += chunk.size();
@@ -202,7 +205,7 @@ void VardaBleProtocol::onNotificationReceived(QByteArray chunk)
         resetBuffer();
         return;
     } else {
-        d->chunks[std::size_t(d->chunkCount++)] = chunk;
+        d->chunks[std::size_t(d->chunkCount++)] = std::move(chunk);
     }
     if (!d->timerMode) {
         processBuffer();
