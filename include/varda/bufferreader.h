@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QtCore/qglobal.h>
+
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 #include <varda/vardaexport.h>
@@ -28,12 +31,20 @@ public:
     template <typename T> [[nodiscard]] T take()
     {
         static_assert(std::is_arithmetic_v<T>, "little-endian numbers only");
+        constexpr int kSize = int(sizeof(T));
         T value{};
-        readNumber(&value, int(sizeof(T)));
+        if (Q_BYTE_ORDER == Q_LITTLE_ENDIAN && has(kSize)) {
+            std::memcpy(&value, m_data + m_pos, sizeof(T));
+            m_pos += kSize;
+        } else {
+            readNumber(&value, kSize);
+        }
         return value;
     }
 
 private:
+    /** Whether the next @p n bytes are all in the buffer. */
+    [[nodiscard]] bool has(int n) const { return m_pos >= 0 && m_pos <= m_size - n; }
     void readNumber(void *dst, int n);
 
     const std::uint8_t *m_data;

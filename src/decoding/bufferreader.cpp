@@ -11,6 +11,11 @@ BufferReader::BufferReader(const std::array<std::uint8_t, 512> &payload)
 
 void BufferReader::read(void *dst, int n)
 {
+    if (n > 0 && has(n)) {
+        std::memcpy(dst, m_data + m_pos, std::size_t(n));
+        m_pos += n;
+        return;
+    }
     auto *out = static_cast<std::uint8_t *>(dst);
     for (int i = 0; i < n; ++i) {
         const std::int64_t at = std::int64_t(m_pos) + i;
