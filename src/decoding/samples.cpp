@@ -4,6 +4,7 @@
 #include <QtCore/qbytearrayview.h>
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -12,20 +13,30 @@ constexpr int kDeepest = 3500; // 350 m; what is deeper is a disturbance
 // Longer than any answer: each empty one decodes all again, so a few bytes would make megabytes.
 constexpr qsizetype kMostSamples = 400'000;
 
-/** A cursor over the stream; the last sample may be cut short, what is missing reads as zeros. */
+constexpr qsizetype kLongestSample = 14;
+
+/** A cursor over one sample; what is missing of the last one, which may be cut short, reads as zeros. */
 class SampleReader
 {
 public:
-    explicit SampleReader(QByteArrayView stream) : m_stream(stream) { }
-
-    [[nodiscard]] bool atEnd() const { return m_pos >= m_stream.size(); }
-
-    std::uint8_t u8()
+    explicit SampleReader(QByteArrayView rest)
     {
-        const qsizetype at = m_pos++;
-        return at < m_stream.size() ? std::uint8_t(m_stream[at]) : std::uint8_t(0);
+        if (rest.size() >= kLongestSample) {
+            m_next = rest.data();
+        } else {
+            std::copy(rest.begin(), rest.end(), m_cut.begin());
+            m_next = m_cut.data();
+        }
+        m_begin = m_next;
     }
+    Q_DISABLE_COPY_MOVE(SampleReader)
+    ~SampleReader() = default;
 
+    /** How many bytes the sample has, or would have if it were not cut. */
+    [[nodiscard]] qsizetype size() const { return m_next - m_begin; }
+
+    // No more than the longest sample has
+    std::uint8_t u8() { return std::uint8_t(*m_next++); }
     std::uint16_t u16()
     {
         const unsigned low = u8();
@@ -33,8 +44,9 @@ public:
     }
 
 private:
-    QByteArrayView m_stream;
-    qsizetype m_pos = 0;
+    std::array<char, kLongestSample> m_cut{};
+    const char *m_begin = nullptr;
+    const char *m_next = nullptr;
 };
 
 /** Bits @p count from bit @p first on. */
@@ -58,18 +70,23 @@ struct StatusBit {
     int from;
     std::uint8_t to;
 };
-constexpr StatusBit kToAux5[] = {{1, 0x03}, {2, 0x0C}, {3, 0x30}, {6, 0xC0}};
-constexpr StatusBit kToAux6[] = {{7, 0x03}, {0, 0x04}, {4, 0x08}, {5, 0x10}};
 
-template <std::size_t N> std::uint8_t remap(std::uint8_t status, const StatusBit (&table)[N])
+/** What each value of the older byte is in a newer one. */
+template <std::size_t N>
+constexpr std::array<std::uint8_t, 256> remapped(const StatusBit (&bitsOfIt)[N])
 {
-    unsigned result = 0;
-    for (const StatusBit &bit : table) {
-        if (bits(status, bit.from, 1))
-            result |= bit.to;
+    std::array<std::uint8_t, 256> table{};
+    for (unsigned status = 0; status < table.size(); ++status) {
+        for (const StatusBit &bit : bitsOfIt) {
+            if (bits(status, bit.from, 1))
+                table[status] |= bit.to;
+        }
     }
-    return std::uint8_t(result);
+    return table;
 }
+
+constexpr auto kToAux5 = remapped({{1, 0x03}, {2, 0x0C}, {3, 0x30}, {6, 0xC0}});
+constexpr auto kToAux6 = remapped({{7, 0x03}, {0, 0x04}, {4, 0x08}, {5, 0x10}});
 
 /** Each pair of bits in one: the lower is set when either was. */
 std::uint8_t reducePairs(std::uint8_t status)
@@ -108,8 +125,8 @@ void readOthers(SampleReader &reader, DiveSample &sample)
     readLead(reader, sample);
     if (sample.version >= 1) {
         const std::uint8_t status = reader.u8();
-        sample.aux5 = remap(status, kToAux5);
-        sample.aux6 = remap(status, kToAux6);
+        sample.aux5 = kToAux5[status];
+        sample.aux6 = kToAux6[status];
         sample.aux7 = reducePairs(reader.u8());
         sample.aux2 = reader.u16();
     }
@@ -139,17 +156,6 @@ void readTidemar3(SampleReader &reader, DiveSample &sample)
     sample.aux10 = reader.u8();
 }
 
-using SampleLayout = void (*)(SampleReader &, DiveSample &);
-
-SampleLayout layoutOf(ComputerModel::ComputerModelIn model, std::uint8_t version)
-{
-    if (model == ComputerModel::Varda)
-        return readVarda;
-    if (model == ComputerModel::Tidemar && version >= 3)
-        return readTidemar3;
-    return readOthers;
-}
-
 /** A sample in which the two fields that some layouts never send keep their last values. */
 DiveSample startedFrom(const DiveSample &last, std::uint8_t version)
 {
@@ -158,6 +164,46 @@ DiveSample startedFrom(const DiveSample &last, std::uint8_t version)
     sample.flag = last.flag;
     sample.modeFlag = last.modeFlag;
     return sample;
+}
+
+/** Appends all samples of a stream; of none it is one of zeros. */
+template <auto read>
+void decode(QByteArrayView rest, std::uint8_t version, QList<DiveSample> &samples)
+{
+    DiveSample sample;
+    do {
+        sample = startedFrom(sample, version);
+        SampleReader reader(rest);
+        read(reader, sample);
+        if (sample.depth > kDeepest)
+            sample.depth = samples.isEmpty() ? std::uint16_t(0) : samples.constLast().depth;
+        samples.append(sample);
+        rest = rest.sliced(std::min(rest.size(), reader.size()));
+    } while (!rest.isEmpty());
+}
+
+template <auto read> qsizetype sizeOf(std::uint8_t version)
+{
+    SampleReader reader({});
+    DiveSample sample;
+    sample.version = version;
+    read(reader, sample);
+    return reader.size();
+}
+
+struct SampleLayout {
+    void (*decode)(QByteArrayView, std::uint8_t, QList<DiveSample> &);
+    qsizetype (*size)(std::uint8_t);
+};
+template <auto read> constexpr SampleLayout kLayout = {decode<read>, sizeOf<read>};
+
+const SampleLayout &layoutOf(ComputerModel::ComputerModelIn model, std::uint8_t version)
+{
+    if (model == ComputerModel::Varda)
+        return kLayout<readVarda>;
+    if (model == ComputerModel::Tidemar && version >= 3)
+        return kLayout<readTidemar3>;
+    return kLayout<readOthers>;
 }
 
 } // namespace
@@ -173,19 +219,15 @@ void VardaData::processSamples(const Payload &payload, std::uint16_t length)
     if (samplesBuffer.isEmpty() || diveSamples.size() >= kMostSamples)
         return;
 
+    QByteArrayView rest(samplesBuffer);
     std::uint8_t version = 0;
-    SampleReader reader(samplesBuffer);
-    if (std::uint8_t(samplesBuffer.front()) == kVersionMark) {
-        reader.u8();
-        version = reader.u8();
+    if (std::uint8_t(rest.front()) == kVersionMark) {
+        version = rest.size() > 1 ? std::uint8_t(rest[1]) : std::uint8_t(0);
+        rest = rest.sliced(std::min<qsizetype>(rest.size(), 2));
     }
-    const SampleLayout read = layoutOf(computerModel, version);
-    DiveSample sample;
-    do {
-        sample = startedFrom(sample, version);
-        read(reader, sample);
-        if (sample.depth > kDeepest)
-            sample.depth = diveSamples.isEmpty() ? std::uint16_t(0) : diveSamples.constLast().depth;
-        diveSamples.append(sample);
-    } while (!reader.atEnd());
+    const SampleLayout &layout = layoutOf(computerModel, version);
+    // Only once, since an answer that is closed again and again adds a little each time.
+    if (diveSamples.isEmpty())
+        diveSamples.reserve(rest.size() / layout.size(version) + 1);
+    layout.decode(rest, version, diveSamples);
 }
