@@ -2,6 +2,7 @@
 #include "session/vardasession_p.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
@@ -12,7 +13,7 @@ VardaData::Payload bufferOf(int code, const QByteArray &payload, quint16 length)
     buffer[0] = std::uint8_t(code);
     const qsizetype told = std::min<qsizetype>(length, qsizetype(buffer.size())) - 1;
     const qsizetype count = std::clamp<qsizetype>(told, 0, payload.size());
-    std::copy_n(payload.cbegin(), count, buffer.begin() + 1);
+    std::memcpy(buffer.data() + 1, payload.constData(), std::size_t(count));
     return buffer;
 }
 
