@@ -113,7 +113,7 @@ void VardaSession::Private::dispatchResponse(TidemarCommand::TidemarCommandIn co
         break;
     case TidemarCommand::Logbook:
         if (!closing)
-            return data.processLogbook(buffer);
+            return onDiveHeader(buffer);
         break;
     case TidemarCommand::Fullsamples:
         data.processSamples(buffer, length);
@@ -176,4 +176,15 @@ void VardaSession::Private::onLayoutAdded(bool accepted)
         sendNextLayoutAddChunk();
     else
         endOrRefuse(TidemarCommand::LayoutAdd, accepted, ExchangeError::GenericError);
+}
+
+void VardaSession::Private::onDiveHeader(const VardaData::Payload &answer)
+{
+    const qsizetype row = data.diveHeaders.size();
+    if (row == 0)
+        headerRows.clear();
+    data.processLogbook(answer);
+    const quint16 number = data.diveHeaders.constLast().diveNumber;
+    if (!headerRows.contains(number))
+        headerRows.insert(number, row);
 }

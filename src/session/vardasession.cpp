@@ -4,7 +4,6 @@
 #include <QtCore/qmetaobject.h>
 #include <QtCore/qtimer.h>
 
-#include <algorithm>
 #include <array>
 
 #include "logging_p.h"
@@ -461,11 +460,10 @@ const QList<TidemarDiveHeader> &VardaSession::diveHeaders() const
 
 const TidemarDiveHeader *VardaSession::diveHeader(uint16_t diveNumber) const
 {
+    // The list may have been emptied since.
     const auto &headers = d->data.diveHeaders;
-    const auto it = std::find_if(headers.cbegin(), headers.cend(), [=](const auto &header) {
-        return header.diveNumber == diveNumber;
-    });
-    return it == headers.cend() ? nullptr : &*it;
+    const qsizetype row = d->headerRows.value(diveNumber, headers.size());
+    return row < headers.size() ? &headers[row] : nullptr;
 }
 
 const QList<DiveSample> &VardaSession::diveSamples() const

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QtCore/qhash.h>
 #include <QtCore/qpointer.h>
 
 #include <varda/bledevice.h>
@@ -59,6 +60,7 @@ public:
     void endOrRefuse(TidemarCommand::TidemarCommandIn command, bool accepted,
                      ExchangeError::ExchangeErrorIn refusal);
     void onLayoutAdded(bool accepted);
+    void onDiveHeader(const VardaData::Payload &answer);
 
     // Firmware upload
 
@@ -85,6 +87,7 @@ public:
     bool unlimited = false; ///< answers may be of any length
     QString message;
     VardaData data;
+    QHash<quint16, qsizetype> headerRows; ///< the first of data.diveHeaders with that number
     BleDeviceInfo lastDevice;
     quint64 attempt = 0; ///< counts the links that were let go
     LinkObserver *observer = LinkObserver::nobody();
