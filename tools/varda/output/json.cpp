@@ -13,10 +13,28 @@ namespace {
 
 constexpr int kStep = 4;
 
-QByteArray quoted(const QString &text)
+/** Whether it stands in JSON as it is. */
+bool isPlain(const QString &text)
 {
-    QByteArray list = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
-    return list.sliced(1, list.size() - 2);
+    return std::ranges::all_of(text, [](QChar each) {
+        return each >= u' ' && each <= u'~' && each != u'"' && each != u'\\';
+    });
+}
+
+void appendQuoted(QByteArray &out, const QString &text)
+{
+    if (isPlain(text)) {
+        out.append('"').append(text.toLatin1()).append('"');
+        return;
+    }
+    const QByteArray list = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+    out.append(QByteArrayView(list).sliced(1, list.size() - 2));
+}
+
+/** The name of a field is plain. */
+void appendName(QByteArray &out, QLatin1StringView name)
+{
+    out.append('"').append(name.data(), name.size()).append("\": ");
 }
 
 /** What reads back as the same number, of either precision. */
@@ -29,30 +47,17 @@ template <typename Number> QByteArray shortest(Number value)
     return {buffer.data(), end - buffer.data()};
 }
 
-QByteArray joined(const std::vector<QByteArray> &parts, const QByteArray &separator)
-{
-    QByteArray text;
-    for (const QByteArray &part : parts) {
-        if (!text.isEmpty())
-            text += separator;
-        text += part;
-    }
-    return text;
-}
-
+/** All elements into one text: pieces would be copied again and again. */
 template <typename List, typename Function>
-QByteArray joined(const List &list, const QByteArray &separator, Function textOf)
+void join(QByteArray &out, const List &list, QByteArrayView separator, Function appendOne)
 {
-    std::vector<QByteArray> parts;
-    parts.reserve(list.size());
-    for (const auto &each : list)
-        parts.push_back(textOf(each));
-    return joined(parts, separator);
-}
-
-QByteArray margin(int indent)
-{
-    return QByteArray(indent, ' ');
+    bool isFirst = true;
+    for (const auto &each : list) {
+        if (!isFirst)
+            out.append(separator);
+        isFirst = false;
+        appendOne(each);
+    }
 }
 
 } // namespace
@@ -87,46 +92,82 @@ bool Json::isFlat() const
     return m_value.index() < 2;
 }
 
-QByteArray Json::inLine() const
+void Json::appendInLine(QByteArray &out) const
 {
-    if (const auto *literal = std::get_if<QByteArray>(&m_value))
-        return *literal;
-    if (const auto *text = std::get_if<QString>(&m_value))
-        return quoted(*text);
-    if (const auto *elements = std::get_if<std::vector<Json>>(&m_value))
-        return '[' + joined(*elements, ", ", [](const Json &each) { return each.inLine(); }) + ']';
-    const auto member = [](const auto &each) {
-        return quoted(each.first) + ": " + each.second.inLine();
+    const auto appendElement = [&out](const Json &each) { each.appendInLine(out); };
+    const auto appendMember = [&out](const auto &each) {
+        appendName(out, each.first);
+        each.second.appendInLine(out);
     };
-    return '{' + joined(std::get<Fields>(m_value), ", ", member) + '}';
+    if (const auto *literal = std::get_if<QByteArray>(&m_value)) {
+        out.append(*literal);
+    } else if (const auto *text = std::get_if<QString>(&m_value)) {
+        appendQuoted(out, *text);
+    } else if (const auto *elements = std::get_if<std::vector<Json>>(&m_value)) {
+        out.append('[');
+        join(out, *elements, ", ", appendElement);
+        out.append(']');
+    } else {
+        out.append('{');
+        join(out, std::get<Fields>(m_value), ", ", appendMember);
+        out.append('}');
+    }
 }
 
-QByteArray Json::lines(const Fields &members, int indent)
+void Json::appendLines(QByteArray &out, const Fields &members, int indent)
 {
-    const QByteArray start = margin(indent);
-    return joined(members, ",\n", [&](const auto &each) {
-        return start + quoted(each.first) + ": " + each.second.text(indent);
+    join(out, members, ",\n", [&](const auto &each) {
+        out.append(indent, ' ');
+        appendName(out, each.first);
+        each.second.appendText(out, indent);
     });
 }
 
-QByteArray Json::text(int indent) const
+void Json::appendText(QByteArray &out, int indent) const
 {
+    const int inner = indent + kStep;
     if (const auto *members = std::get_if<Fields>(&m_value)) {
-        if (members->empty())
-            return "{}";
-        return "{\n" + lines(*members, indent + kStep) + '\n' + margin(indent) + '}';
+        if (members->empty()) {
+            out.append("{}");
+            return;
+        }
+        out.append("{\n");
+        appendLines(out, *members, inner);
+        out.append('\n').append(indent, ' ').append('}');
+        return;
     }
     const auto *elements = std::get_if<std::vector<Json>>(&m_value);
-    if (!elements || std::ranges::all_of(*elements, &Json::isFlat))
-        return inLine();
-    const auto element = [indent](const Json &each) {
+    if (!elements || std::ranges::all_of(*elements, &Json::isFlat)) {
+        appendInLine(out);
+        return;
+    }
+    out.append("[\n");
+    join(out, *elements, ",\n", [&out, inner](const Json &each) {
         const auto *members = std::get_if<Fields>(&each.m_value);
         const bool isRow = members && std::ranges::all_of(*members, [](const auto &member) {
                                return member.second.isFlat();
                            });
-        return margin(indent + kStep) + (isRow ? each.inLine() : each.text(indent + kStep));
-    };
-    return "[\n" + joined(*elements, ",\n", element) + '\n' + margin(indent) + ']';
+        out.append(inner, ' ');
+        if (isRow)
+            each.appendInLine(out);
+        else
+            each.appendText(out, inner);
+    });
+    out.append('\n').append(indent, ' ').append(']');
+}
+
+QByteArray Json::lines(const Fields &members, int indent)
+{
+    QByteArray out;
+    appendLines(out, members, indent);
+    return out;
+}
+
+QByteArray Json::text(int indent) const
+{
+    QByteArray out;
+    appendText(out, indent);
+    return out;
 }
 
 QString Json::plain() const

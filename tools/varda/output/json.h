@@ -50,7 +50,9 @@ private:
         return literal(Wide(value));
     }
     [[nodiscard]] bool isFlat() const;
-    [[nodiscard]] QByteArray inLine() const;
+    void appendInLine(QByteArray &out) const;
+    void appendText(QByteArray &out, int indent) const;
+    static void appendLines(QByteArray &out, const Fields &members, int indent);
 
     // A number, true, false or null is kept as it is written.
     std::variant<QByteArray, QString, std::vector<Json>, Fields> m_value;
