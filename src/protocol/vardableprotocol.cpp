@@ -211,8 +211,9 @@ void VardaBleProtocol::onNotificationReceived(QByteArray chunk)
         processBuffer();
         return;
     }
+    // The quiet after these bytes ends the answer before the computer's time could be over.
+    d->commandTimer.stop();
     d->receiveTimer.start();
-    d->commandTimer.start();
 }
 
 void VardaBleProtocol::onTimerReceiveTimeout()
