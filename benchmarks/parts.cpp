@@ -17,6 +17,7 @@
 #include <varda/vardasession.h>
 
 #include "divemaker.h"
+#include "output/records.h"
 
 #if __has_include(<boost/crc.hpp>)
 #    include <boost/crc.hpp>
@@ -26,6 +27,7 @@ namespace {
 
 constexpr qsizetype kSampleBytes = 48'000;
 constexpr int kConvertedSamples = 20'000;
+constexpr int kPrintedSamples = 1000;
 constexpr int kFirmwareSize = 1 << 20;
 /** What CRC-16/AUG-CCITT begins with. */
 constexpr quint16 kInitialCrc = 0x1D0F;
@@ -277,6 +279,17 @@ void copyLines(benchmark::State &state)
     }
 }
 
+/** A dive as the command prints it. */
+void writeJson(benchmark::State &state)
+{
+    const VardaSession session;
+    const Dive dive = TidemarDiveConverter::toDive(DiveMaker::header(1),
+                                                   DiveMaker::samples(1, kPrintedSamples), session);
+    for ([[maybe_unused]] auto _ : state)
+        benchmark::DoNotOptimize(Json(fieldsOf(dive)).text());
+    state.SetItemsProcessed(state.iterations() * kPrintedSamples);
+}
+
 /** Looks up every dive of a logbook of so many. */
 void findHeaders(benchmark::State &state, int dives)
 {
@@ -334,6 +347,7 @@ void addAll()
             [layout](auto &state) { copyConfiguration(state, layout); });
     }
     add("converting 20000 samples", convert, copyLines);
+    add("JSON of a sample", writeJson, {});
     add(
         "diveHeader(number) of 4000, beside 40", [](auto &state) { findHeaders(state, 4000); },
         [](auto &state) { findHeaders(state, 40); });

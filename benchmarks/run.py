@@ -149,6 +149,8 @@ def unit_of(found):
         return "ns a byte", lambda each: 1e9 / each["bytes_per_second"]
     if "bytes_per_second" in found:
         return "GB/s", lambda each: each["bytes_per_second"] / 1e9
+    if found["run_name"].startswith("JSON"):
+        return "µs", lambda each: 1e6 / each["items_per_second"]
     if "items_per_second" in found:
         return "ns", lambda each: 1e9 / each["items_per_second"]
     return "ns", lambda each: each["cpu_time"]
@@ -165,6 +167,7 @@ PARTS = {
     **{f"decoding a dive header, {model}": 2.5 for model in MODELS},
     **{f"decoding a configuration, {model}": 2.5 for model in MODELS},
     "converting 20000 samples": 2,
+    "JSON of a sample": 3,
     "diveHeader(number) of 4000, beside 40": 1.5,
 }
 GROUPS = [
