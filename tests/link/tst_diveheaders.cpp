@@ -70,6 +70,7 @@ void TestDiveHeaders::logbook()
     // However it is read again, the headers of before are gone at once.
     m_session->startGetLogbook({3});
     QVERIFY(m_session->diveHeaders().isEmpty());
+    QCOMPARE(m_session->diveHeader(3), nullptr);
     QVERIFY(m_log.await(kLogbookRead.first()));
     QCOMPARE(numbers(), QList<int>({3, 65535, 3}));
     m_session->startCommand(TidemarCommand::Logbook);
@@ -114,8 +115,10 @@ void TestDiveHeaders::damagedLogbook()
     QVERIFY(m_log.await(u"exchangeError Logbook InvalidCrc"_s));
     QCOMPARE(m_log.take(), QStringList(u"exchangeError Logbook InvalidCrc"_s));
     QCOMPARE(numbers(), QList<int>({1}));
+    QCOMPARE(m_session->diveHeader(2), nullptr);
     QCOMPARE(readLogbook(), kLogbookRead);
     QCOMPARE(numbers(), QList<int>({1, 2}));
+    QCOMPARE(m_session->diveHeader(2), &m_session->diveHeaders()[1]);
 }
 
 void TestDiveHeaders::header_data()
