@@ -10,6 +10,8 @@
 #include <QtQuick/qquickitem.h>
 #include <QtQuick/qquickwindow.h>
 #include <QtQuickTest/quicktest.h>
+#include <QtSql/qsqldatabase.h>
+#include <QtSql/qsqlquery.h>
 
 #include <varda/bledeviceinfo.h>
 
@@ -150,6 +152,18 @@ public:
     {
         QFile::copy(file(from), file(to));
     }
+    /** As another program that writes to the file. */
+    Q_INVOKABLE static bool lock(const QString &file)
+    {
+        QSqlDatabase other = QSqlDatabase::addDatabase(u"QSQLITE"_s, kOther);
+        other.setDatabaseName(file);
+        return other.open() && QSqlQuery(other).exec(u"BEGIN IMMEDIATE"_s);
+    }
+    Q_INVOKABLE static void unlock()
+    {
+        QSqlDatabase::database(kOther).close();
+        QSqlDatabase::removeDatabase(kOther);
+    }
     /** A firmware image with this header at its place, in hexadecimal. */
     Q_INVOKABLE QUrl imageFile(const QString &name, const QString &header) const
     {
@@ -198,6 +212,8 @@ public:
     }
 
 private:
+    static constexpr auto kOther = "other"_L1;
+
     QTemporaryDir m_folder;
 };
 

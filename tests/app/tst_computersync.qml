@@ -64,6 +64,19 @@ ComputerTest {
         find("syncError").retry();
         tryVerify(() => /new dives? saved\.$/.test(shownText("syncOutcome")) && shownText("syncError") === "", 60000);
     }
+    /** What was tried is tried again, not only the file. */
+    function test_storeFails() {
+        show({dives: 5});
+        verify(World.lock(AppStore.file));
+        press("synchronise");
+        tryVerify(() => shownText("storeError") !== "", 120000);
+        compare(shownText("storeError"), "Another program is using the file with the dives");
+        compare(shownText("syncError"), "");
+        World.unlock();
+        find("storeError").retry();
+        tryVerify(() => shownText("syncOutcome") === "5 new dives saved.", 60000);
+        compare(shownText("storeError"), "");
+    }
     function test_linkLostInIdleness() {
         showConnected({});
         World.drop();

@@ -14,6 +14,7 @@ Card {
     readonly property bool busy: AppComputer.currentJob
     /** The link went down and nobody has asked for it again. */
     property bool lost: false
+    readonly property bool storeFailed: sync.failure !== null && sync.failure.reason === VardaJob.Reason.StoreFailed
     readonly property bool stopping: sync.running && sync.job && sync.job.state === VardaJob.Cancelling
 
     /** The computer has been reached. */
@@ -228,10 +229,9 @@ Card {
         }
     }
     ErrorBox {
-        readonly property bool ofStore: sync.failure && sync.failure.reason === VardaJob.Reason.StoreFailed
-
         objectName: "syncError"
-        title: ofStore ? "" : Reasons.titleOf(sync.failure)
+        // What is wrong with the file is said below.
+        title: root.storeFailed && AppStore.error !== LogbookError.NoError ? "" : Reasons.titleOf(sync.failure)
         remedy: Reasons.remedyOf(sync.failure, "")
         details: Reasons.detailsOf(sync.failure)
         Layout.fillWidth: true
@@ -240,6 +240,10 @@ Card {
     StoreError {
         objectName: "storeError"
         Layout.fillWidth: true
+        onReopened: {
+            if (root.storeFailed)
+                root.synchronise();
+        }
     }
     ErrorBox {
         objectName: "linkError"

@@ -11,6 +11,9 @@ ErrorBox {
     property int kind: AppStore.error
     property string text: AppStore.errorText
 
+    /** The file can be used again. */
+    signal reopened
+
     function titleOf(kind: int): string {
         switch (kind) {
         case LogbookError.NoError:
@@ -69,5 +72,11 @@ ErrorBox {
     title: titleOf(kind)
     remedy: remedyOf(kind)
     details: text
-    onRetry: AppStore.reopen()
+    onRetry: {
+        const call = AppStore.reopen();
+        call.finished.connect(() => {
+            if (root && call.error === LogbookError.NoError)
+                root.reopened();
+        });
+    }
 }
