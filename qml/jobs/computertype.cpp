@@ -203,6 +203,13 @@ VardaJob *ComputerExtension::disconnectFromComputer()
     return give<VardaJob>(m_computer->disconnectFromComputer());
 }
 
+VardaDoctor *ComputerExtension::examine()
+{
+    VardaDoctor *const job = VardaDoctor::examine(*m_computer);
+    handOver(job, m_computer);
+    return job;
+}
+
 VardaJob *ComputerExtension::readIdentity()
 {
     return give<VardaJob>(m_computer->readIdentity());

@@ -8,6 +8,7 @@
 
 #include <varda/syncjob.h>
 #include <varda/vardacomputer.h>
+#include <varda/vardadoctor.h>
 
 #include "storetype.h"
 
@@ -55,6 +56,8 @@ public:
     Q_INVOKABLE VardaJob *connectToComputer();
     Q_INVOKABLE VardaJob *connectToOnlyComputer();
     Q_INVOKABLE VardaJob *disconnectFromComputer();
+    /** Finds out what keeps the computer away; checked() comes for each look. */
+    Q_INVOKABLE VardaDoctor *examine();
 
     // Jobs that read
 

@@ -7,6 +7,8 @@
 #include <varda/firmwarejob.h>
 #include <varda/searchjob.h>
 #include <varda/syncjob.h>
+#include <varda/vardacheck.h>
+#include <varda/vardadoctor.h>
 #include <varda/vardajob.h>
 
 // Jobs are made by the calls of a computer. QML cannot extend what it has not created, so all that
@@ -46,3 +48,17 @@ struct SyncJobType {
     QML_NAMED_ELEMENT(SyncJob)
     QML_UNCREATABLE("Call VardaComputer.sync().")
 };
+
+struct DoctorType {
+    Q_GADGET
+    QML_FOREIGN(VardaDoctor)
+    QML_NAMED_ELEMENT(VardaDoctor)
+    QML_UNCREATABLE("Call VardaComputer.examine().")
+};
+
+// What checked() gives is a gadget, whose enumerations QML knows by this name.
+namespace VardaCheckEnum {
+Q_NAMESPACE
+QML_FOREIGN_NAMESPACE(VardaCheck)
+QML_NAMED_ELEMENT(VardaCheck)
+} // namespace VardaCheckEnum

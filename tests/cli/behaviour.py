@@ -389,8 +389,10 @@ class Behaviour(unittest.TestCase):
                               if each["state"] == "Fault"], [("Answer", "NoAnswer")])
             self.assertEqual(len(found["checks"]), 19)
             self.assertEqual(run("version").stdout.split()[-1], found["varda"])
-            secrets = ("VSK-", "1234567", "Grace", "Hopper", "00:AA:01", socket.gethostname(),
-                       str(Path.home()), folder)
+            trace = [json.loads(line) for line in found["trace"]]
+            self.assertEqual((trace[0]["format"], trace[0]["redacted"]), ("varda-trace", True))
+            self.assertGreater(len(trace), 5)
+            secrets = ("1234567", "Grace", "Hopper", "00:AA:01", str(Path.home()), folder)
             self.assertEqual([each for each in secrets if each in text], [])
 
     def test_doctor_report_not_written(self):

@@ -47,6 +47,9 @@ ColumnLayout {
         Layout.fillWidth: true
         onRetry: root.retry()
     }
+    Examination {
+        failure: root.run.failure
+    }
     RowLayout {
         visible: !root.run.running && (root.run.cancelled || (root.run.done && root.doneText))
         spacing: Theme.unit

@@ -253,6 +253,9 @@ Card {
         Layout.fillWidth: true
         onRetry: root.connectNow()
     }
+    Examination {
+        failure: sync.running || link.running ? null : link.failure || sync.failure
+    }
     ErrorBox {
         id: lostBox
 

@@ -557,6 +557,21 @@
     </message>
 </context>
 <context>
+    <name>Examination</name>
+    <message>
+        <source>Find out why</source>
+        <translation>Chercher pourquoi</translation>
+    </message>
+    <message>
+        <source>Looking at everything between here and the computer</source>
+        <translation>Examen de tout ce qui se trouve entre cette machine et l’ordinateur</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+</context>
+<context>
     <name>ExpertCard</name>
     <message>
         <source>Expert</source>
@@ -725,6 +740,149 @@
     <message>
         <source>Every computer</source>
         <translation>Tous les ordinateurs</translation>
+    </message>
+</context>
+<context>
+    <name>Findings</name>
+    <message>
+        <source>The app can use Bluetooth</source>
+        <translation>L’application sait utiliser le Bluetooth</translation>
+    </message>
+    <message>
+        <source>Your system answers</source>
+        <translation>Votre système répond</translation>
+    </message>
+    <message>
+        <source>The app may use Bluetooth</source>
+        <translation>L’application peut utiliser le Bluetooth</translation>
+    </message>
+    <message>
+        <source>The Bluetooth service of your system runs</source>
+        <translation>Le service Bluetooth de votre système fonctionne</translation>
+    </message>
+    <message>
+        <source>The Bluetooth service is new enough</source>
+        <translation>Le service Bluetooth est assez récent</translation>
+    </message>
+    <message>
+        <source>Nothing blocks Bluetooth</source>
+        <translation>Rien ne bloque le Bluetooth</translation>
+    </message>
+    <message>
+        <source>There is a Bluetooth adapter</source>
+        <translation>Il y a un adaptateur Bluetooth</translation>
+    </message>
+    <message>
+        <source>Bluetooth is switched on</source>
+        <translation>Le Bluetooth est activé</translation>
+    </message>
+    <message>
+        <source>No other program here is connected to the computer</source>
+        <translation>Aucun autre programme ici n’est connecté à l’ordinateur</translation>
+    </message>
+    <message>
+        <source>The computer is in reach</source>
+        <translation>L’ordinateur est à portée</translation>
+    </message>
+    <message>
+        <source>The computer accepts a connection</source>
+        <translation>L’ordinateur accepte une connexion</translation>
+    </message>
+    <message>
+        <source>It offers the right kind of connection</source>
+        <translation>Il offre le bon type de connexion</translation>
+    </message>
+    <message>
+        <source>It is a diving computer</source>
+        <translation>C’est un ordinateur de plongée</translation>
+    </message>
+    <message>
+        <source>The connection carries enough at a time</source>
+        <translation>La connexion transporte assez à la fois</translation>
+    </message>
+    <message>
+        <source>Each answer comes once</source>
+        <translation>Chaque réponse arrive une seule fois</translation>
+    </message>
+    <message>
+        <source>The computer answers</source>
+        <translation>L’ordinateur répond</translation>
+    </message>
+    <message>
+        <source>The computer is ready</source>
+        <translation>L’ordinateur est prêt</translation>
+    </message>
+    <message>
+        <source>The clock of the computer is right</source>
+        <translation>L’horloge de l’ordinateur est à l’heure</translation>
+    </message>
+    <message>
+        <source>Last entry about the battery: %1</source>
+        <translation>Dernière entrée sur la pile : %1</translation>
+    </message>
+    <message>
+        <source>Your system has not asked you yet whether the app may use Bluetooth</source>
+        <translation>Votre système ne vous a pas encore demandé si l’application peut utiliser le Bluetooth</translation>
+    </message>
+    <message>
+        <source>The version of the Bluetooth service is not known</source>
+        <translation>La version du service Bluetooth est inconnue</translation>
+    </message>
+    <message>
+        <source>How much the connection carries is not known</source>
+        <translation>On ne sait pas combien la connexion transporte</translation>
+    </message>
+    <message>
+        <source>The computer has no entry about its battery</source>
+        <translation>L’ordinateur n’a aucune entrée sur sa pile</translation>
+    </message>
+    <message>
+        <source>Your system cannot be asked about Bluetooth</source>
+        <translation>Votre système ne peut pas être interrogé sur le Bluetooth</translation>
+    </message>
+    <message>
+        <source>The Bluetooth service of your system is too old</source>
+        <translation>Le service Bluetooth de votre système est trop ancien</translation>
+    </message>
+    <message>
+        <source>Bluetooth is blocked, as in airplane mode</source>
+        <translation>Le Bluetooth est bloqué, comme en mode avion</translation>
+    </message>
+    <message>
+        <source>Another program here is connected to the computer</source>
+        <translation>Un autre programme ici est connecté à l’ordinateur</translation>
+    </message>
+    <message>
+        <source>The computer waits for firmware</source>
+        <translation>L’ordinateur attend un micrologiciel</translation>
+    </message>
+    <message>
+        <source>The clock of the computer is wrong</source>
+        <translation>L’horloge de l’ordinateur n’est pas à l’heure</translation>
+    </message>
+    <message>
+        <source>Restart this machine.</source>
+        <translation>Redémarrez cette machine.</translation>
+    </message>
+    <message>
+        <source>Update your system.</source>
+        <translation>Mettez votre système à jour.</translation>
+    </message>
+    <message>
+        <source>End airplane mode, or use the wireless switch of this machine.</source>
+        <translation>Quittez le mode avion, ou utilisez le commutateur sans fil de cette machine.</translation>
+    </message>
+    <message>
+        <source>Close the other program.</source>
+        <translation>Fermez l’autre programme.</translation>
+    </message>
+    <message>
+        <source>Install its firmware.</source>
+        <translation>Installez son micrologiciel.</translation>
+    </message>
+    <message>
+        <source>Set it when the computer is connected.</source>
+        <translation>Réglez-la une fois l’ordinateur connecté.</translation>
     </message>
 </context>
 <context>

@@ -10,9 +10,11 @@
 #include "run/finding.h"
 #include "run/jobfailure.h"
 #include "run/jobrun.h"
+#include "run/recording.h"
 
 #include <varda/vardadoctor.h>
 
+#include <QtCore/qbuffer.h>
 #include <QtCore/qmetaobject.h>
 #include <QtCore/qsysinfo.h>
 
@@ -97,7 +99,7 @@ Fields documentOf(const VardaDoctor &doctor)
 }
 
 /** What helps somebody else to help; it names nobody. */
-QByteArray reportOf(const VardaDoctor &doctor)
+QByteArray reportOf(const VardaDoctor &doctor, const QByteArray &trace)
 {
     Fields report{{"varda"_L1, QStringLiteral(VARDA_VERSION)},
                   {"qt"_L1, QString::fromLatin1(qVersion())},
@@ -105,6 +107,8 @@ QByteArray reportOf(const VardaDoctor &doctor)
                   {"kernel"_L1, QSysInfo::kernelType() + u' ' + QSysInfo::kernelVersion()},
                   {"architecture"_L1, QSysInfo::currentCpuArchitecture()}};
     append(report, documentOf(doctor));
+    if (!trace.isEmpty())
+        append(report, {{"trace"_L1, listOf(QString::fromUtf8(trace).trimmed().split(u'\n'))}});
     return safeJson(QString::fromUtf8(Json(report).text())).toUtf8() + '\n';
 }
 
@@ -132,6 +136,13 @@ public:
     {
         VardaComputer computer;
         computer.setLinkMode(options.mode);
+        QBuffer trace;
+        if (!options.record.isEmpty()) {
+            Recording::follow(computer); // a computer has one trace
+        } else if (!m_report.isEmpty()) {
+            trace.open(QIODevice::WriteOnly);
+            computer.setTrace(&trace);
+        }
         setDevice(computer, options);
         VardaDoctor *const doctor = VardaDoctor::examine(computer);
         if (options.timeout)
@@ -149,8 +160,9 @@ public:
             print(documentOf(*doctor));
         else if (!isStandardOutput(m_report))
             printText(doctor->checks());
+        computer.setTrace(nullptr);
         if (!m_report.isEmpty())
-            writeFile(m_report, reportOf(*doctor));
+            writeFile(m_report, reportOf(*doctor, trace.data()));
         if (const VardaCheck fault = doctor->fault(); fault.state == VardaCheck::State::Fault)
             throw failureOf(fault);
     }
