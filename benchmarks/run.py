@@ -219,15 +219,16 @@ def verdict(found):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("folder", type=Path, help="where the programs are")
+    parser.add_argument("build", type=Path, help="the folder of the build")
     parser.add_argument("--json", type=Path, help="where the figures are written")
     parser.add_argument("--quick", action="store_true", help="everything once, to see that it works")
     parser.add_argument("names", nargs="*", help="only rows or groups with one of these in their name")
     arguments = parser.parse_intermixed_args()
 
-    kept = arguments.folder.resolve().parent / "bench"
+    build = arguments.build.resolve()
+    kept = build / "bench"
     kept.mkdir(exist_ok=True)
-    machine = Machine(arguments.folder.resolve(), arguments.quick, kept)
+    machine = Machine(build / "bin", arguments.quick, kept)
     table = []
     print(f"{'':52}{'value':>10}{'reference':>10} {'unit':16}{'ratio':>7}  target")
     for found in measure(machine, arguments.names):
