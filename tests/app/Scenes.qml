@@ -155,6 +155,11 @@ Page {
             wanted("connect").clicked();
             tryVerify(() => find("linkError"), 120000);
         },
+        "computer-examined": () => {
+            root.scenes["computer-unreachable"]();
+            wanted("findOut").clicked();
+            tryVerify(() => find("findOut") && find("finding"), 120000);
+        },
         "computer-card-error": () => {
             connect({});
             World.load({ faults: [{ step: "answer", command: "Owner", nth: 1, times: 4, kind: "wrongCrc" }] });
