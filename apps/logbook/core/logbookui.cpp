@@ -23,8 +23,9 @@ void installLogbookUi(QQmlEngine &engine)
     if (QQuickStyle::name() != "Fusion"_L1)
         QQuickStyle::setStyle(u"Fusion"_s);
     engine.addImportPath(u"qrc:/qt/qml"_s);
-    // As it lies in a build folder; where it is installed, Qt finds it.
-    engine.addImportPath(QCoreApplication::applicationDirPath() + "/../qml"_L1);
+    // As it lies in a build folder, and as it is installed.
+    for (const auto folder : {"/../qml"_L1, "/" VARDA_QML_FROM_BIN ""_L1})
+        engine.addImportPath(QCoreApplication::applicationDirPath() + folder);
     // The engine makes it when it is first asked for, and knows the module from then on.
     QQmlComponent asking(&engine);
     asking.setData(
