@@ -159,6 +159,8 @@ private Q_SLOTS:
     void namesNobody();
     void cancelled_data();
     void cancelled();
+    void aborted();
+    void deleted();
     void computerDeleted_data();
     void computerDeleted();
 
@@ -228,7 +230,8 @@ void TestDoctor::fault_data()
         return R"("devices":[{)" + QByteArray(keys) + "}]";
     };
     QTest::newRow("no adapter") << QByteArray(R"("adapter":{"present":false},"devices":[{}])")
-                                << u"Adapter Fault"_s << VardaJob::NoBluetooth << Reason::NoAdapter;
+                                << u"ServiceVersion Unknown Adapter Fault"_s
+                                << VardaJob::NoBluetooth << Reason::NoAdapter;
     QTest::newRow("off") << QByteArray(R"("adapter":{"powered":false},"devices":[{}])")
                          << u"Power Fault"_s << VardaJob::NoBluetooth << Reason::AdapterOff;
     QTest::newRow("nobody") << QByteArray(R"("devices":[])") << u"Reach Fault"_s
@@ -256,6 +259,8 @@ void TestDoctor::fault_data()
     QTest::newRow("damaged answer")
         << device(R"("faults":[{"step":"answer","kind":"wrongCrc"}])") << u"Answer Fault"_s
         << VardaJob::Damaged << Reason::WrongChecksum;
+    QTest::newRow("answers in pieces")
+        << device(R"("split":16)") << u"Clock Fault"_s << VardaJob::Damaged << Reason::SmallMtu;
     QTest::newRow("bootloader") << device(R"("model":"tidemar","recordVersion":2)")
                                 << u"Mode Fault"_s << VardaJob::NoError << Reason::None;
 }
@@ -269,7 +274,7 @@ void TestDoctor::fault()
     LOAD(Simulator::loadScenario('{' + world + '}'));
     Simulator::settle();
     const QList<VardaCheck> checks = examine();
-    QCOMPARE(findings(checks), QStringList(found));
+    QCOMPARE(findings(checks).join(u' '), found);
     QCOMPARE(m_fault.error, error);
     QCOMPARE(m_fault.reason, reason);
     QVERIFY(!m_fault.text.isEmpty());
@@ -329,8 +334,9 @@ void TestDoctor::radioBlock_data()
                                   << QByteArray("0") << blocked << unblock;
     QTest::newRow("by hand") << off << QByteArray("bluetooth") << QByteArray("0") << QByteArray("1")
                              << blocked << u"Use the machine's key or slide for wireless."_s;
-    QTest::newRow("and the adapter is gone") << gone << QByteArray("bluetooth") << QByteArray("1")
-                                             << QByteArray("0") << blocked << unblock;
+    QTest::newRow("and the adapter is gone")
+        << gone << QByteArray("bluetooth") << QByteArray("1") << QByteArray("0")
+        << u"ServiceVersion Unknown RadioBlock Fault"_s << unblock;
     QTest::newRow("another radio")
         << off << QByteArray("wlan") << QByteArray("1") << QByteArray("0") << u"Power Fault"_s
         << u"Switch it on. (bluetoothctl power on)"_s;
@@ -501,6 +507,29 @@ void TestDoctor::cancelled()
     QTRY_COMPARE(m_computer->state(), VardaComputer::Unconnected);
     QTRY_VERIFY(!spy.job);
     QCOMPARE(spy.ends, 1);
+}
+
+void TestDoctor::aborted()
+{
+    LOAD(Simulator::loadDevice(R"("faults":[{"step":"answer","kind":"silent"}])"));
+    VardaDoctor *const doctor = VardaDoctor::examine(*m_computer);
+    JobSpy spy(doctor);
+    QTRY_COMPARE(Simulator::frames().size(), 1);
+    doctor->abort();
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.error, VardaJob::Cancelled);
+    QTRY_COMPARE(m_computer->state(), VardaComputer::Unconnected);
+}
+
+/** What it has asked the computer for ends too. */
+void TestDoctor::deleted()
+{
+    LOAD(Simulator::loadDevice(R"("faults":[{"step":"answer","kind":"silent"}])"));
+    const VardaDoctor *const doctor = VardaDoctor::examine(*m_computer);
+    QTRY_COMPARE(Simulator::frames().size(), 1);
+    QVERIFY(m_computer->currentJob());
+    delete doctor;
+    QTRY_VERIFY(!m_computer->currentJob());
 }
 
 void TestDoctor::computerDeleted_data()

@@ -2,6 +2,7 @@
 #include <QtBluetooth/qbluetoothdevicediscoveryagent.h>
 
 #include <varda/vardacomputer.h>
+#include <varda/vardadoctor.h>
 
 #include "jobspy.h"
 #include "linktest.h"
@@ -63,6 +64,13 @@ void TestFailingSearch::failed()
     QVERIFY(search.wait());
     QCOMPARE(search.error, VardaJob::NoBluetooth);
     QCOMPARE(search.reason, reason);
+    VardaDoctor *const doctor = VardaDoctor::examine(computer);
+    VardaCheck fault;
+    connect(doctor, &VardaJob::finished, this, [&] { fault = doctor->fault(); });
+    JobSpy examination(doctor);
+    ENDS_WELL(examination);
+    QCOMPARE(fault.subject, VardaCheck::Subject::Reach);
+    QCOMPARE(fault.reason, reason);
 }
 
 QTEST_MAIN(TestFailingSearch)

@@ -4,10 +4,6 @@
 #include <algorithm>
 
 #ifdef VARDA_HAS_DBUS
-#    include <QtCore/qfile.h>
-#    include <QtCore/qfileinfo.h>
-#    include <QtCore/qprocess.h>
-#    include <QtCore/qtimer.h>
 #    include <QtDBus/qdbusconnection.h>
 #    include <QtDBus/qdbuspendingcall.h>
 
@@ -39,8 +35,6 @@ void SystemView::post(std::function<void()> function)
 
 namespace {
 
-constexpr int kVersionMs = 3000;
-
 const QString kDevice = u"org.bluez.Device1"_s;
 const QString kService = u"org.bluez.GattService1"_s;
 const QString kCharacteristic = u"org.bluez.GattCharacteristic1"_s;
@@ -62,8 +56,7 @@ SystemLook::Device deviceOf(const Bluez::Objects &objects, const QString &path,
             ++device.services;
         const QVariantMap characteristic = it->value(kCharacteristic);
         device.mtu = std::max(device.mtu, characteristic.value(u"MTU"_s).toInt());
-        if (characteristic.value(u"NotifyAcquired"_s).toBool())
-            device.isAcquired = true;
+        device.isAcquired = device.isAcquired || characteristic.value(u"NotifyAcquired"_s).toBool();
     }
     return device;
 }
@@ -80,20 +73,6 @@ SystemLook lookAt(const Bluez::Objects &objects)
             look.devices.append(deviceOf(objects, path, *device));
     }
     return look;
-}
-
-QString programOf(uint process)
-{
-    // Another user's may not be read; its arguments may.
-    const QString folder = u"/proc/%1/"_s.arg(process);
-    QString target = QFile::symLinkTarget(folder + u"exe"_s);
-    if (!target.isEmpty())
-        return target;
-    QFile arguments(folder + u"cmdline"_s);
-    if (!arguments.open(QIODevice::ReadOnly))
-        return {};
-    const QString first = QString::fromLocal8Bit(arguments.readAll().split('\0').constFirst());
-    return QFileInfo(first).isAbsolute() ? first : QString();
 }
 
 } // namespace
@@ -129,50 +108,6 @@ void SystemView::look(std::function<void(const SystemLook &)> answered)
             });
 }
 
-void SystemView::askVersion(std::function<void(const QVersionNumber &)> answered)
-{
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s,
-        u"GetConnectionUnixProcessID"_s);
-    call << Bluez::kName;
-    auto *const pending = new QDBusPendingCallWatcher(
-        QDBusConnection::systemBus().asyncCall(call, Bluez::kFrozenMs), this);
-    connect(pending, &QDBusPendingCallWatcher::finished, this,
-            [this, answered = std::move(answered)](QDBusPendingCallWatcher *ended) {
-                ended->deleteLater();
-                const QDBusMessage reply = ended->reply();
-                const QString program = reply.type() == QDBusMessage::ReplyMessage
-                                            ? programOf(reply.arguments().value(0).toUInt())
-                                            : QString();
-                if (program.isEmpty())
-                    answered({});
-                else
-                    runForVersion(program, answered);
-            });
-}
-
-/** As Qt does it. */
-void SystemView::runForVersion(const QString &program,
-                               std::function<void(const QVersionNumber &)> answered)
-{
-    auto *const process = new QProcess(this);
-    connect(process, &QProcess::errorOccurred, this,
-            [process, answered](QProcess::ProcessError error) {
-                if (error != QProcess::FailedToStart)
-                    return; // it ends as well
-                process->deleteLater();
-                answered({});
-            });
-    connect(process, &QProcess::finished, this, [process, answered] {
-        process->deleteLater();
-        answered(QVersionNumber::fromString(
-            QString::fromLatin1(process->readAllStandardOutput()).trimmed()));
-    });
-    QTimer::singleShot(kVersionMs, process, &QProcess::kill);
-    process->setStandardInputFile(QProcess::nullDevice());
-    process->start(program, {u"--version"_s}, QIODevice::ReadOnly);
-}
-
 #else
 
 bool SystemView::exists()
@@ -181,11 +116,6 @@ bool SystemView::exists()
 }
 
 void SystemView::look(std::function<void(const SystemLook &)> answered)
-{
-    post([answered = std::move(answered)] { answered({}); });
-}
-
-void SystemView::askVersion(std::function<void(const QVersionNumber &)> answered)
 {
     post([answered = std::move(answered)] { answered({}); });
 }

@@ -51,11 +51,7 @@ public:
     using QObject::QObject;
 
     void look(std::function<void(const SystemLook &)> answered);
-    /** The version of a service that does not show it; null if it cannot be found out. */
-    void askVersion(std::function<void(const QVersionNumber &)> answered);
 
 private:
-    void runForVersion(const QString &program,
-                       std::function<void(const QVersionNumber &)> answered);
     void post(std::function<void()> function);
 };

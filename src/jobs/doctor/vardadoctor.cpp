@@ -75,8 +75,6 @@ QString remedyFor(Reason reason)
                                "phone.");
     case Reason::NoService:
         return VardaDoctor::tr("Choose a diving computer; if this is one, restart it.");
-    case Reason::OtherComputer:
-        return VardaDoctor::tr("Let this program end its other connection to it.");
     case Reason::NoAnswer:
         return VardaDoctor::tr("Restart the computer, and keep it near.");
     case Reason::SmallMtu:
@@ -173,7 +171,7 @@ void VardaDoctorPrivate::skipTo(int subject)
 {
     while (checks.size() < subject) {
         const auto next = Subject(checks.size());
-        const bool elsewhere = !SystemView::exists() && isOfLinux(next);
+        const bool elsewhere = isOfLinux(next) && !SystemView::exists();
         append({.subject = next,
                 .state = State::Skipped,
                 .text = elsewhere ? VardaDoctor::tr("there is no such thing on this system")
@@ -239,16 +237,17 @@ void VardaDoctorPrivate::begin()
         leave();
         return;
     }
-    if (SystemView::exists()) {
-        m_system.look([this](const SystemLook &look) {
-            if (!m_stopped)
-                onSystem(look);
-        });
-    } else if (lookAtPermission()) {
+#ifdef VARDA_HAS_DBUS
+    m_system.look([this](const SystemLook &look) {
+        if (!m_stopped)
+            onSystem(look);
+    });
+#else
+    if (lookAtPermission())
         searchComputer();
-    } else {
+    else
         leave();
-    }
+#endif
 }
 
 bool VardaDoctorPrivate::lookAtQt()
@@ -270,9 +269,10 @@ bool VardaDoctorPrivate::lookAtQt()
     return isThere;
 }
 
+#ifndef VARDA_HAS_DBUS
 bool VardaDoctorPrivate::lookAtPermission()
 {
-#ifdef VARDA_HAS_PERMISSIONS
+#    ifdef VARDA_HAS_PERMISSIONS
     QBluetoothPermission permission;
     permission.setCommunicationModes(QBluetoothPermission::Access);
     const QString lookedAt = VardaDoctor::tr("permission of this program");
@@ -289,9 +289,10 @@ bool VardaDoctorPrivate::lookAtPermission()
         addOk(Subject::Permission, lookedAt, VardaDoctor::tr("this program may use Bluetooth"));
         return true;
     }
-#endif
+#    endif
     return true;
 }
+#endif
 
 void VardaDoctorPrivate::onSystem(const SystemLook &look)
 {
@@ -300,14 +301,7 @@ void VardaDoctorPrivate::onSystem(const SystemLook &look)
         leave();
         return;
     }
-    if (!look.version.isNull()) {
-        onVersion(look.version, VardaDoctor::tr("what the adapter says"));
-        return;
-    }
-    m_system.askVersion([this](const QVersionNumber &version) {
-        if (!m_stopped)
-            onVersion(version, u"bluetoothd --version"_s);
-    });
+    onVersion(look.version);
 }
 
 bool VardaDoctorPrivate::lookAtService(const SystemLook &look)
@@ -349,8 +343,9 @@ bool VardaDoctorPrivate::lookAtService(const SystemLook &look)
     return true;
 }
 
-void VardaDoctorPrivate::onVersion(const QVersionNumber &version, const QString &lookedAt)
+void VardaDoctorPrivate::onVersion(const QVersionNumber &version)
 {
+    const QString lookedAt = VardaDoctor::tr("what the adapter says");
     if (version.isNull()) {
         add({.subject = Subject::ServiceVersion,
              .lookedAt = lookedAt,
@@ -447,9 +442,14 @@ const SystemLook::Device *VardaDoctorPrivate::known() const
 void VardaDoctorPrivate::lookAtOtherProgram()
 {
     const QString lookedAt = VardaDoctor::tr("links of the Bluetooth service");
-    if (!isOurs() && known() && known()->isConnected)
+    const SystemLook::Device *const device = known();
+    // Who has all notifications for itself keeps others from connecting.
+    const bool alone = device && device->isAcquired;
+    if (!isOurs() && device && device->isConnected)
         add({.subject = Subject::OtherProgram,
-             .state = State::Warning,
+             .state = alone ? State::Fault : State::Warning,
+             .error = alone ? VardaJob::Repeated : VardaJob::NoError,
+             .reason = alone ? Reason::OtherSubscriber : Reason::None,
              .lookedAt = lookedAt,
              .text = VardaDoctor::tr("another program here is connected to the computer, or was"),
              .remedy = VardaDoctor::tr("Close that program. (bluetoothctl disconnect)")});
@@ -479,8 +479,6 @@ void VardaDoctorPrivate::onSeen(const BleDeviceInfo &device)
 
 void VardaDoctorPrivate::onNotSeen()
 {
-    if (m_stopped)
-        return;
     const bool isKnown = known() != nullptr;
     add({.subject = Subject::Reach,
          .state = State::Fault,
@@ -499,8 +497,6 @@ void VardaDoctorPrivate::onNotSeen()
 
 void VardaDoctorPrivate::onSearchFailed(DeviceSearch::Failure failure)
 {
-    if (m_stopped)
-        return;
     addFault(Subject::Reach, VardaDoctor::tr("search"),
              {VardaJob::NoBluetooth, failureReason(failure)});
     leave();
@@ -539,14 +535,7 @@ void VardaDoctorPrivate::onConnection(const JobEnd &end)
         });
         return;
     } else {
-        if (const SystemLook::Device *const device = known(); device && device->isAcquired) {
-            addOk(Subject::Connection, lookedAt,
-                  VardaDoctor::tr("the computer accepts a connection"));
-            addFault(Subject::Subscription, lookedAt,
-                     {VardaJob::Repeated, Reason::OtherSubscriber});
-        } else {
-            addFault(Subject::Connection, lookedAt, end);
-        }
+        addFault(Subject::Connection, lookedAt, end);
     }
     leave();
 }
@@ -581,20 +570,20 @@ void VardaDoctorPrivate::onLink(const SystemLook &look)
 void VardaDoctorPrivate::lookAtMtu(int mtu)
 {
     const QString lookedAt = VardaDoctor::tr("MTU of the link");
-    if (mtu <= 0)
-        add({.subject = Subject::Mtu,
-             .lookedAt = lookedAt,
-             .text = VardaDoctor::tr("the system does not report it")});
-    else if (mtu <= kSmallestMtu)
-        add({.subject = Subject::Mtu,
-             .state = State::Fault,
-             .error = VardaJob::Damaged,
-             .reason = Reason::SmallMtu,
-             .lookedAt = lookedAt,
-             .text = VardaDoctor::tr("packets of %1 bytes are too small for some answers").arg(mtu),
-             .remedy = remedyFor(Reason::SmallMtu)});
-    else
-        addOk(Subject::Mtu, lookedAt, VardaDoctor::tr("packets of %1 bytes").arg(mtu));
+    const bool isSmall = mtu > 0 && mtu <= kSmallestMtu;
+    const QString text = mtu <= 0 ? VardaDoctor::tr("the system does not report it")
+                         : isSmall
+                             ? VardaDoctor::tr("packets of %1 bytes are too small for some answers")
+                             : VardaDoctor::tr("packets of %1 bytes");
+    add({.subject = Subject::Mtu,
+         .state = mtu <= 0  ? State::Unknown
+                  : isSmall ? State::Fault
+                            : State::Ok,
+         .error = isSmall ? VardaJob::Damaged : VardaJob::NoError,
+         .reason = isSmall ? Reason::SmallMtu : Reason::None,
+         .lookedAt = lookedAt,
+         .text = mtu > 0 ? text.arg(mtu) : text,
+         .remedy = isSmall ? remedyFor(Reason::SmallMtu) : QString()});
 }
 
 // The computer itself

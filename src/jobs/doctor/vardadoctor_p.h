@@ -38,10 +38,12 @@ private:
 
     void begin();
     [[nodiscard]] bool lookAtQt();
+#ifndef VARDA_HAS_DBUS
     [[nodiscard]] bool lookAtPermission();
+#endif
     void onSystem(const SystemLook &look);
     [[nodiscard]] bool lookAtService(const SystemLook &look);
-    void onVersion(const QVersionNumber &version, const QString &lookedAt);
+    void onVersion(const QVersionNumber &version);
     [[nodiscard]] bool lookAtAdapters(const SystemLook &look);
     void lookAtOtherProgram();
     void searchComputer();
