@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
-#include "output/records.h"
+#include "output/documents.h"
 #include "output/terminal.h"
 #include "output/text.h"
 #include "run/runner.h"
@@ -12,7 +12,7 @@ namespace {
 void printClock(const Runner &runner, std::int64_t time, bool json, const QString &heading)
 {
     if (json)
-        print({{"device"_L1, fieldsOf(runner.device())}, {"computerTime"_L1, time}});
+        print(documents::withDevice(runner.device(), documents::clock(time)));
     else
         print(heading + clockText(time) + u'\n');
 }

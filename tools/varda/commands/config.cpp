@@ -2,6 +2,7 @@
 #include "commands/commands.h"
 #include "commands/gastable.h"
 #include "line/arguments.h"
+#include "output/documents.h"
 #include "output/records.h"
 #include "output/safetext.h"
 #include "output/tables.h"
@@ -68,17 +69,6 @@ void printText(const Runner &runner, const VardaConfiguration &configuration)
     section(u"Settings"_s, otherFields(fieldsOf(computer)));
 }
 
-void printJson(const Runner &runner, const VardaConfiguration &configuration)
-{
-    print(Fields{
-        {"device"_L1, fieldsOf(runner.device())},
-        {"computerModel"_L1, modelText(runner.identity())},
-        {"firmwareVersionStr"_L1, versionText(runner.identity().firmwareVersionStr)},
-        {"config"_L1, fieldsOf(configuration.config)},
-        {"computer"_L1, fieldsOf(configuration.computer)},
-    });
-}
-
 class Config : public Command
 {
 public:
@@ -95,7 +85,8 @@ public:
         const VardaConfiguration configuration = runner.resultOf(
             runner.computer().readConfiguration(m_basic), u"Reading the configuration"_s);
         if (options.json)
-            printJson(runner, configuration);
+            print(documents::withDevice(runner.device(),
+                                        documents::config(runner.identity(), configuration)));
         else
             printText(runner, configuration);
     }

@@ -2,7 +2,7 @@
 #include "commands/commands.h"
 #include "line/arguments.h"
 #include "line/choices/confirmation.h"
-#include "output/records.h"
+#include "output/documents.h"
 #include "output/terminal.h"
 #include "run/runner.h"
 
@@ -19,8 +19,7 @@ void printDeletion(const Runner &runner, const DeleteDivesResult &result, bool j
 {
     const auto [resultA, resultB] = result;
     if (json) {
-        print({{"device"_L1, fieldsOf(runner.device())},
-               {"deleteResult"_L1, Fields{{"resultA"_L1, resultA}, {"resultB"_L1, resultB}}}});
+        print(documents::withDevice(runner.device(), documents::deletion(result)));
     } else {
         print(runner.heading()
               + u"%1 The computer's answer: %2, %3\n"_s.arg(done).arg(resultA).arg(resultB));
@@ -79,9 +78,8 @@ public:
         const bool answered = runner.resultOf(runner.computer().setSuperUserMode(m_activate),
                                               u"Switching super-user mode"_s);
         if (options.json) {
-            print({{"device"_L1, fieldsOf(runner.device())},
-                   {"superUserMode"_L1, m_activate},
-                   {"answered"_L1, answered}});
+            print(documents::withDevice(runner.device(),
+                                        documents::superUserMode(m_activate, answered)));
         } else {
             print(runner.heading()
                   + u"Sent%1. The computer does not report whether it obeys.\n"_s.arg(
@@ -110,7 +108,7 @@ public:
         m_confirmation.ask(u"Restart %1?"_s.arg(runner.computerName()));
         runner.run(runner.computer().restart(), u"Restarting"_s);
         if (options.json)
-            print({{"device"_L1, fieldsOf(runner.device())}});
+            print(documents::withDevice(runner.device()));
         else
             print(runner.heading() + u"The computer is restarting.\n"_s);
     }

@@ -2,40 +2,19 @@
 #include "commands/commands.h"
 #include "line/arguments.h"
 #include "line/choices/confirmation.h"
-#include "output/records.h"
+#include "output/documents.h"
 #include "output/safetext.h"
 #include "output/tables.h"
 #include "output/terminal.h"
 #include "output/text.h"
-#include "run/files.h"
+#include "run/imagefile.h"
 #include "run/runner.h"
 
-#include <varda/firmwareimage.h>
-
 #include <QtCore/qelapsedtimer.h>
-#include <QtCore/qfileinfo.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-struct ImageFile {
-    QString fileName;
-    QByteArray bytes;
-    FirmwareImage image;
-};
-
-ImageFile readImage(const QString &path)
-{
-    const QString fileName = QFileInfo(path).fileName();
-    const QByteArray bytes = readFile(path);
-    const FirmwareImage image = FirmwareImage::fromData(bytes, fileName);
-    if (!image.isValid()) {
-        throw Failure{ExitCode::UsageError, u"\"%1\" is not a firmware image"_s.arg(path),
-                      image.errorString()};
-    }
-    return {fileName, bytes, image};
-}
 
 QString versionOf(const FirmwareImage &image)
 {
@@ -44,25 +23,12 @@ QString versionOf(const FirmwareImage &image)
 
 // info
 
-QString familyKey(const FirmwareImage &image)
-{
-    if (!image.hasHeader())
-        return u"headerless"_s;
-    return image.kind == FirmwareImage::Kind::Bootloader ? u"bootloader"_s : u"application"_s;
-}
-
 QString familyText(const FirmwareImage &image)
 {
     if (!image.hasHeader())
         return u"older, without an update header; identified by its file name"_s;
-    return u"%1, with an update header"_s.arg(familyKey(image));
-}
-
-Fields fieldsOf(const FirmwareImage &image)
-{
-    return {{"family"_L1, familyKey(image)}, {"name"_L1, image.name},
-            {"version"_L1, image.version},   {"versionStr"_L1, versionOf(image)},
-            {"size"_L1, image.size},         {"crc"_L1, image.checksum}};
+    const bool isBootloader = image.kind == FirmwareImage::Kind::Bootloader;
+    return (isBootloader ? u"bootloader"_s : u"application"_s) + u", with an update header"_s;
 }
 
 void declareFile(Arguments &arguments, QString &path)
@@ -81,7 +47,7 @@ public:
     {
         const FirmwareImage image = readImage(m_path).image;
         if (options.json)
-            return print(fieldsOf(image));
+            return print(documents::firmware(image));
         Table table;
         table.add(u"Family"_s, familyText(image));
         if (!image.hasHeader())
@@ -172,16 +138,14 @@ public:
         m_confirmation.ask(u"Replace the %1 of %2 (%3, firmware %4) with version %5?"_s.arg(
             what, runner.device().name(), runner.device().address(),
             versionText(present.firmwareVersionStr), versionOf(file.image)));
-        const std::chrono::duration<double> elapsed = send(runner, file, m_force);
+        const auto elapsed = send(runner, file, m_force);
         if (options.json) {
-            Fields fields{{"device"_L1, ::fieldsOf(runner.device())}};
-            append(fields, fieldsOf(file.image));
-            fields.emplace_back("uploadElapsed"_L1, elapsed.count());
-            print(fields);
+            print(documents::withDevice(runner.device(), documents::uploaded(file.image, elapsed)));
         } else {
+            const std::chrono::duration<double> seconds = elapsed;
             print(runner.heading()
                   + u"Uploaded %1 bytes of %2 %3 in %4.\n"_s.arg(file.bytes.size())
-                        .arg(what, safeText(versionOf(file.image)), elapsedText(elapsed.count())));
+                        .arg(what, safeText(versionOf(file.image)), elapsedText(seconds.count())));
         }
     }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
+#include "output/documents.h"
 #include "output/records.h"
 #include "output/safetext.h"
 #include "output/tables.h"
@@ -7,27 +8,14 @@
 #include "output/text.h"
 #include "run/runner.h"
 
-#include <QtCore/qmetaobject.h>
-
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/** All that a computer says about itself. A bootloader knows neither its owner nor the sea. */
-struct About {
-    VardaIdentity identity;
-    std::int64_t time = 0;
-    BleComputer computer;
-    VardaSensors sensors;
-    QString owner;
-
-    [[nodiscard]] bool isBootloader() const { return identity.mode == CurrentMode::BootLoader; }
-};
-
-About readAll(Runner &runner)
+ComputerInfo readAll(Runner &runner)
 {
     VardaComputer &computer = runner.computer();
-    About about;
+    ComputerInfo about;
     about.identity = runner.resultOf(computer.readIdentity(), u"Reading the identification"_s);
     if (about.identity.serialNumber.isEmpty())
         printWarning(u"the serial number could not be read"_s);
@@ -39,11 +27,6 @@ About readAll(Runner &runner)
     about.sensors = runner.resultOf(computer.readSensors(), u"Reading the sensors"_s);
     about.owner = runner.resultOf(computer.readOwner(), u"Reading the owner"_s);
     return about;
-}
-
-QString bootloaderText(const VardaIdentity &identity)
-{
-    return identity.bootloaderVersion == 0 ? u"Unknown"_s : identity.bootloaderVersionStr;
 }
 
 QString modeText(CurrentMode::CurrentModeIn mode)
@@ -59,7 +42,7 @@ QString modeText(CurrentMode::CurrentModeIn mode)
     return u"unknown"_s;
 }
 
-void printText(const BleDeviceInfo &device, const About &about)
+void printText(const BleDeviceInfo &device, const ComputerInfo &about)
 {
     const VardaIdentity &identity = about.identity;
     Table table;
@@ -70,7 +53,7 @@ void printText(const BleDeviceInfo &device, const About &about)
     table.add(u"Serial number"_s,
               identity.serialNumber.isEmpty() ? u"unknown"_s : safeText(identity.serialNumber));
     table.add(u"Firmware"_s, safeText(versionText(identity.firmwareVersionStr)));
-    table.add(u"Bootloader"_s, safeText(versionText(bootloaderText(identity))));
+    table.add(u"Bootloader"_s, safeText(bootloaderText(identity)));
     if (!about.isBootloader()) {
         table.add(u"Owner"_s, safeText(about.owner));
         table.add(u"Clock"_s, clockText(about.time));
@@ -81,38 +64,6 @@ void printText(const BleDeviceInfo &device, const About &about)
     print(table.text(outputStyle()));
 }
 
-void printJson(const BleDeviceInfo &device, const About &about)
-{
-    const VardaIdentity &identity = about.identity;
-    const QString &serialNumber = identity.serialNumber;
-    Fields fields{
-        {"device"_L1, fieldsOf(device)},
-        {"computerModel"_L1, modelText(identity)},
-        {"currentMode"_L1,
-         QString::fromLatin1(
-             QMetaEnum::fromType<CurrentMode::CurrentModeIn>().valueToKey(identity.mode))},
-        {"recordVersion"_L1, identity.recordVersion},
-        {"serialNumber"_L1, serialNumber.isEmpty() ? Json(nullptr) : Json(serialNumber)},
-        {"firmwareVersion"_L1, identity.firmwareVersion},
-        {"firmwareVersionStr"_L1, versionText(identity.firmwareVersionStr)},
-        {"bootloaderVersion"_L1, identity.bootloaderVersion},
-        {"bootloaderVersionStr"_L1, versionText(bootloaderText(identity))},
-    };
-    if (!about.isBootloader()) {
-        append(fields, {
-                           {"owner"_L1, about.owner},
-                           {"computerTime"_L1, about.time},
-                           {"batteryType"_L1, about.computer.batteryType},
-                           {"batteryStr"_L1, about.computer.getBatteryStr()},
-                           {"psurf"_L1, about.sensors.psurf},
-                           {"pamb"_L1, about.sensors.pamb},
-                           {"dstop"_L1, about.sensors.dstop},
-                           {"density"_L1, about.sensors.density},
-                       });
-    }
-    print(fields);
-}
-
 class Info : public Command
 {
 public:
@@ -121,9 +72,9 @@ public:
     void run(const Options &options) const override
     {
         Runner runner(options);
-        const About about = readAll(runner);
+        const ComputerInfo about = readAll(runner);
         if (options.json)
-            printJson(runner.device(), about);
+            print(documents::withDevice(runner.device(), documents::info(about)));
         else
             printText(runner.device(), about);
     }

@@ -2,7 +2,7 @@
 #include "commands/commands.h"
 #include "line/arguments.h"
 #include "line/choices/confirmation.h"
-#include "output/records.h"
+#include "output/documents.h"
 #include "output/safetext.h"
 #include "output/tables.h"
 #include "output/terminal.h"
@@ -41,19 +41,12 @@ QList<LayoutEntry> readList(Runner &runner)
     return runner.resultOf(runner.computer().readLayouts(), u"Reading the list of layouts"_s);
 }
 
-Json jsonOf(const QList<LayoutEntry> &layouts)
-{
-    return listOf(layouts, [](const LayoutEntry &each) {
-        return Fields{{"first"_L1, each.first}, {"second"_L1, each.second}, {"name"_L1, each.name}};
-    });
-}
-
 void showList(const Options &options)
 {
     Runner runner(options);
     const QList<LayoutEntry> layouts = readList(runner);
     if (options.json)
-        print({{"device"_L1, fieldsOf(runner.device())}, {"layouts"_L1, jsonOf(layouts)}});
+        print(documents::withDevice(runner.device(), documents::layouts(layouts)));
     else
         print(listText(layouts));
 }
@@ -116,10 +109,7 @@ public:
         if (!file.isEmpty())
             writeFile(file, blob);
         if (options.json) {
-            print({{"device"_L1, fieldsOf(runner.device())},
-                   {"index"_L1, m_index},
-                   {"size"_L1, blob.size()},
-                   {"layoutBlob"_L1, QString::fromLatin1(blob.toHex())}});
+            print(documents::withDevice(runner.device(), documents::layout(m_index, blob)));
         } else if (!isResult) {
             print(file.isEmpty() ? dump(blob)
                                  : u"%1 bytes written to %2\n"_s.arg(blob.size()).arg(file));
@@ -152,7 +142,7 @@ void change(Runner &runner, VardaJob *job, const QString &status, bool json, con
 {
     runner.run(job, status);
     if (json)
-        print({{"device"_L1, fieldsOf(runner.device())}, {"layoutCommandSuccess"_L1, true}});
+        print(documents::withDevice(runner.device(), documents::layoutsChanged()));
     else
         print(runner.heading() + done + u'\n');
 }
@@ -234,8 +224,7 @@ public:
         const auto layouts = runner.resultOf(runner.computer().readActiveLayouts(),
                                              u"Reading the active layouts"_s);
         if (options.json) {
-            print(
-                {{"device"_L1, fieldsOf(runner.device())}, {"activeLayouts"_L1, listOf(layouts)}});
+            print(documents::withDevice(runner.device(), documents::activeLayouts(layouts)));
             return;
         }
         Columns columns({{u"DIVE MODE"_s}, {u"LAYOUT"_s}});

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
 #include "line/arguments.h"
-#include "output/records.h"
+#include "output/documents.h"
 #include "output/safetext.h"
 #include "output/terminal.h"
 #include "output/text.h"
@@ -10,15 +10,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-Fields fieldsOf(const SyslogBinRecord &record)
-{
-    return {{"time"_L1, record.time},
-            {"type"_L1, record.type},
-            {"arg1"_L1, record.arg1},
-            {"arg2"_L1, record.arg2},
-            {"text"_L1, convertSyslogRecord(record, true).trimmed()}};
-}
 
 /** Runs what reads a log. */
 template <typename Result> Result read(Runner &runner, VardaReply<Result> *job)
@@ -33,7 +24,7 @@ void showTextLog(const Options &options)
     Runner runner(options);
     const QStringList lines = read(runner, runner.computer().readLog());
     if (options.json) {
-        print({{"device"_L1, ::fieldsOf(runner.device())}, {"syslog"_L1, listOf(lines)}});
+        print(documents::withDevice(runner.device(), documents::log(lines)));
         return;
     }
     for (const QString &line : lines)
@@ -45,9 +36,7 @@ void showBinaryLog(const Options &options)
     Runner runner(options);
     const auto records = read(runner, runner.computer().readBinaryLog());
     if (options.json) {
-        print({{"device"_L1, ::fieldsOf(runner.device())},
-               {"syslogBin"_L1,
-                listOf(records, [](const SyslogBinRecord &each) { return fieldsOf(each); })}});
+        print(documents::withDevice(runner.device(), documents::binaryLog(records)));
         return;
     }
     // The library's own timestamp counts the months from 0.

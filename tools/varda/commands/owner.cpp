@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
 #include "line/arguments.h"
-#include "output/records.h"
+#include "output/documents.h"
 #include "output/safetext.h"
 #include "output/terminal.h"
 #include "run/runner.h"
@@ -13,7 +13,7 @@ namespace {
 void printOwner(const Runner &runner, const QString &owner, bool json, const QString &heading)
 {
     if (json)
-        print({{"device"_L1, fieldsOf(runner.device())}, {"owner"_L1, owner}});
+        print(documents::withDevice(runner.device(), documents::owner(owner)));
     else
         print(heading + safeText(owner) + u'\n');
 }

@@ -2,6 +2,7 @@
 #include "commands/commands.h"
 #include "commands/gastable.h"
 #include "commands/sensorvalues.h"
+#include "output/documents.h"
 #include "output/records.h"
 #include "output/tables.h"
 #include "output/terminal.h"
@@ -33,10 +34,7 @@ public:
         const VardaTissues tissues = runner.resultOf(runner.computer().readTissues(),
                                                      u"Reading the tissues"_s);
         if (options.json) {
-            print({{"device"_L1, fieldsOf(runner.device())},
-                   {"diverN2"_L1, listOf(tissues.n2)},
-                   {"diverHe"_L1, listOf(tissues.he)},
-                   {"diverCns"_L1, tissues.cns}});
+            print(documents::withDevice(runner.device(), documents::tissues(tissues)));
         } else {
             print(tissuesText(tissues));
         }
@@ -72,9 +70,7 @@ public:
         const VardaGasTables tables = runner.resultOf(runner.computer().readGasTables(),
                                                       u"Reading the gas tables"_s);
         if (options.json) {
-            print({{"device"_L1, fieldsOf(runner.device())},
-                   {"gasTable1"_L1, gasesOf(tables.table1)},
-                   {"gasTable2"_L1, gasesOf(tables.table2)}});
+            print(documents::withDevice(runner.device(), documents::gasTables(tables)));
         } else {
             const TextStyle style = outputStyle();
             print(heading(u"Gas table 1"_s, style) + u'\n' + gasesText(tables.table1) + u'\n'
@@ -128,10 +124,7 @@ public:
         const auto records = runner.resultOf(runner.computer().readBatteryHistory(),
                                              u"Reading the battery history"_s);
         if (options.json) {
-            print({{"device"_L1, fieldsOf(runner.device())},
-                   {"batteryInfo"_L1, listOf(records, [](const BatteryInfoRecord &each) {
-                        return fieldsOf(each);
-                    })}});
+            print(documents::withDevice(runner.device(), documents::battery(records)));
         } else {
             print(batteryText(records));
         }

@@ -2,7 +2,7 @@
 #include "commands/commands.h"
 #include "line/arguments.h"
 #include "line/options.h"
-#include "output/records.h"
+#include "output/documents.h"
 #include "output/safetext.h"
 #include "output/tables.h"
 #include "output/terminal.h"
@@ -65,12 +65,7 @@ public:
         }
         jobRun.wait();
         if (options.json)
-            print(Fields{{"devices"_L1, listOf(search->devices(), [](const BleDeviceInfo &device) {
-                              Fields fields = fieldsOf(device);
-                              fields.emplace_back("computer"_L1,
-                                                  VardaComputer::isComputerName(device.name()));
-                              return fields;
-                          })}});
+            print(documents::devices(search->devices()));
         if (search->devices().isEmpty()) {
             throw Failure{ExitCode::NotFound, u"nothing found within %1 s"_s.arg(duration.count()),
                           u"Is the computer switched on, in its Bluetooth mode and near?"_s};

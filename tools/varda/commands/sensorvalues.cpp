@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands/sensorvalues.h"
 
-#include "output/records.h"
+#include "output/documents.h"
 #include "output/tables.h"
 #include "output/terminal.h"
 
@@ -10,14 +10,8 @@ using namespace Qt::StringLiterals;
 void printSensors(const BleDeviceInfo &device, const VardaSensors &sensors, bool json,
                   const QString &heading)
 {
-    if (json) {
-        print({{"device"_L1, fieldsOf(device)},
-               {"psurf"_L1, sensors.psurf},
-               {"pamb"_L1, sensors.pamb},
-               {"dstop"_L1, sensors.dstop},
-               {"density"_L1, sensors.density}});
-        return;
-    }
+    if (json)
+        return print(documents::withDevice(device, documents::sensors(sensors)));
     Table table;
     table.add(u"Surface pressure"_s, u"%1 mbar"_s.arg(sensors.psurf));
     table.add(u"Ambient pressure"_s, u"%1 mbar"_s.arg(sensors.pamb));

@@ -1,19 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
 #include "commands/sensorvalues.h"
+#include "commands/surfacepressure.h"
 #include "line/arguments.h"
 #include "line/choices/confirmation.h"
-#include "output/records.h"
+#include "output/documents.h"
 #include "output/terminal.h"
 #include "run/runner.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// What there is from the highest lakes down to the Dead Sea
-constexpr std::uint32_t kLowestPressure = 500;
-constexpr std::uint32_t kHighestPressure = 1100;
 
 class SetPressure : public Command
 {
@@ -43,7 +40,7 @@ private:
     /** @throws Failure */
     void requirePlausible() const
     {
-        if (m_force || (m_mbar >= kLowestPressure && m_mbar <= kHighestPressure))
+        if (m_force || isSurfacePressure(m_mbar))
             return;
         throw Failure{ExitCode::UsageError,
                       u"%1 mbar is not a surface pressure, which is %2 to %3"_s.arg(m_mbar)
@@ -56,14 +53,6 @@ private:
     bool m_force = false;
     Confirmation m_confirmation;
 };
-
-Fields fieldsOf(const MarloSettings &settings)
-{
-    return {{"byte1"_L1, settings.byte1},   {"byte2"_L1, settings.byte2},
-            {"float1"_L1, settings.float1}, {"byte3"_L1, settings.byte3},
-            {"float2"_L1, settings.float2}, {"byte4"_L1, settings.byte4},
-            {"byte5"_L1, settings.byte5},   {"byte6"_L1, settings.byte6}};
-}
 
 class WriteSettings : public Command
 {
@@ -93,8 +82,7 @@ public:
         m_confirmation.ask(u"Write these settings to %1?"_s.arg(runner.computerName()));
         runner.run(runner.computer().writeSettings(m_settings), u"Writing the settings"_s);
         if (options.json) {
-            print({{"device"_L1, ::fieldsOf(runner.device())},
-                   {"marloSettings"_L1, fieldsOf(m_settings)}});
+            print(documents::withDevice(runner.device(), documents::settings(m_settings)));
         } else {
             print(runner.heading() + u"The computer has accepted the settings.\n"_s);
         }

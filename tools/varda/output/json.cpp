@@ -163,6 +163,13 @@ QByteArray Json::lines(const Fields &members, int indent)
     return out;
 }
 
+QByteArray Json::line() const
+{
+    QByteArray out;
+    appendInLine(out);
+    return out;
+}
+
 QByteArray Json::text(int indent) const
 {
     QByteArray out;

@@ -33,6 +33,8 @@ public:
 
     /** Pretty, but for what is easier to read on one line. @param indent  of the lines below */
     [[nodiscard]] QByteArray text(int indent = 0) const;
+    /** All of it on one line. */
+    [[nodiscard]] QByteArray line() const;
     /** The values alone, on one line. */
     [[nodiscard]] QString plain() const;
     /** The members' lines without the braces around them. */

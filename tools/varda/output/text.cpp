@@ -20,6 +20,12 @@ QString versionText(const QString &version)
     return text;
 }
 
+QString bootloaderText(const VardaIdentity &identity)
+{
+    return identity.bootloaderVersion == 0 ? u"Unknown"_s
+                                           : versionText(identity.bootloaderVersionStr);
+}
+
 QString clockText(std::int64_t seconds)
 {
     // Far more than any clock shows, and little enough for the calendar.

@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <varda/vardaidentity.h>
+
 #include <QtCore/qstring.h>
 
 #include <cstdint>
 
 /** A version as the computer gives it; its last character may be a NUL, which is left out. */
 [[nodiscard]] QString versionText(const QString &version);
+
+/** The bootloader's version, or "Unknown". */
+[[nodiscard]] QString bootloaderText(const VardaIdentity &identity);
 
 /** A computer's clock, "2024-05-17 08:30:00"; or the bare number where it is no time. */
 [[nodiscard]] QString clockText(std::int64_t seconds);

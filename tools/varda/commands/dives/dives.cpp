@@ -8,6 +8,7 @@
 #include "line/arguments.h"
 #include "line/choices/divenumbers.h"
 #include "output/divetext.h"
+#include "output/documents.h"
 #include "output/plot.h"
 #include "output/records.h"
 #include "output/safetext.h"
@@ -25,12 +26,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using Numbers = QList<std::uint16_t>;
-
-Fields headOf(const Runner &runner)
-{
-    return {{"device"_L1, fieldsOf(runner.device())},
-            {"computerModel"_L1, modelText(runner.identity())}};
-}
 
 /** Dives as they come, below what is there before them. */
 class DiveDocument
@@ -212,7 +207,10 @@ private:
         Runner runner(options);
         Download download(runner);
         download.want(numbers);
-        download.onBegin = [&](const auto &wanted) { report.begin(headOf(runner), wanted.size()); };
+        download.onBegin = [&](const auto &wanted) {
+            const Fields head = documents::dives(runner.identity());
+            report.begin(documents::withDevice(runner.device(), head), wanted.size());
+        };
         download.onDive = [&](const Dive &dive) { report.add(dive); };
         download.run();
     }
@@ -224,15 +222,6 @@ private:
 };
 
 // dives
-
-/** What the computer has but for the known ones, which it may have sent as well. */
-QList<TidemarDiveHeader> unknown(QList<TidemarDiveHeader> headers, const Numbers &known)
-{
-    headers.removeIf([&known](const TidemarDiveHeader &each) {
-        return std::ranges::binary_search(known, each.diveNumber);
-    });
-    return headers;
-}
 
 class ReadAllDives : public DiveList
 {
@@ -261,11 +250,10 @@ private:
         DiveDocument document;
         Download download(runner, known);
         download.onBegin = [&](const QList<TidemarDiveHeader> &wanted) {
-            const auto gaps = gapsIn(unknown(download.job().headers(), known), known);
+            const auto gaps = gapsIn(download.job().headers(), known);
             if (options.json) {
-                Fields head = headOf(runner);
-                head.emplace_back("gaps"_L1, jsonOf(gaps));
-                return document.begin(head);
+                const Fields head = documents::dives(runner.identity(), jsonOf(gaps));
+                return document.begin(documents::withDevice(runner.device(), head));
             }
             warnAbout(gaps);
             print(wanted.isEmpty() ? noDivesText(!known.isEmpty()) : divesHeading(units));

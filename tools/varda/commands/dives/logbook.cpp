@@ -4,6 +4,7 @@
 #include "commands/dives/numbergaps.h"
 #include "commands/dives/saveddives.h"
 #include "output/divetext.h"
+#include "output/documents.h"
 #include "output/records.h"
 #include "output/tables.h"
 #include "output/terminal.h"
@@ -71,16 +72,6 @@ TidemarDiveHeader headerOf(const LogbookDive &dive)
     return header;
 }
 
-Fields documentOf(const Runner &runner, const QList<TidemarDiveHeader> &headers,
-                  const QList<NumberGap> &gaps)
-{
-    return {{"device"_L1, fieldsOf(runner.device())},
-            {"computerModel"_L1, modelText(runner.identity())},
-            {"gaps"_L1, jsonOf(gaps)},
-            {"diveHeaders"_L1,
-             listOf(headers, [](const TidemarDiveHeader &each) { return fieldsOf(each); })}};
-}
-
 class Logbook : public DiveList
 {
 public:
@@ -117,8 +108,10 @@ private:
             showStatus(u"Reading the logbook, "_s + bytesText(double(job->bytes())));
         });
         const auto gaps = gapsIn(headers, known);
-        if (options.json)
-            return print(documentOf(runner, headers, gaps));
+        if (options.json) {
+            return print(documents::withDevice(
+                runner.device(), documents::logbook(runner.identity(), headers, jsonOf(gaps))));
+        }
         warnAbout(gaps);
         print(headers.isEmpty() ? noDivesText(!known.isEmpty()) : logbookText(headers));
     }

@@ -42,8 +42,10 @@ QString gapsText(const QList<NumberGap> &gaps)
 QList<NumberGap> gapsIn(const QList<TidemarDiveHeader> &headers, const QList<std::uint16_t> &known)
 {
     QList<std::uint16_t> listed;
-    for (const TidemarDiveHeader &header : headers)
-        listed.append(header.diveNumber);
+    for (const TidemarDiveHeader &header : headers) {
+        if (!known.contains(header.diveNumber))
+            listed.append(header.diveNumber);
+    }
     return numberGaps(listed, known);
 }
 

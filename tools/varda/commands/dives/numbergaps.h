@@ -25,7 +25,7 @@ struct NumberGap {
 /** "10-11, 14", as people write them; of very many only the first. */
 [[nodiscard]] QString gapsText(const QList<NumberGap> &gaps);
 
-/** The numbers that are missing in a logbook. */
+/** The numbers that are missing in a logbook, which may have known dives too. */
 [[nodiscard]] QList<NumberGap> gapsIn(const QList<TidemarDiveHeader> &headers,
                                       const QList<std::uint16_t> &known);
 [[nodiscard]] Json jsonOf(const QList<NumberGap> &gaps);

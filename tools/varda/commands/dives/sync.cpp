@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "commands/commands.h"
 #include "line/choices/logbookfile.h"
+#include "output/documents.h"
 #include "output/progressbar.h"
-#include "output/records.h"
 #include "output/terminal.h"
 #include "output/text.h"
 #include "run/jobfailure.h"
@@ -107,8 +107,7 @@ Synchronisation::Synchronisation(Runner &runner, Store &store)
                      [this](const auto &wanted) { begin(wanted); });
     QObject::connect(m_job, &SyncJob::diveStored, &m_run, [this](qint64 id, const Dive &dive) {
         m_status.diveEnded();
-        m_saved.emplace_back(Fields{
-            {"id"_L1, id}, {"diveNumber"_L1, dive.diveNumber}, {"stamp"_L1, wide(dive.stamp)}});
+        m_saved.emplace_back(documents::storedDive(id, dive));
     });
     QObject::connect(m_job, &SyncJob::diveDamaged, &m_run,
                      [this](std::uint16_t, VardaJob::Error error, const QString &text) {
@@ -154,14 +153,14 @@ void Synchronisation::printResult(bool json) const
         return;
     if (!json)
         return print(u"%1 new, %2 known\n"_s.arg(m_job->added()).arg(m_job->known()));
-    print({{"device"_L1, fieldsOf(m_runner.device())},
-           {"computerModel"_L1, modelText(m_runner.identity())},
-           {"file"_L1, m_store.file()},
-           {"computer"_L1, m_job->computerId()},
-           {"new"_L1, m_job->added()},
-           {"known"_L1, m_job->known()},
-           {"damaged"_L1, listOf(m_job->damaged())},
-           {"dives"_L1, m_saved}});
+    const documents::Synchronised done{.file = m_store.file(),
+                                       .computer = m_job->computerId(),
+                                       .added = m_job->added(),
+                                       .known = m_job->known(),
+                                       .damaged = m_job->damaged(),
+                                       .dives = m_saved};
+    print(documents::withDevice(m_runner.device(),
+                                documents::synchronised(m_runner.identity(), done)));
 }
 
 class Sync : public Command
