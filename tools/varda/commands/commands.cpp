@@ -6,7 +6,7 @@ Commands allCommands()
     Commands commands;
     for (const auto add : {addScan, addInfo, addDoctor, addConfig, addSync, addLogbook, addDives,
                            addExport, addImport, addReadings, addLog, addClock, addOwner,
-                           addSettings, addLayouts, addControl, addFirmware, addDefaults})
+                           addSettings, addLayouts, addControl, addFirmware, addServe, addDefaults})
         add(commands);
     return commands;
 }

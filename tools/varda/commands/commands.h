@@ -25,4 +25,5 @@ void addSettings(Commands &commands);
 void addLayouts(Commands &commands);
 void addControl(Commands &commands);
 void addFirmware(Commands &commands);
+void addServe(Commands &commands);
 void addDefaults(Commands &commands);
