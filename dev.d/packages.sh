@@ -14,6 +14,8 @@ libqt6sql6-sqlite Qt's SQLite driver, for the logbook
 libcli11-dev      CLI11 2 (header-only argument parser)
 dbus              dbus-daemon
 python3           Python 3
+python3-jsonschema  the Python module jsonschema
+mypy              mypy (optional, for a test of the Python client)
 libxml2-utils     xmllint
 fonts-dejavu-core the font DejaVu Sans
 zsh               zsh (optional, for a test of the completion)
@@ -126,7 +128,7 @@ need_elsewhere() {
     local package what absent=''
     while read -r package what; do
         case $package in
-            '' | ccache | zsh | fish | groff | man-db | mandoc | xvfb | at-spi2-core | gir1.2-atspi-2.0 | python3-gi) continue ;;
+            '' | ccache | zsh | fish | groff | man-db | mandoc | xvfb | at-spi2-core | gir1.2-atspi-2.0 | python3-gi | mypy) continue ;;
             libbenchmark-dev | libboost-dev) continue ;;
             g++) found c++ || found g++ || found clang++ ;;
             ninja-build) found ninja ;;
@@ -143,6 +145,7 @@ need_elsewhere() {
             fonts-dejavu-core) fc-list 2>/dev/null | grep -q 'DejaVu Sans' ;;
             libcli11-dev) pkg-config --exists CLI11 2>/dev/null ;;
             dbus) found dbus-daemon ;;
+            python3-jsonschema) python3 -c 'import jsonschema' 2>/dev/null ;;
             util-linux) found unshare && found flock ;;
             libclang-rt-19-dev) found clang-19 ;;
             llvm-19) found llvm-symbolizer-19 ;;

@@ -121,8 +121,8 @@ class Varda:
             *self._command, stdin=pipe, stdout=pipe, limit=_LONGEST_LINE)
         assert self._process.stdin and self._process.stdout
         self._input, self._output = self._process.stdin, self._process.stdout
-        line = await self._output.readline()
-        self.hello = json.loads(line) if line else {}
+        with contextlib.suppress(ValueError):
+            self.hello = json.loads(await self._output.readline())
         if self.hello.get("protocol") != PROTOCOL:
             await self._close()
             raise _ended(f"{self._command[0]} does not serve protocol {PROTOCOL}")

@@ -96,21 +96,21 @@ void readIntoStore(Task &task, LogbookStore &store)
     });
 }
 
+/** Has its place in the queue at once: what is asked for behind it may be to delete the dives. */
 void synchronise(Task &task, const QString &file)
 {
     auto *const store = new LogbookStore(&task);
     const bool isSimulated = task.options().simulate.has_value();
     store->open(file.isEmpty() ? LogbookStore::defaultFile(isSimulated) : file, &task,
-                [&task, store](const LogbookError &error) {
-                    if (task.isCancelled())
-                        return task.failCancelled();
+                [&task](const LogbookError &error) {
                     if (!error)
-                        return readIntoStore(task, *store);
-                    task.fail({.code = u"StoreFailed"_s,
-                               .text = error.text,
-                               .remedy = error.remedy,
-                               .kind = VardaJob::NotStored});
+                        return;
+                    task.giveUp({.code = u"StoreFailed"_s,
+                                 .text = error.text,
+                                 .remedy = error.remedy,
+                                 .kind = VardaJob::NotStored});
                 });
+    readIntoStore(task, *store);
 }
 
 } // namespace

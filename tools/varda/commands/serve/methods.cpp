@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <limits>
 #include <memory>
 
@@ -71,66 +72,33 @@ Work prepareCancel(Parameters &parameters)
 
 // What a computer is
 
-/** Question by question. */
-class InfoReading
+void readInfo(Task &task)
 {
-public:
-    explicit InfoReading(Task &task) : m_task(task) { }
-
-    static void begin(Task &task)
-    {
-        const auto reading = std::make_shared<InfoReading>(task);
-        task.follow(task.computer().readIdentity(), [reading](const VardaIdentity &identity) {
-            reading->m_info.identity = identity;
-            if (reading->m_info.isBootloader())
-                reading->end();
-            else
-                readClock(reading);
-        });
-    }
-
-private:
-    using Self = std::shared_ptr<InfoReading>;
-
-    static void readClock(const Self &self)
-    {
-        self->m_task.follow(self->computer().readClock(), [self](std::int64_t time) {
-            self->m_info.time = time;
-            readBattery(self);
-        });
-    }
-    static void readBattery(const Self &self)
-    {
-        self->m_task.follow(self->computer().readConfiguration(true),
-                            [self](const VardaConfiguration &configuration) {
-                                self->m_info.computer = configuration.computer;
-                                readSensors(self);
-                            });
-    }
-    static void readSensors(const Self &self)
-    {
-        self->m_task.follow(self->computer().readSensors(), [self](const VardaSensors &sensors) {
-            self->m_info.sensors = sensors;
-            readOwner(self);
-        });
-    }
-    static void readOwner(const Self &self)
-    {
-        self->m_task.follow(self->computer().readOwner(), [self](const QString &owner) {
-            self->m_info.owner = owner;
-            self->end();
-        });
-    }
-    void end() { m_task.succeedOnDevice(documents::info(m_info)); }
-    [[nodiscard]] VardaComputer &computer() { return m_task.computer(); }
-
-    Task &m_task;
-    ComputerInfo m_info;
-};
+    const auto info = std::make_shared<ComputerInfo>();
+    const auto keep = [info](auto member) {
+        return [info, member](const auto &value) { std::invoke(member, *info) = value; };
+    };
+    const auto end = [&task, info] { task.succeedOnDevice(documents::info(*info)); };
+    VardaComputer &computer = task.computer();
+    task.follow(computer.readIdentity(), [info, end](const VardaIdentity &identity) {
+        info->identity = identity;
+        if (info->isBootloader())
+            end(); // the other questions are not asked
+    });
+    task.follow(computer.readClock(), keep(&ComputerInfo::time));
+    task.follow(computer.readConfiguration(true), [info](const VardaConfiguration &configuration) {
+        info->computer = configuration.computer;
+    });
+    task.follow(computer.readSensors(), keep(&ComputerInfo::sensors));
+    task.follow(computer.readOwner(), [info, end](const QString &owner) {
+        info->owner = owner;
+        end();
+    });
+}
 
 Work prepareInfo(Parameters & /*none*/)
 {
-    return &InfoReading::begin;
+    return &readInfo;
 }
 
 Work prepareConfig(Parameters &parameters)

@@ -67,48 +67,38 @@ void Task::attempt(const std::function<void()> &work)
     try { // the event loop lets no exception through
         work();
     } catch (const RequestError &error) {
-        m_failure = error;
+        giveUp(error);
     } catch (const Failure &failure) {
-        m_failure = RequestError{.code = u"BadArgument"_s, .text = failure.what};
+        giveUp({.code = u"BadArgument"_s, .text = failure.what});
     }
-    if (!m_failure)
-        return;
-    if (m_job)
-        m_job->cancel();
-    else
-        fail(*m_failure);
-}
-
-void Task::cancel()
-{
-    m_isCancelled = true;
-    if (m_job)
-        m_job->cancel();
 }
 
 void Task::stop()
 {
-    m_isCancelled = true;
-    if (m_job && !isQueued())
-        m_job->cancel();
+    for (const auto &job : m_jobs) {
+        if (qobject_cast<SearchJob *>(job.data()))
+            job->cancel();
+    }
 }
 
-/** Whether its job has a place in the queue of its computer. */
-bool Task::isQueued() const
+void Task::cancel()
 {
-    return m_job && !qobject_cast<SearchJob *>(m_job.data());
+    for (const auto &job : m_jobs) {
+        if (job)
+            job->cancel();
+    }
 }
 
 void Task::hold(bool on)
 {
     m_isHeld = on;
-    auto *const download = qobject_cast<DownloadJob *>(m_job.data());
-    if (!download)
-        return;
-    if (on)
-        download->pause();
-    else
-        download->resume();
+    for (const auto &job : m_jobs) {
+        auto *const download = qobject_cast<DownloadJob *>(job.data());
+        if (download && on)
+            download->pause();
+        else if (download)
+            download->resume();
+    }
 }
 
 void Task::prepare(VardaJob &job) const
@@ -121,21 +111,20 @@ void Task::prepare(VardaJob &job) const
 
 void Task::follow(VardaJob *job, const std::function<void()> &next)
 {
-    m_job = job;
-    if (isQueued())
+    m_jobs.append(job);
+    if (!qobject_cast<SearchJob *>(job))
         prepare(*job);
-    connect(job, &VardaJob::stateChanged, this, &Task::showProgress);
-    connect(job, &VardaJob::progressed, this, &Task::showProgress);
+    const auto onProgress = [this, job] { showProgress(*job); };
+    connect(job, &VardaJob::stateChanged, this, onProgress);
+    connect(job, &VardaJob::progressed, this, onProgress);
     connect(job, &VardaJob::finished, this, [this, job, next] { onFinished(job, next); });
     if (m_isHeld)
         hold(true);
-    if (m_isCancelled) // while the job before it ended
-        job->cancel();
 }
 
 void Task::onFinished(VardaJob *job, const std::function<void()> &next)
 {
-    m_job = nullptr;
+    m_jobs.removeOne(job);
     if (m_failure)
         fail(*m_failure);
     else if (job->error() != VardaJob::NoError)
@@ -144,11 +133,11 @@ void Task::onFinished(VardaJob *job, const std::function<void()> &next)
         attempt(next);
 }
 
-void Task::showProgress()
+void Task::showProgress(const VardaJob &job)
 {
-    if (!m_job || m_isHeld || m_job->state() == VardaJob::Finished)
+    if (m_hasEnded || m_isHeld || job.state() == VardaJob::Finished)
         return;
-    const Fields progress = progressOf(*m_job);
+    const Fields progress = progressOf(job);
     if (Json(progress).line() == Json(m_shown).line())
         return;
     m_shown = progress;
@@ -167,6 +156,7 @@ void Task::end(QLatin1StringView type, const Fields &members)
     if (std::exchange(m_hasEnded, true))
         return;
     sendEvent(type, members);
+    cancel();
     Q_EMIT ended();
 }
 
@@ -185,7 +175,10 @@ void Task::fail(const RequestError &error)
     end("error"_L1, {{"error"_L1, jsonOf(error)}});
 }
 
-void Task::failCancelled()
+void Task::giveUp(const RequestError &error)
 {
-    fail({.code = u"ByCaller"_s, .text = u"cancelled"_s, .kind = VardaJob::Cancelled});
+    if (m_jobs.isEmpty())
+        return fail(error);
+    m_failure = error;
+    cancel();
 }

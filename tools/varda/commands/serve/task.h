@@ -9,6 +9,7 @@
 #include <varda/vardacomputer.h>
 
 #include <QtCore/qjsonvalue.h>
+#include <QtCore/qlist.h>
 #include <QtCore/qobject.h>
 #include <QtCore/qpointer.h>
 
@@ -16,7 +17,7 @@
 #include <optional>
 #include <utility>
 
-/** A request that is carried out: one job after the other, and one end. */
+/** A request that is carried out: its jobs, and one end. */
 class Task : public QObject
 {
     Q_OBJECT
@@ -32,7 +33,7 @@ public:
 
     /** Begins. */
     void run(const Work &work);
-    /** It ends with what its job ends with then. */
+    /** It ends with what its jobs end with then. */
     void cancel();
     /** The same at the end of the program: most jobs end with the link that goes down. */
     void stop();
@@ -41,7 +42,10 @@ public:
 
     // For its work
 
-    /** Goes on with @p next once the job has ended well. */
+    /**
+     * Goes on with @p next once the job has ended well. All jobs that are asked for at once have
+     * their places in the queue together; where one fails, those behind it are cancelled.
+     */
     void follow(VardaJob *job, const std::function<void()> &next);
     template <typename T, typename Next> void follow(VardaReply<T> *job, Next next)
     {
@@ -62,8 +66,8 @@ public:
     void succeed(const Fields &document);
     void succeedOnDevice(const Fields &document = {});
     void fail(const RequestError &error);
-    [[nodiscard]] bool isCancelled() const { return m_isCancelled; }
-    void failCancelled();
+    /** Ends its jobs, and then fails with this. */
+    void giveUp(const RequestError &error);
     /** Cancels another one. @return whether there is one with this id */
     [[nodiscard]] bool cancelOther(const QJsonValue &id) const { return m_cancel(id); }
 
@@ -72,20 +76,18 @@ Q_SIGNALS:
     void ended();
 
 private:
-    [[nodiscard]] bool isQueued() const;
     void onFinished(VardaJob *job, const std::function<void()> &next);
-    void showProgress();
+    void showProgress(const VardaJob &job);
     void end(QLatin1StringView type, const Fields &members);
 
     QJsonValue m_id;
     VardaComputer &m_computer;
     const Options &m_options;
     Cancel m_cancel;
-    QPointer<VardaJob> m_job;
-    std::optional<RequestError> m_failure; ///< rather than what its job ends with
+    QList<QPointer<VardaJob>> m_jobs;      ///< those that have not ended
+    std::optional<RequestError> m_failure; ///< rather than what its jobs end with
     Fields m_shown;
     bool m_isHeld = false;
-    bool m_isCancelled = false;
     bool m_hasEnded = false;
 };
 
