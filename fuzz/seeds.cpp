@@ -203,6 +203,39 @@ void addTexts(const Seeds &seeds, const QString &scenario, const DeviceScenario 
                   + (log.isEmpty() ? QByteArray() : log.front().payload));
 }
 
+void addRequests(const Seeds &seeds)
+{
+    const QByteArrayList requests{
+        R"({"id": 1, "method": "scan", "params": {"seconds": 3, "all": true}})",
+        R"({"id": "a", "method": "connect", "computer": "00:AA:01:01:00:01"})",
+        R"({"id": 2, "method": "disconnect", "computer": "00-aa-01-01-00-01"})",
+        R"({"id": 3, "method": "cancel", "params": {"request": "a"}})",
+        R"({"id": 4, "method": "info"})",
+        R"({"id": 5, "method": "config", "params": {"basic": false}})",
+        R"({"id": 6, "method": "sync", "params": {"file": "dives.sqlite"}})",
+        R"({"id": 7, "method": "logbook", "params": {"known": [1, 2]}})",
+        R"({"id": 8, "method": "dive", "params": {"numbers": [3], "collect": true}})",
+        R"({"id": 9, "method": "dives", "params": {"known": [65535], "collect": false}})",
+        R"({"id": 10, "method": "log", "params": {"binary": true}})",
+        R"({"id": 11, "method": "owner set", "params": {"text": "Grace H\u00f6pper"}})",
+        R"({"id": 12, "method": "pressure", "params": {"mbar": 950, "force": true, "confirm": true}})",
+        R"({"id": 13, "method": "settings", "params": {"byte1": 1, "byte2": 2, "float1": 0.5, "byte3": 3, "float2": 1000.0, "byte4": 4, "byte5": 5, "byte6": 255, "confirm": true}})",
+        R"({"id": 14, "method": "layouts get", "params": {"index": 1}})",
+        R"({"id": 15, "method": "layouts add", "params": {"layoutBlob": "00ff5A"}})",
+        R"({"id": 16, "method": "layouts activate", "params": {"mode": 1, "index": -1}})",
+        R"({"id": 17, "method": "layouts clear", "params": {"confirm": true}})",
+        R"({"id": 18, "method": "superuser", "params": {"on": true, "confirm": true}})",
+        R"({"id": 19, "method": "firmware info", "params": {"file": "/nonexistent"}})",
+        R"({"id": 20, "method": "firmware upload", "params": {"file": "x", "force": true, "confirm": true}})",
+        R"({"id": 21, "method": "delete"})",
+        "{\"id\": \"\\ud800\"}",
+        "[1, {\"a\": [null, 1.5e300]}]\n\xff\n\n{",
+    };
+    for (qsizetype i = 0; i < requests.size(); ++i)
+        seeds.add("serve", QString::number(i), byte(250) + requests[i] + '\n');
+    seeds.add("serve", u"all"_s, byte(20) + requests.join('\n'));
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -229,5 +262,6 @@ int main(int argc, char *argv[])
         addTexts(seeds, name, device);
     }
     addFirmware(seeds);
+    addRequests(seeds);
     return 0;
 }

@@ -12,9 +12,9 @@ class Parameters;
 /** What may be asked for. */
 struct Method {
     QLatin1StringView name; ///< the words of the command
-    bool usesComputer;
+    bool usesComputer = false;
     /** Takes its parameters. @throws RequestError, Failure */
-    Work (*prepare)(Parameters &);
+    Work (*prepare)(Parameters &) = nullptr;
 };
 
 /** In the order of the hello. */

@@ -6,6 +6,7 @@
 #include "run/failure.h"
 #include "run/finding.h"
 #include "run/interrupt.h"
+#include "run/recording.h"
 
 #include <unistd.h>
 
@@ -192,6 +193,7 @@ Server::Used &Server::used(const QString &address)
         return *entry;
     entry = std::make_unique<Used>();
     VardaComputer &computer = entry->computer;
+    Recording::follow(computer);
     computer.setLinkMode(m_options.mode);
     computer.setLinger(kLinger);
     if (!address.isEmpty())
@@ -206,7 +208,8 @@ void Server::forgetUnused(const QString &address)
 {
     const auto forget = [this, address] {
         const auto it = m_used.find(address);
-        if (m_isClosing || it == m_used.end() || it->second->tasks > 0)
+        const bool isKept = m_isClosing || !m_options.record.isEmpty();
+        if (isKept || it == m_used.end() || it->second->tasks > 0)
             return;
         if (it->second->computer.state() == VardaComputer::Unconnected)
             m_used.erase(it);
