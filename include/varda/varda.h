@@ -53,3 +53,4 @@
 #include <varda/vardatissues.h>
 #include <varda/vardatrace.h>
 #include <varda/vardatracefile.h>
+#include <varda/vardatraceframe.h>

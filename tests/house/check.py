@@ -32,7 +32,7 @@ PUBLIC = {
     "jobs": {
         "downloadjob.h", "firmwarejob.h", "searchjob.h", "vardaawait.h", "vardacheck.h",
         "vardacomputer.h", "vardadoctor.h", "vardajob.h", "vardareply.h", "vardatrace.h",
-        "vardatracefile.h",
+        "vardatracefile.h", "vardatraceframe.h",
     },
 }
 # Libraries beside the core, with public headers of their own.
