@@ -23,6 +23,7 @@ fish              fish (optional, for a test of the completion)
 groff             groff (optional, for a test of the manual pages)
 man-db            man (optional, for the same)
 mandoc            mandoc (optional, for the same)
+tshark            tshark (optional, for a test of traces in Wireshark)
 ccache            ccache (optional, makes the second build fast)
 "
 # From Debian 13 on, the plugin for SVG is in a package of its own.
@@ -128,7 +129,7 @@ need_elsewhere() {
     local package what absent=''
     while read -r package what; do
         case $package in
-            '' | ccache | zsh | fish | groff | man-db | mandoc | xvfb | at-spi2-core | gir1.2-atspi-2.0 | python3-gi | mypy) continue ;;
+            '' | ccache | zsh | fish | groff | man-db | mandoc | tshark | xvfb | at-spi2-core | gir1.2-atspi-2.0 | python3-gi | mypy) continue ;;
             libbenchmark-dev | libboost-dev) continue ;;
             g++) found c++ || found g++ || found clang++ ;;
             ninja-build) found ninja ;;
