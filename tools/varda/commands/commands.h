@@ -26,4 +26,5 @@ void addLayouts(Commands &commands);
 void addControl(Commands &commands);
 void addFirmware(Commands &commands);
 void addServe(Commands &commands);
+void addTrace(Commands &commands);
 void addDefaults(Commands &commands);

@@ -12,7 +12,7 @@ namespace {
 constexpr auto kWords = "one of ";
 
 /** What these stand for is a file, or may be one. */
-const QStringList kFiles{u"FILE"_s, u"FOLDER"_s, u"[SCENARIO]"_s, u"NUMBERS"_s};
+const QStringList kFiles{u"FILE"_s, u"TO"_s, u"FOLDER"_s, u"[SCENARIO]"_s, u"NUMBERS"_s};
 
 QString textOf(const std::string &text)
 {
