@@ -32,6 +32,7 @@ public:
         Unknown,         ///< of a newer version
         Service,         ///< the system's Bluetooth service is known
         Others,          ///< how many other devices a search has seen
+        Bluetooth,       ///< the system's Bluetooth cannot be used any more, or not yet
         Connect,         ///< a connection is asked for
         Up,              ///< the link is up
         Services,        ///< the services are known

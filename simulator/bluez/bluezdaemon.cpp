@@ -109,7 +109,8 @@ void BluezDaemon::loadAdapter()
                    {u"Pairable"_s, false},
                    {u"PairableTimeout"_s, 0U},
                    {u"Discovering"_s, false},
-                   {u"Modalias"_s, u"usb:v1D6Bp0246d0552"_s}, // 5.82
+                   {u"Modalias"_s,
+                    m_scenario.isReplay ? u"varda:replay"_s : u"usb:v1D6Bp0246d0552"_s}, // 5.82
                    {u"UUIDs"_s, QStringList()},
                    {u"Roles"_s, QStringList(u"central"_s)},
                });

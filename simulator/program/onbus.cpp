@@ -4,6 +4,7 @@
 #include "bluez/bluezdaemon.h"
 #include "bluez/control.h"
 #include "bluez/privatebus.h"
+#include "device/replay/replay.h"
 #include "program/failure.h"
 #include "program/recording.h"
 
@@ -66,6 +67,16 @@ int serve(const Options &options, const Scenario &scenario, const StopSignals &s
     if (!connection.isConnected())
         return fail(u"cannot reach the message bus: "_s + connection.lastError().message());
 
+    int differences = 0;
+    const auto replay = scenario.devices.isEmpty() ? nullptr : scenario.devices.first().replay;
+    if (replay) {
+        replay->setSpeed(options.speed);
+        replay->setReport([&differences](const QString &text) {
+            ++differences;
+            fail(u"replay: "_s + text);
+        });
+    }
+
     BluezDaemon daemon(connection);
     if (!startRecord(daemon.recorder(), options.recordFile))
         return kOwnError;
@@ -91,7 +102,14 @@ int serve(const Options &options, const Scenario &scenario, const StopSignals &s
     } else {
         runCommand(command, options.command, bus.address());
     }
-    const int status = statusWith(daemon.recorder(), QCoreApplication::exec());
+    int status = statusWith(daemon.recorder(), QCoreApplication::exec());
+    if (replay && options.strict) {
+        replay->reportUnasked();
+        if (status == 0 && differences > 0)
+            status = kOwnError;
+    }
+    if (replay)
+        replay->setReport({});
     QDBusConnection::disconnectFromBus(u"simulator"_s);
     return status;
 }

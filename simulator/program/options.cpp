@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "program/options.h"
 
+#include "device/replay/replayscenario.h"
 #include "program/failure.h"
 
 #include <QtCore/qcommandlineparser.h>
@@ -28,6 +29,19 @@ QStringList arguments()
     return list;
 }
 
+std::optional<Scenario> readReplay(const Options &options, QString *error)
+{
+    QFile file(options.replayFile);
+    if (!file.open(QIODevice::ReadOnly)) {
+        *error = options.replayFile + u": "_s + file.errorString();
+        return std::nullopt;
+    }
+    std::optional<Scenario> scenario = scenarioOfTrace(file.readAll(), error);
+    if (!scenario)
+        error->prepend(options.replayFile + u": "_s);
+    return scenario;
+}
+
 } // namespace
 
 std::optional<Options> parseArguments(int *status)
@@ -52,6 +66,13 @@ std::optional<Options> parseArguments(int *status)
         u"record"_s, u"Record all events in this file, one JSON object a line."_s, u"FILE"_s);
     const QCommandLineOption exitWithStdin(u"exit-with-stdin"_s,
                                            u"Stop when standard input is closed."_s);
+    const QCommandLineOption replay(
+        u"replay"_s, u"Trace of a computer, which is to answer as it did then."_s, u"FILE"_s);
+    const QCommandLineOption strict(
+        u"strict"_s, u"With --replay: end with status 2 if anything differs from the trace."_s);
+    const QCommandLineOption speed(
+        u"speed"_s, u"With --replay: how fast, 1 as it was (default), 0 without pauses."_s, u"N"_s,
+        u"1"_s);
     const QCommandLineOption radio(
         u"radio"_s, u"Go on the air, on the adapter with this address or the first one."_s,
         u"[ADAPTER]"_s);
@@ -59,8 +80,8 @@ std::optional<Options> parseArguments(int *status)
                                            u"Print the version of the simulated BlueZ."_s);
     const QCommandLineOption ownVersion(u"simulator-version"_s,
                                         u"Print the version of the simulator."_s);
-    parser.addOptions(
-        {help, scenario, model, mode, record, exitWithStdin, radio, daemonVersion, ownVersion});
+    parser.addOptions({help, scenario, model, mode, record, replay, strict, speed, exitWithStdin,
+                       radio, daemonVersion, ownVersion});
     parser.addPositionalArgument(u"COMMAND"_s, u"Program to run, with its arguments."_s,
                                  u"[-- COMMAND…]"_s);
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
@@ -83,9 +104,29 @@ std::optional<Options> parseArguments(int *status)
                     {parser.value(model), parser.value(mode)},
                     parser.positionalArguments(),
                     parser.isSet(exitWithStdin),
+                    parser.value(replay),
+                    parser.value(speed).toDouble(),
+                    parser.isSet(strict),
                     std::nullopt};
     if (parser.isSet(radio))
         options.radio = parser.value(radio);
+    bool isNumber = false;
+    options.speed = parser.value(speed).toDouble(&isNumber);
+    const bool replays = parser.isSet(replay);
+    if (!isNumber || !(options.speed >= 0)) {
+        *status = fail(u"--speed: \"%1\" is not a number from 0 on"_s.arg(parser.value(speed)));
+        return std::nullopt;
+    }
+    if (!replays && (parser.isSet(strict) || parser.isSet(speed))) {
+        *status = fail(u"--strict and --speed need --replay"_s);
+        return std::nullopt;
+    }
+    if (replays
+        && (parser.isSet(scenario) || parser.isSet(model) || parser.isSet(mode)
+            || parser.isSet(radio))) {
+        *status = fail(u"--replay excludes --scenario, --model, --mode and --radio"_s);
+        return std::nullopt;
+    }
     if (options.radio && !options.command.isEmpty()) {
         *status = fail(u"--radio cannot run a COMMAND, because it has no bus"_s);
         return std::nullopt;
@@ -95,6 +136,8 @@ std::optional<Options> parseArguments(int *status)
 
 std::optional<Scenario> readScenario(const Options &options, QString *error)
 {
+    if (!options.replayFile.isEmpty())
+        return readReplay(options, error);
     QByteArray json = QByteArrayLiteral("{\"devices\":[{}]}");
     if (!options.scenarioFile.isEmpty()) {
         QFile file(options.scenarioFile);

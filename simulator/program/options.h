@@ -17,6 +17,9 @@ struct Options {
     Scenario::Overrides overrides;
     QStringList command;
     bool exitWithStdin = false;
+    QString replayFile; ///< a trace, instead of a scenario
+    double speed = 1;
+    bool strict = false;          ///< a difference to the trace is an error
     std::optional<QString> radio; ///< the adapter's address; empty for the first one
 };
 

@@ -14,6 +14,8 @@ public:
 
     /** The system's Bluetooth service, as it names itself. */
     virtual void serviceKnown(const QString & /*name*/) { }
+    /** It cannot be used; the reason is one of VardaJob::Reason. */
+    virtual void bluetoothFailed(int /*reason*/) { }
     /** A search is over that has seen so many devices besides the one that is looked for. */
     virtual void othersSeen(int /*count*/) { }
 

@@ -15,9 +15,12 @@
 #include <QtCore/qstringlist.h>
 
 #include <array>
+#include <memory>
 #include <optional>
 
 namespace simulator {
+
+class Replay;
 
 enum class Model { None, Varda, Tidemar, Vskm, ThirdParty };
 
@@ -101,6 +104,7 @@ struct DeviceScenario {
     DataServiceSpec dataService;
     QList<Fault> faults;
     QHash<quint8, Response> responses;
+    std::shared_ptr<Replay> replay; ///< instead of a computer; the same for all its copies
 
     // The computer
     Model model = Model::Varda;
@@ -140,6 +144,7 @@ struct Scenario {
     int disconnectDelay = 0;
     int temporaryTimeout = 30000;
     bool recordTraffic = true;
+    bool isReplay = false;
     QList<DeviceScenario> devices;
 
     /** Values given on the command line, which stand over those of every Low Energy device. */

@@ -27,6 +27,10 @@ SerialLink::SerialLink(const DeviceScenario &scenario, FaultPlan &faults, QObjec
         m_sentInPace = 0;
         pump();
     });
+    m_replayClock.start();
+    m_replayTimer.setSingleShot(true);
+    m_replayTimer.setTimerType(Qt::PreciseTimer);
+    connect(&m_replayTimer, &QTimer::timeout, this, &SerialLink::runDue);
     m_repetition.setSingleShot(true);
     connect(&m_repetition, &QTimer::timeout, this, &SerialLink::repeatEndlessly);
 }
@@ -36,6 +40,8 @@ void SerialLink::reset()
     ++m_generation;
     m_endless.clear();
     m_repetition.stop();
+    m_planned.clear();
+    m_replayTimer.stop();
     m_assembler.clear();
     m_queue.clear();
     m_pause.stop();
@@ -51,6 +57,10 @@ void SerialLink::setLinkMtu(int mtu)
 
 void SerialLink::written(const QByteArray &bytes)
 {
+    if (m_scenario.replay) {
+        replay(bytes);
+        return;
+    }
     const quint64 generation = m_generation;
     m_assembler.feed(bytes);
     while (const std::optional<Frame> request = m_assembler.next()) {
@@ -58,6 +68,41 @@ void SerialLink::written(const QByteArray &bytes)
         if (generation != m_generation)
             return;
     }
+}
+
+void SerialLink::replay(const QByteArray &request)
+{
+    const RecordedRequest *const answer = m_scenario.replay->find(request);
+    if (!answer)
+        return;
+    for (const RecordedRequest::Notification &each : answer->notifications)
+        schedule(each.ms, [this, bytes = each.bytes] { Q_EMIT notification(bytes); });
+    if (answer->calamityMs)
+        schedule(*answer->calamityMs, [this, fault = answer->calamity] { Q_EMIT calamity(fault); });
+    if (answer->linkDownMs)
+        schedule(*answer->linkDownMs, [this] { Q_EMIT linkDropped(); });
+}
+
+/** Not before what is planned already. */
+void SerialLink::schedule(double ms, const std::function<void()> &what)
+{
+    const qint64 due = m_replayClock.elapsed() + m_scenario.replay->paced(ms);
+    m_planned.append({m_planned.isEmpty() ? due : std::max(due, m_planned.last().due), what});
+    if (!m_replayTimer.isActive())
+        m_replayTimer.start(std::max(0, int(m_planned.first().due - m_replayClock.elapsed())));
+}
+
+void SerialLink::runDue()
+{
+    const quint64 generation = m_generation;
+    while (!m_planned.isEmpty() && m_planned.first().due <= m_replayClock.elapsed()) {
+        const Planned next = m_planned.takeFirst();
+        next.what();
+        if (generation != m_generation)
+            return;
+    }
+    if (!m_planned.isEmpty())
+        m_replayTimer.start(std::max(0, int(m_planned.first().due - m_replayClock.elapsed())));
 }
 
 void SerialLink::creditsGranted(const QByteArray &bytes)

@@ -2,10 +2,12 @@
 #pragma once
 
 #include "device/computer.h"
+#include "device/replay/replay.h"
 #include "device/scenario/faults.h"
 #include "device/scenario/scenario.h"
 #include "device/wire/frame.h"
 
+#include <QtCore/qelapsedtimer.h>
 #include <QtCore/qobject.h>
 #include <QtCore/qqueue.h>
 #include <QtCore/qtimer.h>
@@ -49,6 +51,7 @@ private:
     };
 
     void handle(const Frame &request);
+    void replay(const QByteArray &request);
     QList<QByteArray> answerTo(const Frame &request, const std::optional<Fault> &fault);
     QList<QByteArray> cut(const QList<QByteArray> &frames) const;
     void send(quint8 command, const QList<QByteArray> &notifications);
@@ -57,6 +60,8 @@ private:
     bool holdUp(const Fault &fault, const Chunk &chunk);
     void repeatEndlessly();
     void later(int ms, const std::function<void()> &what);
+    void schedule(double ms, const std::function<void()> &what);
+    void runDue();
 
     const DeviceScenario m_scenario;
     FaultPlan &m_faults;
@@ -71,6 +76,15 @@ private:
     int m_credits = 0;
     bool m_toldExhausted = false;
     quint64 m_generation = 0;
+
+    // Of a replay: what happens when, in this order
+    struct Planned {
+        qint64 due;
+        std::function<void()> what;
+    };
+    QList<Planned> m_planned;
+    QElapsedTimer m_replayClock;
+    QTimer m_replayTimer;
 };
 
 } // namespace simulator

@@ -32,6 +32,8 @@ Reason reasonOf(const QDBusMessage &reply, QString &service)
         if (adapter == interfaces.constEnd())
             continue;
         any = true;
+        if (adapter->value(u"Modalias"_s).toString() == "varda:replay"_L1)
+            service = u"replay"_s; // a trace of it is not that of a computer
         if (adapter->value(u"Powered"_s, true).toBool())
             return Reason::None;
     }

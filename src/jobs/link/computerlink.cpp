@@ -128,6 +128,8 @@ void ComputerLink::onBluetoothKnown(Reason reason)
         search();
         return;
     }
+    if (m_tap)
+        m_tap->bluetoothFailed(int(reason));
     // The service has its name before it has its adapter, and the adapter before it is on.
     if (m_patience > 0 && reason != Reason::PermissionDenied) {
         --m_patience;
@@ -244,6 +246,8 @@ void ComputerLink::onLinkDown()
 void ComputerLink::onBluetoothLost(Reason reason)
 {
     const JobEnd end{VardaJob::NoBluetooth, reason};
+    if (m_tap && m_state != State::Down && m_state != State::Closing)
+        m_tap->bluetoothFailed(int(reason));
     switch (m_state) {
     case State::Down:
     case State::Closing:

@@ -53,6 +53,11 @@ void LinkTrace::serviceKnown(const QString &name)
     m_writer.add(Event::Service, {{"name"_L1, name}});
 }
 
+void LinkTrace::bluetoothFailed(int reason)
+{
+    m_writer.add(Event::Bluetooth, {{"reason"_L1, nameOf(VardaJob::Reason(reason))}});
+}
+
 void LinkTrace::othersSeen(int count)
 {
     m_writer.add(Event::Others, {{"count"_L1, count}});

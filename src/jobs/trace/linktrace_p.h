@@ -18,6 +18,7 @@ public:
     void jobEnds(VardaJob::Error error, VardaJob::Reason reason);
 
     void serviceKnown(const QString &name) override;
+    void bluetoothFailed(int reason) override;
     void othersSeen(int count) override;
 
 private:

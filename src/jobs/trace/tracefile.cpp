@@ -23,6 +23,7 @@ using Named = std::pair<VardaTraceEvent::Kind, QLatin1StringView>;
 constexpr std::array kKinds = {
     Named(VardaTraceEvent::Service, "service"_L1),
     Named(VardaTraceEvent::Others, "others"_L1),
+    Named(VardaTraceEvent::Bluetooth, "bluetooth"_L1),
     Named(VardaTraceEvent::Connect, "connect"_L1),
     Named(VardaTraceEvent::Up, "up"_L1),
     Named(VardaTraceEvent::Services, "services"_L1),

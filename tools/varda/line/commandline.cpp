@@ -39,6 +39,13 @@ std::string validDevice(const std::string &text)
     return valid ? std::string() : "an address or a name is missing";
 }
 
+QString checkSpeed(const QString &text)
+{
+    bool isNumber = false;
+    const double speed = text.toDouble(&isNumber);
+    return isNumber && speed >= 0 ? QString() : u"\"%1\" is not a number from 0 on"_s.arg(text);
+}
+
 /** As CLI11 wants them, the last one first. To CLI11 the value of "--known=" is the next one. */
 std::vector<std::string> argumentsOf(int argc, const char *const *argv)
 {
@@ -163,6 +170,11 @@ void CommandLine::Private::addGlobalOptions()
         ->expected(0, 1);
     arguments.choice("--units", "UNITS", m_units, "metric", "imperial",
                      "Units of depths and temperatures, metric or imperial");
+    arguments.option("--replay", "FILE", options.replay,
+                     "Talk to a computer that answers as in a recorded FILE");
+    arguments.option("--speed", "N", options.speed,
+                     "How fast: 1 as it was (default), 0 without pauses", checkSpeed);
+    m_app.add_flag("--strict", options.strict, "Fail if anything differs from that file");
     arguments.option("--record", "FILE", options.record,
                      "Write what happens on the link to FILE, for a report");
     m_app.add_flag("--unredacted", options.unredacted,
@@ -185,6 +197,18 @@ void CommandLine::Private::takeGlobalOptions()
         options.retries = m_retries;
     if (options.unredacted && options.record.isEmpty()) {
         throw Failure{ExitCode::UsageError, u"\"--unredacted\" needs \"--record FILE\""_s, {}};
+    }
+    if (options.replay.isEmpty() && (options.strict || !options.speed.isEmpty())) {
+        throw Failure{
+            ExitCode::UsageError, u"\"--strict\" and \"--speed\" need \"--replay FILE\""_s, {}};
+    }
+    if (!options.replay.isEmpty() && !options.record.isEmpty()) {
+        throw Failure{ExitCode::UsageError,
+                      u"a replay cannot be recorded, because it is no recording of a computer"_s,
+                      {}};
+    }
+    if (!options.replay.isEmpty() && m_app.count("--simulate") > 0) {
+        throw Failure{ExitCode::UsageError, u"\"--replay\" excludes \"--simulate\""_s, {}};
     }
     if (m_app.count("--simulate") > 0)
         options.simulate = QString::fromLocal8Bit(m_scenario.c_str());
@@ -314,13 +338,15 @@ int CommandLine::run() const
         }
         const Recording recording(options);
         std::unique_ptr<Simulation> simulation;
-        if (options.simulate && d->chosen->usesComputer())
-            simulation = std::make_unique<Simulation>(*options.simulate);
+        if (options.simulates() && d->chosen->usesComputer())
+            simulation = std::make_unique<Simulation>(options);
         else if (options.simulate) // it could be a misplaced number of a dive
             Simulation::require(*options.simulate);
         d->chosen->run(options);
         clearStatus();
         flushOutput();
+        if (simulation)
+            simulation->finish();
     });
     // After a failure, what there was of a result is still to be written.
     if (status != int(ExitCode::Ok))

@@ -104,7 +104,7 @@ void Defaults::change(const QString &name, const std::optional<QString> &value)
 void Defaults::complete(Options &options) const
 {
     // No simulation has the user's computer.
-    if (options.device.isEmpty() && !options.simulate)
+    if (options.device.isEmpty() && !options.simulates())
         options.device = value(kDevice).value_or(QString());
     if (!options.units)
         options.units = unitsIn(value(kUnits).value_or(u"metric"_s));

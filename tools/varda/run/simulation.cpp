@@ -62,11 +62,18 @@ QString scenarioFile(const QString &scenario)
 
 } // namespace
 
-Simulation::Simulation(const QString &scenario)
+Simulation::Simulation(const Options &options)
 {
     QStringList arguments{u"--exit-with-stdin"_s};
-    if (!scenario.isEmpty())
-        arguments += {u"--scenario"_s, scenarioFile(scenario)};
+    if (!options.replay.isEmpty()) {
+        arguments += {u"--replay"_s, options.replay};
+        if (options.strict)
+            arguments += u"--strict"_s;
+        if (!options.speed.isEmpty())
+            arguments += {u"--speed"_s, options.speed};
+    } else if (!options.simulate->isEmpty()) {
+        arguments += {u"--scenario"_s, scenarioFile(*options.simulate)};
+    }
     showStatus(u"Starting the simulation"_s);
     // Ctrl-C is for this process; the simulation has to stay until the link is down.
     m_process.setChildProcessModifier([] { ::setsid(); });
@@ -94,7 +101,28 @@ void Simulation::require(const QString &scenario)
 
 Simulation::~Simulation()
 {
+    end();
+}
+
+void Simulation::end()
+{
+    if (m_process.state() == QProcess::NotRunning)
+        return;
     m_process.closeWriteChannel();
     if (!m_process.waitForFinished(kStopMs))
         m_process.kill();
+    constexpr auto kReplay = "varda-simulator: replay: "_L1;
+    const QStringList lines =
+        QString::fromUtf8(m_process.readAllStandardError()).split(u'\n', Qt::SkipEmptyParts);
+    for (const QString &line : lines) {
+        if (line.startsWith(kReplay))
+            printWarning(u"replay: "_s + line.mid(kReplay.size()));
+    }
+}
+
+void Simulation::finish()
+{
+    end();
+    if (m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() != 0)
+        throw Failure{ExitCode::JobFailed, u"this was not the dialogue of the recording"_s, {}};
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "line/options.h"
+
 #include <QtCore/qprocess.h>
 #include <QtCore/qstring.h>
 
@@ -12,17 +14,23 @@
 class Simulation
 {
 public:
-    /**
-     * @param scenario  a file or the name of one that comes along; empty for the usual computer
-     * @throws Failure
-     */
-    explicit Simulation(const QString &scenario);
+    /** Of the options' scenario, or of the trace that they want replayed. @throws Failure */
+    explicit Simulation(const Options &options);
     ~Simulation();
     Q_DISABLE_COPY_MOVE(Simulation)
+
+    /**
+     * Ends it, and warns of what differed from the trace.
+     *
+     * @throws Failure  if that is to be an error
+     */
+    void finish();
 
     /** Whether there is such a scenario, for what needs no computer. @throws Failure */
     static void require(const QString &scenario);
 
 private:
+    void end();
+
     QProcess m_process;
 };

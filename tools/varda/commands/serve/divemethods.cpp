@@ -100,7 +100,7 @@ void readIntoStore(Task &task, LogbookStore &store)
 void synchronise(Task &task, const QString &file)
 {
     auto *const store = new LogbookStore(&task);
-    const bool isSimulated = task.options().simulate.has_value();
+    const bool isSimulated = task.options().simulates();
     store->open(file.isEmpty() ? LogbookStore::defaultFile(isSimulated) : file, &task,
                 [&task](const LogbookError &error) {
                     if (!error)

@@ -12,5 +12,5 @@ void LogbookFile::declare(Arguments &arguments)
 
 QString LogbookFile::name(const Options &options) const
 {
-    return m_name.isEmpty() ? LogbookStore::defaultFile(options.simulate.has_value()) : m_name;
+    return m_name.isEmpty() ? LogbookStore::defaultFile(options.simulates()) : m_name;
 }
