@@ -34,6 +34,22 @@ void answer(QLowEnergyService *service)
     Q_EMIT service->characteristicChanged(data, kLog);
 }
 
+/** Counts what is written to it. */
+class Counter : public QIODevice
+{
+public:
+    Counter() { open(QIODevice::WriteOnly); }
+    qint64 bytes = 0;
+
+protected:
+    qint64 readData(char * /*data*/, qint64 /*most*/) override { return -1; }
+    qint64 writeData(const char * /*data*/, qint64 size) override
+    {
+        bytes += size;
+        return size;
+    }
+};
+
 } // namespace
 
 // The program's own definition comes before that of Qt Bluetooth, over which it would take minutes.
@@ -63,7 +79,9 @@ private Q_SLOTS:
 void TestTooLongAnswer::isNoResult()
 {
     LOAD(Simulator::loadKnown(R"("owner":"Ada")"));
+    Counter trace;
     VardaComputer computer;
+    computer.setTrace(&trace);
     auto *const job = computer.readLog();
     job->setRetries(0);
     JobSpy spy(job);
@@ -71,6 +89,7 @@ void TestTooLongAnswer::isNoResult()
     QCOMPARE(spy.error, VardaJob::Damaged);
     QCOMPARE(spy.reason, VardaJob::Reason::TooManyNotifications);
     QVERIFY(!spy.value.isValid());
+    QVERIFY(trace.bytes > 2 * (qint64(69) << 20)); // two digits a byte
     JobSpy next(computer.readOwner());
     ENDS_WELL(next);
     QCOMPARE(next.value.toString(), u"Ada"_s);
