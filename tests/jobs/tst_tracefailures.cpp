@@ -60,7 +60,7 @@ void TestTraceFailures::failure_data()
     QTest::addColumn<QByteArray>("device");
     QTest::addColumn<QJsonObject>("failure");
 
-    QTest::addRow("noService") << QByteArray(R"("mode":"none")")
+    QTest::addRow("noService") << QByteArray(R"("faults":[{"step":"discover","kind":"empty"}])")
                                << QJsonObject{{u"what"_s, u"noService"_s}};
     QTest::addRow("noCharacteristics")
         << QByteArray(R"("dataService":{"characteristicPresent":false})")
@@ -122,7 +122,7 @@ void TestTraceFailures::tooManyNotifications()
 void TestTraceFailures::lostInAnAnswer()
 {
     LOAD(Simulator::loadDevice(
-        R"("split":4,"faults":[{"step":"answer","command":"Owner","kind":"drop","nth":1}])"));
+        R"("split":4,"faults":[{"step":"notification","command":"Owner","kind":"drop","nth":2,"times":1}])"));
     QByteArray text;
     QBuffer buffer(&text);
     QVERIFY(buffer.open(QIODevice::WriteOnly));
