@@ -178,7 +178,10 @@ bool VardaBleProtocol::sendCommand(const BleCommand &command)
 {
     const auto code = command.command;
     d->timerMode = needsTimerMode(code);
-    // The quiet line of an earlier answer must not cut the new one short.
+    // The quiet line of an earlier answer must not cut the new one short. If nothing can be sent,
+    // nothing else ends that one either.
+    if (d->receiveTimer.isActive())
+        d->commandTimer.start();
     d->receiveTimer.stop();
     resetBuffer();
 

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void notificationsPutItOff();
     void quietLineOfAnEarlierAnswer();
     void refusedWriteLeavesIt();
+    void refusedWriteInAnAnswer();
     void deletionFromInside();
     void pauseInAnAnswer();
     void answerInTime();
@@ -108,6 +109,20 @@ void TestTimeouts::refusedWriteLeavesIt()
     link.device->connectTo(knownDevice());
     QVERIFY(!link.protocol->sendCommand(TidemarCommand::Time));
     QVERIFY(m_log.await(u"receiveTimeout Identification"_s));
+    QVERIFY(!m_log.entries().contains(u"receiveTimeout Time"_s));
+}
+
+// What has come of the answer is gone, so that only the time ends it.
+void TestTimeouts::refusedWriteInAnAnswer()
+{
+    LOAD(Simulator::loadKnown(kSilent));
+    OPEN(link, BleMode::Gatt);
+    QVERIFY(link.protocol->sendCommand(TidemarCommand::Logbook));
+    QTRY_COMPARE(Simulator::count(u"frame"_s), 1);
+    link.receive("dcdc");
+    link.device->connectTo(knownDevice());
+    QVERIFY(!link.protocol->sendCommand(TidemarCommand::Time));
+    QVERIFY(m_log.await(u"receiveTimeout Logbook"_s));
     QVERIFY(!m_log.entries().contains(u"receiveTimeout Time"_s));
 }
 
