@@ -98,7 +98,7 @@ class Replay(unittest.TestCase):
         done = self.command("time", "--replay", self.file, "--no-retry", "--speed", "0")
         self.assertEqual(done.returncode, 5)
         self.assertIn("varda: replay: expected no request with this command, "
-                      "got dcdc0100addc000007; it is not answered\n", done.stderr)
+                      "got dcdc01007bbc000007; it is not answered\n", done.stderr)
         done = self.command("owner", "--replay", self.file, "--strict", "--speed", "0")
         self.assertEqual((done.stdout, done.returncode), ("Ada Lindqvist\n", 0))
         done = self.command("owner", "set", "Bob", "--replay", self.file, "--no-retry",
