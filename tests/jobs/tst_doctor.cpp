@@ -482,6 +482,7 @@ void TestDoctor::cancelled_data()
 {
     QTest::addColumn<int>("after"); // which subject
     QTest::newRow("at once") << -1;
+    QTest::newRow("looking at the adapter") << int(Subject::Power);
     QTest::newRow("in the search") << int(Subject::OtherProgram);
     QTest::newRow("connecting") << int(Subject::Reach);
     QTest::newRow("asking") << int(Subject::Mtu);

@@ -243,10 +243,12 @@ void TestTrace::session()
     QSignalSpy ends(&session, &VardaSession::endCommand);
     session.startCommand(TidemarCommand::Identification);
     QTRY_COMPARE(ends.size(), 1);
+    session.startCommand(TidemarCommand::Time);
+    QTRY_COMPARE(ends.size(), 2);
     session.controllerDisconnect();
     QCOMPARE(kinds(), (QStringList{u"connect"_s, u"up"_s, u"services"_s, u"characteristics"_s,
                                    u"subscribe"_s, u"subscribed"_s, u"write"_s, u"notification"_s,
-                                   u"computer"_s, u"disconnect"_s}));
+                                   u"computer"_s, u"write"_s, u"notification"_s, u"disconnect"_s}));
 }
 
 void TestTrace::deviceDeleted()

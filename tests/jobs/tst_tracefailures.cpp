@@ -4,6 +4,7 @@
 #include <QtTest/qsignalspy.h>
 
 #include <algorithm>
+#include <utility>
 
 #include <varda/vardacomputer.h>
 #include <varda/vardasession.h>
@@ -24,34 +25,59 @@ class TestTraceFailures : public LinkTest
 private Q_SLOTS:
     void failure_data();
     void failure();
+    void noBluetooth();
+    void bluetoothLost();
     void tooManyNotifications();
     void lostInAnAnswer();
     void refusingDevice();
+    void deviceThatEndsInAnAnswer();
     void slowReader();
 };
 
 namespace {
 
-/** Takes nothing, or keeps more than it should. */
+/** Takes no line with this in it, or keeps more than it should. */
 class Device : public QIODevice
 {
 public:
-    explicit Device(qint64 unsent) : m_unsent(unsent) { open(QIODevice::WriteOnly); }
+    explicit Device(QByteArray refused, qint64 unsent = 0)
+        : m_refused(std::move(refused)), m_unsent(unsent)
+    {
+        open(QIODevice::WriteOnly);
+    }
     [[nodiscard]] qint64 bytesToWrite() const override { return m_unsent; }
+    int refusals = 0;
 
 protected:
     qint64 readData(char * /*data*/, qint64 /*most*/) override { return -1; }
-    qint64 writeData(const char * /*data*/, qint64 size) override
+    qint64 writeData(const char *data, qint64 size) override
     {
-        if (m_unsent > 0)
+        if (m_unsent > 0 || !QByteArray(data, size).contains(m_refused))
             return size;
+        ++refusals;
         setErrorString(u"the tape is at its end"_s);
         return -1;
     }
 
 private:
+    QByteArray m_refused;
     qint64 m_unsent;
 };
+
+/** What it writes down of Bluetooth itself. */
+QList<Event> bluetoothIn(const QByteArray &text)
+{
+    QByteArray copy = text;
+    QBuffer buffer(&copy);
+    buffer.open(QIODevice::ReadOnly);
+    QList<Event> found;
+    const auto trace = VardaTraceFile::read(buffer);
+    for (const Event &event : trace ? trace->events : QList<Event>()) {
+        if (event.kind == Event::Bluetooth)
+            found.append(event);
+    }
+    return found;
+}
 
 } // namespace
 
@@ -100,6 +126,43 @@ void TestTraceFailures::failure()
     QCOMPARE(found->fields, failure);
 }
 
+void TestTraceFailures::noBluetooth()
+{
+    LOAD(Simulator::loadScenario(R"({"adapter":{"powered":false},"devices":[{}]})"));
+    QByteArray text;
+    QBuffer buffer(&text);
+    QVERIFY(buffer.open(QIODevice::WriteOnly));
+    VardaComputer computer;
+    computer.setTrace(&buffer);
+    JobSpy spy(computer.readOwner());
+    QVERIFY(spy.wait());
+    QCOMPARE(spy.reason, VardaJob::Reason::AdapterOff);
+    const QList<Event> events = bluetoothIn(text);
+    QVERIFY(!events.isEmpty());
+    QCOMPARE(events.first().fields, (QJsonObject{{u"reason"_s, u"AdapterOff"_s}}));
+}
+
+void TestTraceFailures::bluetoothLost()
+{
+    LOAD(
+        Simulator::loadDevice(R"("faults":[{"step":"answer","command":"Owner","kind":"silent"}])"));
+    QByteArray text;
+    QBuffer buffer(&text);
+    QVERIFY(buffer.open(QIODevice::WriteOnly));
+    VardaComputer computer;
+    computer.setTrace(&buffer);
+    VardaJob *const job = computer.readOwner();
+    job->setRetries(0);
+    JobSpy spy(job);
+    QTRY_COMPARE(job->state(), VardaJob::Running);
+    QVERIFY(bluetoothIn(text).isEmpty());
+    Simulator::setPowered(false);
+    QVERIFY(spy.wait());
+    const QList<Event> events = bluetoothIn(text);
+    QCOMPARE(events.size(), 1);
+    QCOMPARE(events.first().fields, (QJsonObject{{u"reason"_s, u"AdapterOff"_s}}));
+}
+
 /** A session gives up such an answer; a redacted trace does not wait for its end. */
 void TestTraceFailures::tooManyNotifications()
 {
@@ -136,7 +199,7 @@ void TestTraceFailures::lostInAnAnswer()
 
 void TestTraceFailures::refusingDevice()
 {
-    Device device(0);
+    Device device("varda-trace");
     VardaComputer computer;
     QSignalSpy failed(&computer, &VardaComputer::traceFailed);
     computer.setTrace(&device);
@@ -145,10 +208,25 @@ void TestTraceFailures::refusingDevice()
     QCOMPARE(failed[0][0].toString(), u"the tape is at its end"_s);
 }
 
+/** Its lines are written together, and nothing behind the one that fails. */
+void TestTraceFailures::deviceThatEndsInAnAnswer()
+{
+    LOAD(Simulator::loadDevice(R"("split":4,"owner":"Ada Lindqvist")"));
+    Device device("notification");
+    VardaComputer computer;
+    QSignalSpy failed(&computer, &VardaComputer::traceFailed);
+    computer.setTrace(&device);
+    VardaJob *const job = computer.readOwner();
+    JobSpy spy(job);
+    QVERIFY(spy.wait());
+    QCOMPARE(failed.size(), 1);
+    QCOMPARE(device.refusals, 1);
+}
+
 /** Such as a socket whose other end does not read. */
 void TestTraceFailures::slowReader()
 {
-    Device device(17 << 20);
+    Device device({}, 17 << 20);
     VardaComputer computer;
     QSignalSpy failed(&computer, &VardaComputer::traceFailed);
     computer.setTrace(&device);

@@ -210,6 +210,9 @@ void TestRedactor::divesStay()
     QVERIFY(other.mid(56, 3) != "Ada");
     QCOMPARE(other.mid(59, 29), QByteArray(29, '\0'));
     QCOMPARE(other.replace(56, 3, "Ada"), settings);
+    // One that ends before the owner has nothing to hide.
+    const QByteArray cut = frame(Computer, settings.first(40));
+    QCOMPARE(redactor.answer({cut}), QList<QByteArray>{cut});
 }
 
 void TestRedactor::damagedLooksTheSame()

@@ -122,14 +122,14 @@ QString readLine(const QByteArray &line, bool isFirst, VardaTraceFile &trace)
 
 QByteArray TraceFormat::lineOf(const VardaTraceHeader &header)
 {
-    return ::lineOf(QJsonObject{
-        {"format"_L1, kFormat},
-        {"version"_L1, header.version},
-        {"redacted"_L1, header.redacted},
-        {"library"_L1, header.library},
-        {"qt"_L1, header.qt},
-        {"system"_L1, header.system},
-    });
+    QJsonObject object;
+    object.insert("format"_L1, kFormat);
+    object.insert("version"_L1, header.version);
+    object.insert("redacted"_L1, header.redacted);
+    object.insert("library"_L1, header.library);
+    object.insert("qt"_L1, header.qt);
+    object.insert("system"_L1, header.system);
+    return ::lineOf(object);
 }
 
 QByteArray TraceFormat::lineOf(const VardaTraceEvent &event)
