@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QtBluetooth/qbluetoothdevicediscoveryagent.h>
+#include <QtCore/qbuffer.h>
 #include <QtCore/qfile.h>
 #include <QtCore/qprocess.h>
 #include <QtCore/qtemporarydir.h>
@@ -75,7 +76,7 @@ private:
     QProcess m_daemon;
 };
 
-/** A Bluetooth service that only has its name and an adapter that is off. */
+/** A Bluetooth service that only has its name and an adapter, which is off. */
 class Service : public QDBusVirtualObject
 {
 public:
@@ -93,13 +94,15 @@ public:
     ~Service() override { QDBusConnection::disconnectFromBus(u"service"_s); }
     Q_DISABLE_COPY_MOVE(Service)
 
+    bool isOn = false;
+
     [[nodiscard]] QString introspect(const QString & /*path*/) const override { return {}; }
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
     {
         if (!m_answersAsBluez)
             return connection.send(message.createReply(u"who?"_s));
         const QMap<QString, QVariantMap> adapter{
-            {u"org.bluez.Adapter1"_s, {{u"Powered"_s, false}, {u"Modalias"_s, m_modalias}}}};
+            {u"org.bluez.Adapter1"_s, {{u"Powered"_s, isOn}, {u"Modalias"_s, m_modalias}}}};
         const Objects objects{{QDBusObjectPath(u"/org/bluez/hci0"_s), adapter}};
         return connection.send(message.createReply(QVariant::fromValue(objects)));
     }
@@ -131,6 +134,7 @@ private Q_SLOTS:
     void oldService();
     void unknownVersion();
     void noBluetoothService();
+    void replayInATrace();
 
 private:
     void examine();
@@ -233,6 +237,21 @@ void TestDoctorBus::noBluetoothService()
     examine();
     QCOMPARE(m_fault.subject, Subject::BluetoothService);
     QCOMPARE(m_fault.reason, Reason::ServiceGone);
+}
+
+/** A trace of it says so, lest somebody takes it for that of a computer. */
+void TestDoctorBus::replayInATrace()
+{
+    const Bus bus;
+    Service service(true, u"varda:replay"_s);
+    service.isOn = true;
+    QByteArray text;
+    QBuffer trace(&text);
+    QVERIFY(trace.open(QIODevice::WriteOnly));
+    VardaComputer computer;
+    computer.setTrace(&trace);
+    computer.readOwner();
+    QTRY_VERIFY(text.contains(R"("name":"replay")"));
 }
 
 QTEST_GUILESS_MAIN(TestDoctorBus)
