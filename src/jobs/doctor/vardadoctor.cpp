@@ -413,8 +413,6 @@ bool VardaDoctorPrivate::lookAtAdapters(const SystemLook &look)
 
 bool VardaDoctorPrivate::isOurs() const
 {
-    if (!m_computer)
-        return false;
     const VardaComputer::State state = m_computer->state();
     return state == VardaComputer::Connected || state == VardaComputer::Settling
            || state == VardaComputer::Disconnecting
