@@ -260,7 +260,8 @@ void TestPermission::noPermissionSystem()
     BleScanner scanner;
     m_log.watch(&scanner);
     scanner.startScan();
-    QCOMPARE(m_log.entries(), QStringList({u"devices 0"_s, u"scanning true"_s}));
+    // At once, without a question. What comes next is the system's.
+    QCOMPARE(m_log.entries().mid(0, 2), QStringList({u"devices 0"_s, u"scanning true"_s}));
     QVERIFY(m_log.await(u"scanFinished"_s));
 }
 
