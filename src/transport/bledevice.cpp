@@ -411,14 +411,11 @@ void BleDevice::onNotificationsWatchdogTimeout()
     d->observer->subscriptionTimedOut();
     const QPointer<BleDevice> alive(this);
     const quint64 attempt = d->attempt;
-    const auto superseded = [&] { return !alive || d->attempt != attempt; };
     setState(BleDeviceState::Error);
-    if (superseded())
+    if (!alive || d->attempt != attempt)
         return;
-    disconnect();
-    if (superseded())
-        return;
-    // Queued, so that nobody hears of the error before the disconnection is on its way.
+    // Queued, so that nobody hears of the error before the disconnection is on its way; and before
+    // that, whose end would otherwise come first on a busy machine.
     QMetaObject::invokeMethod(
         this,
         [this, attempt] {
@@ -426,4 +423,5 @@ void BleDevice::onNotificationsWatchdogTimeout()
                 Q_EMIT error(u"Notifications activation timed out — peripheral not responding"_s);
         },
         Qt::QueuedConnection);
+    disconnect();
 }
