@@ -920,7 +920,8 @@ class Behaviour(unittest.TestCase):
                 status, result, said = self.interrupted(
                     more, "info", until="-> dc dc 01 00 6b be 00 00 16", signals=send)
                 self.assertEqual(events()[-2:], ["Disconnect", "disconnected"], said)
-            self.assertEqual(status, 128 + signals[0], said)
+            # Two threads may take two signals at the same time.
+            self.assertIn(status, [128 + each for each in signals], said)
             self.assertEqual(result, "")
             self.assertEqual(said.count("varda: interrupted\n"), 1)
 
