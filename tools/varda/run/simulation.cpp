@@ -71,8 +71,8 @@ Simulation::Simulation(const Options &options)
             arguments += u"--strict"_s;
         if (!options.speed.isEmpty())
             arguments += {u"--speed"_s, options.speed};
-    } else if (!options.simulate->isEmpty()) {
-        arguments += {u"--scenario"_s, scenarioFile(*options.simulate)};
+    } else if (const QString scenario = options.simulate.value_or(QString()); !scenario.isEmpty()) {
+        arguments += {u"--scenario"_s, scenarioFile(scenario)};
     }
     showStatus(u"Starting the simulation"_s);
     // Ctrl-C is for this process; the simulation has to stay until the link is down.
